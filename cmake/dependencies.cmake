@@ -1,0 +1,21 @@
+# Every third-party library in one place; the Debian packages stand in cmake/packages.txt.
+
+find_package(OpenGL REQUIRED COMPONENTS OpenGL)
+find_package(GLEW REQUIRED)
+find_package(glfw3 3.3 REQUIRED)
+find_package(OpenAL REQUIRED)
+find_package(PNG REQUIRED)
+find_package(JPEG REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
+pkg_check_modules(MINIZIP REQUIRED IMPORTED_TARGET minizip)
+pkg_check_modules(GLU REQUIRED IMPORTED_TARGET glu)
+
+if(CADENZA_TESTS)
+    find_package(GTest REQUIRED)
+    include(GoogleTest)
+endif()
+if(CADENZA_BENCH)
+    find_package(benchmark REQUIRED)
+    find_package(tinyxml2 REQUIRED)
+endif()

@@ -1,0 +1,52 @@
+# Flags and the three kinds of target: a library per folder of src/, a test executable per folder
+# of tests/, and the benchmark programs. Every target carries its own flags through cadenza_flags.
+
+add_library(cadenza_flags INTERFACE)
+target_compile_features(cadenza_flags INTERFACE cxx_std_20)
+target_compile_options(cadenza_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor
+    -Woverloaded-virtual -Werror)
+if(CADENZA_SANITIZE)
+    # -O1 keeps the picture tests bearable under software rendering.
+    target_compile_options(cadenza_flags INTERFACE
+        -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(cadenza_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# cadenza_library(<folder> SOURCES <file...> LINK <library...>)
+function(cadenza_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_library(${name} STATIC ${arg_SOURCES})
+    add_library(cadenza::${name} ALIAS ${name})
+    set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF OUTPUT_NAME cadenza_${name})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE cadenza_flags)
+endfunction()
+
+# cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
+# One executable, registered as one CTest test per GoogleTest case. Tests labelled gl or e2e need
+# the virtual screen that ./test provides. SERIAL keeps its cases from running beside each other.
+function(cadenza_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LINK;LABELS")
+    add_executable(test_${name} ${arg_SOURCES})
+    set_target_properties(test_${name} PROPERTIES CXX_EXTENSIONS OFF)
+    target_compile_definitions(test_${name} PRIVATE
+        CADENZA_TEST_SOURCE_DIR="${CMAKE_CURRENT_SOURCE_DIR}"
+        CADENZA_TEST_BINARY_DIR="${CMAKE_CURRENT_BINARY_DIR}")
+    target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags GTest::gtest_main)
+    set(properties LABELS "${name};${arg_LABELS}" TIMEOUT 300)
+    if(arg_SERIAL)
+        list(APPEND properties RESOURCE_LOCK ${name})
+    endif()
+    gtest_discover_tests(test_${name} PROPERTIES ${properties} DISCOVERY_MODE PRE_TEST)
+endfunction()
+
+# cadenza_bench(<name> SOURCES <file...> LINK <library...>)
+function(cadenza_bench name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_executable(bench_${name} ${arg_SOURCES})
+    set_target_properties(bench_${name} PROPERTIES CXX_EXTENSIONS OFF)
+    target_include_directories(bench_${name} PRIVATE ${PROJECT_SOURCE_DIR}/bench)
+    target_link_libraries(bench_${name} PRIVATE ${arg_LINK} cadenza_flags benchmark::benchmark)
+endfunction()
