@@ -1,0 +1,98 @@
+#!/usr/bin/python3
+"""Writes the scripts of the show into demo/script/: every key on its bar of the song.
+
+The files have exactly the form in which the program saves them. Editing them in the program is the
+usual way to change the show; this program is how its first version was laid on the beat.
+"""
+
+import pathlib
+import sys
+
+BAR = 1.875  # seconds, 128 BPM
+BEAT = BAR / 4
+END = 36 * BAR
+
+
+def number(value):
+    return "%.6g" % value
+
+
+def spline(name, keys, mode="smooth", unit=BAR, span=END):
+    """`keys` are (time in `unit` seconds, value); stored times are fractions of `span`."""
+    lines = ['<attributes type="%s" before="constant" after="constant"/>' % mode]
+    lines += ['<key time="%s" value="%s"/>' % (number(time * unit / span), number(value)) for time, value in keys]
+    return "spline", name, lines
+
+
+def colour(name, keys, span=END):
+    """`keys` are (time in bars, colour as #rrggbb, brightness)."""
+    lines = []
+    for time, text, brightness in keys:
+        red, green, blue = (int(text[i:i + 2], 16) / 255 * brightness for i in (1, 3, 5))
+        lines.append('<key time="%s" r="%s" g="%s" b="%s"/>'
+                     % (number(time * BAR / span), number(red), number(green), number(blue)))
+    return "color", name, lines
+
+
+def trigger(name, actions):
+    """`actions` are (start in bars, delay in beats, repeats)."""
+    return "trigger", name, ['<action start="%s" delay="%s" repeat="%d"/>'
+                             % (number(start * BAR), number(delay * BEAT), repeat)
+                             for start, delay, repeat in actions]
+
+
+def held(level, *spans, fade=0.5):
+    """Keys of a curve that is `level` within each (first bar, last bar) and 0 outside."""
+    keys = [(0, 0)]
+    for first, last in spans:
+        keys += [(first, 0), (first + fade, level), (last - fade, level), (last, 0)]
+    return keys
+
+
+PLASMA = [
+    spline("invite", held(0.9, (29, 33)), "linear"),
+    colour("color", [(0, "#14102e", 2.0), (8, "#1f4fb0", 1.6), (16, "#38d6ff", 1.5), (22, "#38d6ff", 1.4),
+                     (24, "#2a2a78", 1.8), (28, "#38d6ff", 1.5), (32, "#ff9c3a", 1.1), (36, "#14102e", 1.5)]),
+    spline("stop", [(0, 0.2), (8, 0.25), (15, 0.32), (16, 0.55), (24, 0.45), (25, 0.14), (27, 0.14), (28, 0.6),
+                    (34, 0.4), (36, 0.1)]),
+    spline("drop", [(0, 0), (8, 0.4), (14, -0.4), (20, 0.5), (26, -0.3), (32, 0.2), (36, 0)]),
+    spline("camera", [(0, -1.0), (5, -1.0), (9, -0.35), (12.5, 1), (15.5, 1), (20, 0.1), (24, -0.5), (28, -1),
+                      (33, -0.4), (36, 0)]),
+    spline("logo1", held(0.85, (2, 6)), "linear"),
+    spline("logo2", held(0.85, (12, 16)), "linear"),
+    trigger("beat trigger", [(8, 1, 31), (16, 1, 31), (26, 1, 32)]),
+    spline("beat spline", [(0, 1), (0.06, 0.85), (0.2, 0.3), (0.45, 0)], unit=1, span=1),
+    spline("hammertime", [(0, 0.25), (4, 0.4), (8, 0.55), (15.9, 0.6), (16, 1.0), (23.5, 0.85), (25, 0.35),
+                          (27.5, 0.45), (28, 1.0), (34, 0.7), (36, 0.2)], "linear"),
+]
+
+EFFECTS = {
+    "common.Common": [],
+    "clear.clear": [colour("color", [(0, "#05040c", 1), (36, "#05040c", 1)])],
+    "flash.flash": [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (34.5, 0), (35.7, 0.5), (36, 0.5)], "linear")],
+    "plasma.plasma": PLASMA,
+    "postprocess.postprocess": [
+        spline("glow", [(0, -0.2), (8, 0), (15.9, 0.1), (16, 0.6), (24, 0.1), (28, 0.6), (34, 0.2), (36, -0.6)]),
+        spline("glownoise", [(0, -0.75), (24, -0.7), (36, -0.8)]),
+    ],
+}
+
+
+def document(plugins):
+    lines = ["<effect>", '\t<option inactive="0" locked="0"/>', '\t<time start="0" end="%s"/>' % number(END)]
+    for kind, name, body in plugins:
+        lines.append('\t<plugin type="%s" name="%s">' % (kind, name))
+        lines += ["\t\t" + line for line in body]
+        lines.append("\t</plugin>")
+    return "\n".join(lines + ["</effect>", ""])
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
+    (folder / "script").mkdir(parents=True, exist_ok=True)
+    for name, plugins in EFFECTS.items():
+        (folder / "script" / f"{name}.xml").write_text(document(plugins), newline="\n")
+
+
+if __name__ == "__main__":
+    main()
