@@ -1,0 +1,1 @@
+#include "xml/xml_iterator.h"
