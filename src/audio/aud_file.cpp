@@ -1,0 +1,1 @@
+#include "audio/aud_file.h"

@@ -1,0 +1,1 @@
+#include "audio/aud_source.h"

@@ -1,0 +1,1 @@
+#include "cadenza/cad_clock_follower.h"
