@@ -1,0 +1,15 @@
+#pragma once
+
+#include "vellum/vel_control.h"
+
+namespace zavex::vellum {
+
+/** Groups children and adds nothing of its own. */
+class Container : public Control {
+public:
+    Container();
+
+    Control* clone() override;
+};
+
+} // namespace zavex::vellum

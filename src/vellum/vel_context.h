@@ -1,0 +1,82 @@
+#pragma once
+
+#include "vellum/vel_control.h"
+
+#include <cstdint>
+
+namespace zavex::vellum {
+
+/**
+ * A pop-up menu: a column of rows, each of which is itself a `Context` and may hold the rows of a
+ * submenu that unfolds to the right.
+ *
+ * Belongs to the control that opens it (`Control::setContext`) and is used again for every opening.
+ * A chosen row reaches that owner as an event of type "context" whose action is the path of
+ * captions, then the owner's observers, and closes the menu.
+ */
+class Context : public Control {
+public:
+    static constexpr float ROW_HEIGHT = 10.0f; // pixels
+
+    Context();
+
+    Control* clone() override;
+
+    /** Adds a row for each "item" sub-element ("caption"; nested items form submenus). */
+    void load(xml::IteratorConst& element) override;
+    bool acceptEvents(Event& event) override;
+
+    /** Positions are in the coordinates of the workspace, or of the menu that unfolded this one. */
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+    virtual void deleteOptions();
+
+    /** Appends a row, owned by this menu, and returns it so that it can be given rows in turn. */
+    virtual Context* addOption(const std::string& caption, const std::string& id);
+
+    /**
+     * Renames a row; nothing when `index` lies past the end.
+     *
+     * @param index  Negative means the selected row, or the first when none is selected.
+     */
+    virtual void setOption(const std::string& caption, std::int32_t index);
+
+    /** Marks the row with exactly this caption and returns its index; -1 changes nothing. */
+    virtual std::int32_t setHighlight(const std::string& caption);
+
+    /** @param width  In pixels; at most 0 lets the menu follow its longest caption. */
+    virtual void setFixedWidth(float width);
+
+    /**
+     * Sizes the menu for its rows and moves it up where it would leave the window at the bottom.
+     *
+     * @param origin  Where the menu's coordinate system lies in the window, in pixels.
+     */
+    virtual void resize(mathbase::Vector2f origin);
+
+    /** Puts this menu's caption before the action and passes it on, up to the owner. */
+    virtual void sendContextEvent(Event& event);
+
+protected:
+    float mBorder = 5.0f;       // pixels inside the box
+    float mUnfoldSpace = 20.0f; // pixels kept for the submenu marker
+    float mRowSpacing = 5.0f;   // pixels between rows
+    float mFixedWidth = -1.0f;  // pixels; the captions decide unless positive
+    std::int32_t mSelected = -1;
+    std::int32_t mExpanded = -1;
+    std::string mHighlighted;
+
+private:
+    float rowTop(const Area& area, std::int32_t index) const;
+    std::int32_t rowAt(mathbase::Vector2f point);
+    float captionWidth();
+    void hoverRow(std::int32_t index);
+    void unfold(std::int32_t index);
+    int passToSubmenu(const Event& event);
+    int choose();
+    void drawRow(const Area& area, std::int32_t index);
+    const style::Color& rowColor(Control& option, std::int32_t index) const;
+};
+
+} // namespace zavex::vellum

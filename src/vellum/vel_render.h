@@ -1,0 +1,107 @@
+#pragma once
+
+#include "mathbase/mb_box.h"
+#include "mathbase/mb_vector2.h"
+#include "mathbase/mb_vector4.h"
+
+#include <memory>
+#include <string>
+
+namespace zavex::display {
+class DisplayGL;
+class Font;
+} // namespace zavex::display
+
+namespace zavex::vellum {
+
+/**
+ * Draws for the whole control tree: boxes, lines, circles and text in pixels from the window's
+ * top-left corner, y growing downwards, each primitive in one colour or a gradient of two.
+ *
+ * The workspace owns one. Everything is virtual so that a double can record what controls draw
+ * where there is no window.
+ */
+class Render {
+public:
+    using Area = mathbase::Box2;
+
+    /** Which way the gradient of a box runs. */
+    enum Gradient : int { GRADIENT_VERTICAL = 0, GRADIENT_HORISONTAL = 1 };
+
+    Render();
+    Render(const Render&) = delete;
+    Render(Render&&) = delete;
+    Render& operator=(const Render&) = delete;
+    Render& operator=(Render&&) = delete;
+    virtual ~Render();
+
+    /**
+     * Loads the font.
+     *
+     * @param display   Not owned; must outlive this object.
+     * @param fontFile  Font sheet in the display's archive. Throws as `display::Font::load` does.
+     */
+    virtual void setup(display::DisplayGL* display, const std::string& fontFile);
+
+    /**
+     * Begins a frame: one unit is one pixel. `setup` must have been called ("mDisplay").
+     *
+     * @param windowSize  In pixels.
+     * @param pan         View offset in pixels.
+     * @param unused      Ignored.
+     */
+    virtual void setupDraw(mathbase::Vector2f windowSize, mathbase::Vector2f pan, float unused);
+
+    /** Sets both ends of the gradient. A second colour with an alpha below 0 means flat. */
+    virtual void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second);
+
+    /** @param width  In pixels. */
+    virtual void setLineWidth(float width);
+
+    /** @param align  `display::Font` alignment: 0 left, 1 right, 2 centre. */
+    virtual void setAlign(int align);
+
+    /** Height of a line of text in pixels. */
+    virtual float getFontHeight();
+
+    /** A filled box. @param mode  A `Gradient`; any value but 1 counts as 0. */
+    virtual void drawBox(const Area& box, int mode);
+
+    /** The outline of a box, one pixel wide inside it: top in the first colour, bottom in the
+     * second. */
+    virtual void drawBorder(const Area& box);
+
+    /** A line from `from` in the first colour to `to` in the second. */
+    virtual void drawLine(const mathbase::Vector2f& from, const mathbase::Vector2f& to);
+
+    /**
+     * A filled ellipse inscribed in `box`, in the first colour.
+     *
+     * @param segments  -1 follows the size; at least 3 are drawn.
+     * @param start     Angle of the first rim point in whole turns, from the bottom on.
+     */
+    virtual void drawCircle(const Area& box, int segments, float start);
+
+    /** Text in the first colour, vertically centred on `position`. */
+    virtual void drawText(const std::string& text, mathbase::Vector2f position);
+
+    /** Width of the text in pixels. */
+    virtual float getTextLength(const std::string& text);
+
+    /** Restricts drawing to `area`; one whose first x is exactly -1 takes the restriction away. */
+    virtual void setClipArea(Area area);
+
+    /** The display's time in seconds. */
+    virtual float getTime();
+
+private:
+    display::DisplayGL* mDisplay = nullptr; // not owned
+    mathbase::Vector2f mWindowSize{0, 0};   // pixels
+    mathbase::Vector2f mPan{0, 0};          // pixels
+    mathbase::Vector4f mColor{0, 0, 0, 0};
+    mathbase::Vector4f mColor2{0, 0, 0, 0};
+    Area mClipArea{0, 0, 0, -1};
+    std::unique_ptr<display::Font> mFont;
+};
+
+} // namespace zavex::vellum
