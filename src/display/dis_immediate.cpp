@@ -1,0 +1,240 @@
+#include "display/dis_immediate.h"
+
+#include "common/zvx_system.h"
+#include "display/dis_glinclude.h"
+
+#include <utility>
+
+namespace zavex::display {
+
+namespace {
+
+GLenum glName(Immediate::Primitive primitive)
+{
+    switch (primitive) {
+        case Immediate::Primitive::POINTS: return GL_POINTS;
+        case Immediate::Primitive::LINES: return GL_LINES;
+        case Immediate::Primitive::TRIANGLES: return GL_TRIANGLES;
+        case Immediate::Primitive::QUADS: return GL_QUADS;
+    }
+    return GL_QUADS;
+}
+
+GLenum glName(BlendFactor factor)
+{
+    switch (factor) {
+        case BlendFactor::ZERO: return GL_ZERO;
+        case BlendFactor::ONE: return GL_ONE;
+        case BlendFactor::SRC_COLOR: return GL_SRC_COLOR;
+        case BlendFactor::ONE_MINUS_SRC_COLOR: return GL_ONE_MINUS_SRC_COLOR;
+        case BlendFactor::DST_COLOR: return GL_DST_COLOR;
+        case BlendFactor::ONE_MINUS_DST_COLOR: return GL_ONE_MINUS_DST_COLOR;
+        case BlendFactor::SRC_ALPHA: return GL_SRC_ALPHA;
+        case BlendFactor::ONE_MINUS_SRC_ALPHA: return GL_ONE_MINUS_SRC_ALPHA;
+        case BlendFactor::DST_ALPHA: return GL_DST_ALPHA;
+        case BlendFactor::ONE_MINUS_DST_ALPHA: return GL_ONE_MINUS_DST_ALPHA;
+        case BlendFactor::SRC_ALPHA_SATURATE: return GL_SRC_ALPHA_SATURATE;
+    }
+    return GL_ONE;
+}
+
+GLenum glName(BlendEquation equation)
+{
+    switch (equation) {
+        case BlendEquation::ADD: return GL_FUNC_ADD;
+        case BlendEquation::SUBTRACT: return GL_FUNC_SUBTRACT;
+        case BlendEquation::REVERSE_SUBTRACT: return GL_FUNC_REVERSE_SUBTRACT;
+    }
+    return GL_FUNC_ADD;
+}
+
+void enable(GLenum capability, bool enabled)
+{
+    if (enabled)
+        GL_CHECKED(glEnable(capability));
+    else
+        GL_CHECKED(glDisable(capability));
+}
+
+/** Texturing is a switch of each texture unit: this is unit 0's, whichever is active. */
+void enableTexturing(bool enabled)
+{
+    GLint active = GL_TEXTURE0;
+    GL_CHECKED(glGetIntegerv(GL_ACTIVE_TEXTURE, &active));
+    GL_CHECKED(glActiveTexture(GL_TEXTURE0));
+    enable(GL_TEXTURE_2D, enabled);
+    GL_CHECKED(glActiveTexture(static_cast<GLenum>(active)));
+}
+
+/** An equation other than ADD exists only where the driver has it; ADD is every driver's own. */
+void setBlendEquation(BlendEquation equation)
+{
+    if (glBlendEquation != nullptr)
+        GL_CHECKED(glBlendEquation(glName(equation)));
+}
+
+void loadMatrix(GLenum mode, const Immediate::Matrix& matrix)
+{
+    GL_CHECKED(glMatrixMode(mode));
+    GL_CHECKED(glLoadMatrixf(matrix.data()));
+}
+
+} // namespace
+
+Immediate* Immediate::sLive = nullptr;
+
+Immediate::Immediate(DisplayGL& display)
+    : mDisplay(display), mVertices(std::make_unique<Vertex[]>(VERTEX_CAPACITY)),
+      mIndices(std::make_unique<Index[]>(INDEX_CAPACITY))
+{
+    ZVX_REQUIRE(sLive == nullptr, "sLive==0");
+    sLive = this;
+}
+
+Immediate::~Immediate()
+{
+    sLive = nullptr;
+}
+
+Immediate& Immediate::live()
+{
+    ZVX_REQUIRE(sLive != nullptr, "display");
+    return *sLive;
+}
+
+bool Immediate::isLive()
+{
+    return sLive != nullptr;
+}
+
+void Immediate::makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices)
+{
+    ZVX_REQUIRE(vertices <= VERTEX_CAPACITY && indices <= INDEX_CAPACITY,
+                "vertices<=VERTEX_CAPACITY && indices<=INDEX_CAPACITY");
+
+    const bool stateDiffers = mStateChanged && !(mState == mArrayState);
+    const bool full =
+        mVertexCount + vertices > VERTEX_CAPACITY || mIndexCount + indices > INDEX_CAPACITY;
+    if (stateDiffers || primitive != mPrimitive || full)
+        draw();
+    if (stateDiffers)
+        mArrayState = mState;
+    mStateChanged = false;
+    mPrimitive = primitive;
+}
+
+void Immediate::flush()
+{
+    if (mDrawing)
+        return;
+    draw();
+    if (!mStateChanged && mDriverKnown)
+        return;
+    apply(mState);
+    mArrayState = mState;
+    mStateChanged = false;
+}
+
+void Immediate::reset(const State& state)
+{
+    draw();
+    mState = state;
+    mDriverKnown = false;
+    mStateChanged = true;
+    flush();
+}
+
+void Immediate::discard()
+{
+    mVertexCount = 0;
+    mIndexCount = 0;
+}
+
+void Immediate::draw()
+{
+    if (mIndexCount == 0)
+        return;
+
+    /** Leaves an empty array behind, also when the driver refuses what was in it. */
+    struct Drawing {
+        explicit Drawing(Immediate& immediate) : owner(immediate) { owner.mDrawing = true; }
+        ~Drawing()
+        {
+            owner.mDrawing = false;
+            owner.discard();
+        }
+        Drawing(const Drawing&) = delete;
+        Drawing& operator=(const Drawing&) = delete;
+
+        Immediate& owner;
+    };
+    const Drawing drawing(*this);
+
+    apply(mArrayState);
+    drawArray();
+    ++mDrawnArrays;
+}
+
+/** Hands the array over as client memory: what buffers and arrays were set up comes back after. */
+void Immediate::drawArray() const
+{
+    const Vertex* const vertices = mVertices.get();
+
+    GL_CHECKED(glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT));
+    GL_CHECKED(glBindBuffer(GL_ARRAY_BUFFER, 0));
+    GL_CHECKED(glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0));
+    GL_CHECKED(glClientActiveTexture(GL_TEXTURE0));
+    GL_CHECKED(glEnableClientState(GL_VERTEX_ARRAY));
+    GL_CHECKED(glEnableClientState(GL_TEXTURE_COORD_ARRAY));
+    GL_CHECKED(glEnableClientState(GL_COLOR_ARRAY));
+    GL_CHECKED(glVertexPointer(3, GL_FLOAT, sizeof(Vertex), &vertices->x));
+    GL_CHECKED(glTexCoordPointer(2, GL_FLOAT, sizeof(Vertex), &vertices->u));
+    GL_CHECKED(glColorPointer(4, GL_FLOAT, sizeof(Vertex), &vertices->r));
+    GL_CHECKED(glDrawRangeElements(glName(mPrimitive), 0, static_cast<GLuint>(mVertexCount - 1),
+                                   static_cast<GLsizei>(mIndexCount), GL_UNSIGNED_SHORT,
+                                   mIndices.get()));
+    GL_CHECKED(glPopClientAttrib());
+}
+
+void Immediate::apply(const State& state)
+{
+    const bool all = !mDriverKnown;
+    const auto differs = [&](auto field) { return all || state.*field != mDriverState.*field; };
+
+    // What the driver is in is unknown while the calls are made: one of them may throw.
+    mDriverKnown = false;
+    if (differs(&State::projection))
+        loadMatrix(GL_PROJECTION, state.projection);
+    if (differs(&State::modelView))
+        loadMatrix(GL_MODELVIEW, state.modelView);
+    GL_CHECKED(glMatrixMode(GL_MODELVIEW));
+    if (differs(&State::scissor))
+        GL_CHECKED(
+            glScissor(state.scissor.x, state.scissor.y, state.scissor.width, state.scissor.height));
+    if (differs(&State::lineWidth))
+        GL_CHECKED(glLineWidth(state.lineWidth));
+    if (differs(&State::pointSize))
+        GL_CHECKED(glPointSize(state.pointSize));
+    if (differs(&State::blendSource) || differs(&State::blendDestination))
+        GL_CHECKED(glBlendFunc(glName(state.blendSource), glName(state.blendDestination)));
+    if (differs(&State::blendEquation))
+        setBlendEquation(state.blendEquation);
+    if (differs(&State::frontFace))
+        GL_CHECKED(glFrontFace(state.frontFace == Winding::CLOCKWISE ? GL_CW : GL_CCW));
+    if (differs(&State::blending))
+        enable(GL_BLEND, state.blending);
+    if (differs(&State::texturing))
+        enableTexturing(state.texturing);
+    if (differs(&State::depthTest))
+        enable(GL_DEPTH_TEST, state.depthTest);
+    if (differs(&State::depthWriting))
+        GL_CHECKED(glDepthMask(state.depthWriting ? GL_TRUE : GL_FALSE));
+    if (differs(&State::faceCulling))
+        enable(GL_CULL_FACE, state.faceCulling);
+    if (differs(&State::scissorTest))
+        enable(GL_SCISSOR_TEST, state.scissorTest);
+    mDriverState = state;
+    mDriverKnown = true;
+}
+
+} // namespace zavex::display

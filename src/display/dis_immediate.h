@@ -1,0 +1,192 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace zavex::display {
+
+class DisplayGL;
+class Texture;
+
+/** What a fragment or the picture under it is multiplied by before the two are combined. */
+enum class BlendFactor {
+    ZERO,
+    ONE,
+    SRC_COLOR,
+    ONE_MINUS_SRC_COLOR,
+    DST_COLOR,
+    ONE_MINUS_DST_COLOR,
+    SRC_ALPHA,
+    ONE_MINUS_SRC_ALPHA,
+    DST_ALPHA,
+    ONE_MINUS_DST_ALPHA,
+    SRC_ALPHA_SATURATE
+};
+
+/** How a weighted fragment and the weighted picture under it are combined. */
+enum class BlendEquation { ADD, SUBTRACT, REVERSE_SUBTRACT };
+
+/** The order in which a front face's corners appear on the screen. */
+enum class Winding { CLOCKWISE, COUNTER_CLOCKWISE };
+
+/**
+ * Draws what is given vertex by vertex in few large arrays.
+ *
+ * The caller sees immediate drawing: what is appended is drawn with the state that was set when it
+ * was appended, in the order in which it was appended. The driver sees one array for everything
+ * that shares its state and its kind of primitive. State is set on a copy (`change`) that reaches
+ * the driver together with the next array, so that setting a state and setting it back costs
+ * nothing and does not end the array that is being filled.
+ *
+ * Whatever else touches the graphics library calls `flush` first: afterwards everything appended is
+ * drawn and the driver is in the state that was asked for. That goes for textures, shaders,
+ * uniforms, buffers, render targets, clearing, swapping and reading pixels. The states of `State`
+ * are set here and nowhere else.
+ *
+ * All memory is reserved at construction; drawing never allocates. Exactly one lives at a time, in
+ * the display, which owns it. Drawing and flushing need the display's context to be current.
+ */
+class Immediate {
+public:
+    enum class Primitive { POINTS, LINES, TRIANGLES, QUADS };
+
+    struct Vertex {
+        float x, y, z;    // model coordinates
+        float u, v;       // texture coordinates of channel 0
+        float r, g, b, a; // in 0..1 on a screen; any value on a float render target
+    };
+
+    using Index = std::uint16_t;
+    using Matrix = std::array<float, 16>; // column by column
+
+    static constexpr Matrix IDENTITY{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
+    struct Rectangle {
+        int x = 0; // pixels from the window's left edge
+        int y = 0; // pixels from the window's lower edge
+        int width = 0;
+        int height = 0;
+
+        bool operator==(const Rectangle&) const = default;
+    };
+
+    /** The graphics state that vertices are drawn with; defaults as after `resetStates`. */
+    struct State {
+        Matrix projection = IDENTITY;
+        Matrix modelView = IDENTITY;
+        Texture* texture = nullptr; // on channel 0 instead of what the display has bound; or null
+        Rectangle scissor;
+        float lineWidth = 1.0f; // pixels
+        float pointSize = 1.0f; // pixels
+        BlendFactor blendSource = BlendFactor::SRC_ALPHA;
+        BlendFactor blendDestination = BlendFactor::ONE_MINUS_SRC_ALPHA;
+        BlendEquation blendEquation = BlendEquation::ADD;
+        Winding frontFace = Winding::COUNTER_CLOCKWISE;
+        bool blending = false;
+        bool texturing = false; // 2D, channel 0
+        bool depthTest = false;
+        bool depthWriting = true;
+        bool faceCulling = false; // of back faces
+        bool scissorTest = false;
+
+        bool operator==(const State&) const = default;
+    };
+
+    /**
+     * Room for vertices and indices in the array that is being filled. Indices written count from
+     * `first`. Both must be filled before the next call of anything here.
+     */
+    struct Room {
+        Vertex* vertices;
+        Index* indices;
+        Index first; // what index of the array `vertices[0]` has
+    };
+
+    /** What one array holds at most; a primitive must not be larger. */
+    static constexpr std::size_t VERTEX_CAPACITY = 65536;
+    static constexpr std::size_t INDEX_CAPACITY = 3 * VERTEX_CAPACITY;
+
+    /** Throws Exception when another one lives. */
+    explicit Immediate(DisplayGL& display);
+    ~Immediate();
+    Immediate(const Immediate&) = delete;
+    Immediate& operator=(const Immediate&) = delete;
+
+    /** The one of the live display; throws Exception when there is no display. */
+    static Immediate& live();
+    static bool isLive();
+
+    /** The state that the next vertices are drawn with, to be changed in place at once. */
+    State& change()
+    {
+        mStateChanged = true;
+        return mState;
+    }
+
+    const State& state() const { return mState; }
+
+    /** The colour that the shapes of DisplayObsolete take; not part of the driver's state. */
+    void setColor(float r, float g, float b, float a) { mColor = {r, g, b, a}; }
+    const std::array<float, 4>& color() const { return mColor; }
+
+    /**
+     * Makes room for `vertices` vertices and `indices` indices of a primitive, at most the
+     * capacities. Draws what is waiting first when it is of another kind or state, or when there is
+     * no room left.
+     */
+    Room append(Primitive primitive, std::size_t vertices, std::size_t indices)
+    {
+        if (mStateChanged || primitive != mPrimitive || mVertexCount + vertices > VERTEX_CAPACITY ||
+            mIndexCount + indices > INDEX_CAPACITY)
+            makeRoom(primitive, vertices, indices);
+        const Room room{&mVertices[mVertexCount], &mIndices[mIndexCount],
+                        static_cast<Index>(mVertexCount)};
+        mVertexCount += vertices;
+        mIndexCount += indices;
+        return room;
+    }
+
+    /** Draws everything appended and puts the driver into the present state. */
+    void flush();
+
+    /**
+     * Draws everything appended, then makes `state` the present one and sets every single state of
+     * it in the driver, whatever the driver was in before.
+     */
+    void reset(const State& state);
+
+    /** Forgets what is waiting, as when the context it was meant for goes away. */
+    void discard();
+
+    /** How many arrays were handed to the driver so far. */
+    unsigned long drawnArrays() const { return mDrawnArrays; }
+
+    DisplayGL& display() const { return mDisplay; }
+
+private:
+    void makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices);
+    void draw();
+    void drawArray() const;
+    void apply(const State& state);
+
+    static Immediate* sLive;
+
+    DisplayGL& mDisplay;
+    std::unique_ptr<Vertex[]> mVertices;
+    std::unique_ptr<Index[]> mIndices;
+    std::size_t mVertexCount = 0;
+    std::size_t mIndexCount = 0;
+    Primitive mPrimitive = Primitive::QUADS;
+    std::array<float, 4> mColor{1.0f, 1.0f, 1.0f, 1.0f};
+    bool mStateChanged = false; // mState may differ from mArrayState
+    bool mDrawing = false;      // an array is being handed over
+    bool mDriverKnown = false;  // mDriverState is what the driver is in
+    State mState;               // for what is appended next
+    State mArrayState;          // for what is waiting
+    State mDriverState;
+    unsigned long mDrawnArrays = 0;
+};
+
+} // namespace zavex::display
