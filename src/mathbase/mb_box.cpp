@@ -1,0 +1,1 @@
+#include "mathbase/mb_box.h"

@@ -1,0 +1,1 @@
+#include "mathbase/mb_matrix4x4col.h"
