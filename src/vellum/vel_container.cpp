@@ -1,0 +1,16 @@
+#include "vellum/vel_container.h"
+
+namespace zavex::vellum {
+
+Container::Container()
+{
+    mType = "container";
+    mId = "container";
+}
+
+Control* Container::clone()
+{
+    return new Container;
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,277 @@
+#include "vellum/vel_context.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_render.h"
+
+#include "display/dis_display.h"
+#include "display/dis_font.h"
+#include "xml/xml_iteratorconst.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr const char* SUBMENU_MARKER = ">";
+
+/** The longest beginning of `text` that is at most `width` pixels wide. */
+std::string fittingText(Render& render, std::string text, float width)
+{
+    while (!text.empty() && render.getTextLength(text) > width)
+        text.pop_back();
+    return text;
+}
+
+} // namespace
+
+Context::Context()
+{
+    mType = "context";
+    mId = "context";
+    mCaption = "context";
+    mStyle.mBack = style::colorInfo{};
+    mStyle.mBack.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 0.8f);
+    mStyle.mBack.mColor2 = style::Color(0.1f, 0.15f, 0.1f, 0.8f);
+    mStyle.mBack.mHighlight1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
+    mStyle.mBack.mHighlight2 = style::Color(1.0f, 1.0f, 1.0f, 0.8f);
+    mStyle.mText.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
+    mStyle.mText.mHighlight1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
+    mStyle.mText.mHighlight2 = style::Color(1.0f, 1.0f, 0.7f, 1.0f);
+}
+
+Control* Context::clone()
+{
+    return new Context;
+}
+
+void Context::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    for (xml::IteratorConst item = element.createIterator("item"); ++item;)
+        addOption(item->getValue("caption"), "")->load(item);
+}
+
+bool Context::acceptEvents(Event& event)
+{
+    return Control::acceptEvents(event);
+}
+
+int Context::handleEvent(Event& event)
+{
+    if (event.type == "mousemove")
+        hoverRow(rowAt(event.mousePos));
+
+    const ControlWatch self(*this);
+    if (const int handled = passToSubmenu(event))
+        return handled;
+    if (self.isGone())
+        return 0;
+    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && getChild(mSelected))
+        return choose();
+    if (event.type == "mousedown" && mSelected < 0)
+        resetContext();
+    return 0;
+}
+
+void Context::draw(Area area, Area, Area clip)
+{
+    Render& render = getRender();
+    render.setColor(mStyle.mBack.mColor1, mStyle.mBack.mColor2);
+    render.drawBox(area, Render::GRADIENT_VERTICAL);
+    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
+    render.drawBorder(area);
+    for (std::int32_t i = 0; i < getChildCount(); ++i)
+        drawRow(area, i);
+    if (Control* submenu = getChild(mExpanded))
+        submenu->draw(submenu->getArea() + area.mMin, area, clip);
+}
+
+void Context::deleteOptions()
+{
+    deleteControls();
+    mSelected = -1;
+    mExpanded = -1;
+    mHighlighted.clear();
+}
+
+Context* Context::addOption(const std::string& caption, const std::string& id)
+{
+    auto* option = new Context;
+    option->setCaption(caption);
+    option->setName(id);
+    addControl(option, -1);
+    return option;
+}
+
+void Context::setOption(const std::string& caption, std::int32_t index)
+{
+    if (index < 0)
+        index = std::max(mSelected, 0);
+    if (Control* option = getChild(index))
+        option->setCaption(caption);
+}
+
+std::int32_t Context::setHighlight(const std::string& caption)
+{
+    const auto found = std::ranges::find(mChild, caption, &Control::getCaption);
+    if (found == mChild.end())
+        return -1;
+    mHighlighted = caption;
+    return static_cast<std::int32_t>(found - mChild.begin());
+}
+
+void Context::setFixedWidth(float width)
+{
+    mFixedWidth = width;
+}
+
+void Context::resize(Vector2f origin)
+{
+    setMaximized(false);
+    const float rows = static_cast<float>(getChildCount());
+    const float height = (mRowSpacing + ROW_HEIGHT) * rows - mRowSpacing + 2.0f * mBorder;
+    const float width =
+        mFixedWidth > 0.0f ? mFixedWidth : captionWidth() + 2.0f * mBorder + mUnfoldSpace;
+
+    Vector2f topLeft = mArea.mMin;
+    if (display::DisplayGL* display = getDisplay()) {
+        const auto windowHeight = static_cast<float>(display->getWindowMode().height);
+        topLeft.y -= std::max(origin.y + topLeft.y + height - windowHeight, 0.0f);
+    }
+    setArea(Area(std::trunc(topLeft.x), std::trunc(topLeft.y), std::trunc(topLeft.x + width),
+                 std::trunc(topLeft.y + height)));
+    mSelected = -1;
+    mExpanded = -1;
+}
+
+void Context::sendContextEvent(Event& event)
+{
+    event.action = mCaption + "." + event.action;
+    if (!mParent)
+        return;
+    if (auto* menu = dynamic_cast<Context*>(mParent)) {
+        menu->sendContextEvent(event);
+        return;
+    }
+
+    Control& owner = *mParent;
+    const std::string action = event.action;
+    const ControlWatch self(*this);
+    const ControlWatch ownerWatch(owner);
+    owner.handleEvent(event);
+    if (!self.isGone() && !ownerWatch.isGone())
+        owner.sendContextAction(this, action);
+}
+
+float Context::rowTop(const Area& area, std::int32_t index) const
+{
+    return area.mMin.y + mBorder + static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
+}
+
+/** The row at a point in the parent's coordinates; -1 when there is none. */
+std::int32_t Context::rowAt(Vector2f point)
+{
+    const Area area = getArea();
+    for (std::int32_t i = 0; i < getChildCount(); ++i) {
+        const float top = rowTop(area, i);
+        if (contains(Area(area.mMin.x, top, area.mMax.x, top + ROW_HEIGHT), point))
+            return i;
+    }
+    return -1;
+}
+
+/** Width of the widest caption in pixels; 0 without rows. */
+float Context::captionWidth()
+{
+    float width = 0.0f;
+    for (Control* option : mChild)
+        width = std::max(width, getRender().getTextLength(option->getCaption()));
+    return width;
+}
+
+/** Marks a row, or none at -1; between rows an unfolded submenu stays as it is. */
+void Context::hoverRow(std::int32_t index)
+{
+    mSelected = index;
+    if (index >= 0 && index != mExpanded) {
+        mExpanded = -1;
+        unfold(index);
+    }
+}
+
+void Context::unfold(std::int32_t index)
+{
+    auto* submenu = dynamic_cast<Context*>(getChild(index));
+    if (!submenu || submenu->getChildCount() == 0)
+        return;
+    const Area area = getArea();
+    mExpanded = index;
+    submenu->setPosition(
+        Vector2f(area.getWidth() + 1.0f, static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT)));
+    if (!submenu->getParent())
+        submenu->setParent(this);
+    submenu->resize(area.mMin);
+}
+
+int Context::passToSubmenu(const Event& event)
+{
+    Control* submenu = getChild(mExpanded);
+    if (!submenu)
+        return 0;
+    mSelected = mExpanded;
+    Event local = event;
+    local.mousePos = event.mousePos - getArea().mMin;
+    return submenu->handleEvent(local);
+}
+
+/** Reports the selected row to the owner and closes the menu. */
+int Context::choose()
+{
+    Event choice;
+    choice.type = "context";
+    choice.action = getChild(mSelected)->getCaption();
+    // The owner may delete this menu, or itself, on hearing of the choice.
+    Control* parent = mParent ? mParent : this;
+    const ControlWatch watch(*parent);
+    sendContextEvent(choice);
+    if (!watch.isGone())
+        parent->resetContext();
+    return 1;
+}
+
+void Context::drawRow(const Area& area, std::int32_t index)
+{
+    Render& render = getRender();
+    Control& option = *getChild(index);
+    const float left = area.mMin.x + mBorder;
+    const float right = area.mMax.x - mBorder;
+    const float top = rowTop(area, index);
+    const float middle = top + ROW_HEIGHT / 2.0f;
+    if (index == mSelected) {
+        render.setColor(mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2);
+        render.drawBox(Area(left, top, right, top + ROW_HEIGHT), Render::GRADIENT_VERTICAL);
+    }
+
+    const style::Color& color = rowColor(option, index);
+    render.setColor(color, color);
+    render.setAlign(display::Font::ALIGN_LEFT);
+    render.drawText(fittingText(render, option.getCaption(), right - left), Vector2f(left, middle));
+    if (option.getChildCount() > 0) {
+        render.setAlign(display::Font::ALIGN_RIGHT);
+        render.drawText(SUBMENU_MARKER, Vector2f(right, middle));
+    }
+}
+
+const style::Color& Context::rowColor(Control& option, std::int32_t index) const
+{
+    if (index == mSelected)
+        return mStyle.mText.mHighlight2;
+    return option.getCaption() == mHighlighted ? mStyle.mText.mHighlight1 : mStyle.mText.mColor1;
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,132 @@
+#include "vellum/vel_control.h"
+#include "vellum/vel_control_factory.h"
+
+#include "common/zvx_system.h"
+#include "display/dis_display_obsolete.h"
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_node.h"
+
+#include <string_view>
+
+namespace zavex::vellum {
+
+namespace {
+
+using ColorSet = style::colorInfo;
+
+/** Which member of a pair the rest of a colour's name selects, in both members. */
+struct ColorPair {
+    std::string_view name;
+    style::Color ColorSet::*first;
+    style::Color ColorSet::*second;
+};
+
+constexpr ColorPair COLOR_PAIRS[] = {
+    {"border",    &ColorSet::mBorder1,    &ColorSet::mBorder2   },
+    {"color",     &ColorSet::mColor1,     &ColorSet::mColor2    },
+    {"highlight", &ColorSet::mHighlight1, &ColorSet::mHighlight2},
+    {"pushed",    &ColorSet::mPushed1,    &ColorSet::mPushed2   },
+    {"inactive",  &ColorSet::mInactive1,  &ColorSet::mInactive2 },
+};
+
+struct ColorPrefix {
+    std::string_view name;
+    ColorSet style::*set;
+};
+
+constexpr ColorPrefix COLOR_PREFIXES[] = {
+    {"back.",    &style::mBack   },
+    {"caption.", &style::mCaption},
+    {"text.",    &style::mText   },
+};
+
+void setColorPair(ColorSet& set, std::string_view name, const style::Color& first,
+                  const style::Color& second)
+{
+    for (const ColorPair& pair : COLOR_PAIRS) {
+        if (pair.name == name) {
+            set.*pair.first = first;
+            set.*pair.second = second;
+        }
+    }
+}
+
+void setNamedColors(style& colors, std::string_view name, const style::Color& first,
+                    const style::Color& second)
+{
+    for (const ColorPrefix& prefix : COLOR_PREFIXES)
+        if (name.starts_with(prefix.name))
+            setColorPair(colors.*prefix.set, name.substr(prefix.name.size()), first, second);
+}
+
+} // namespace
+
+mathbase::Vector4f Control::hex2vec(const std::string& text)
+{
+    return display::DisplayObsolete::hex2vec(text);
+}
+
+void Control::load(xml::IteratorConst& element)
+{
+    mId = element->getValue("id");
+    mVisible = element->getValue("hidden") != "true" && element->getValue("visible") != "false";
+    loadChildren(element);
+    setMaximized(true);
+    for (xml::IteratorConst area = element.createIterator("area"); ++area;)
+        loadArea(area);
+    loadStyle(element);
+}
+
+void Control::loadStyle(xml::IteratorConst& element)
+{
+    for (xml::IteratorConst color = element.createIterator("color"); ++color;)
+        setNamedColors(mStyle, color->getValue("name"), hex2vec(color->getValue("first")),
+                       hex2vec(color->getValue("second")));
+}
+
+xml::IteratorConst Control::getStyle(const std::string& name)
+{
+    static const xml::XmlNode NO_STYLES{nullptr};
+    return mParent ? mParent->getStyle(name) : NO_STYLES.createIterator(name);
+}
+
+void Control::loadChildArea(Control&, xml::IteratorConst&) {}
+
+void Control::loadChildren(xml::IteratorConst& element)
+{
+    for (xml::IteratorConst group = element.createIterator("child"); ++group;)
+        for (xml::IteratorConst child = group.createIterator(""); ++child;)
+            loadChild(child);
+}
+
+void Control::loadChild(xml::IteratorConst& element)
+{
+    const std::string type = element->getName();
+    ZVX_LOG("log", "app", "Creating control: %s.", type.c_str());
+    Control* child = controlFactory.create(type);
+    if (!child) {
+        ZVX_LOG("log", "app", " -> Control type '%s' not found", type.c_str());
+        return;
+    }
+    addControl(child, -1);
+
+    const std::string styleClass = element->getValue("class");
+    xml::IteratorConst childStyle = getStyle(styleClass.empty() ? type : styleClass);
+    if (++childStyle)
+        child->load(childStyle);
+    child->load(element);
+    for (xml::IteratorConst area = element.createIterator("area"); ++area;)
+        loadChildArea(*child, area);
+}
+
+void Control::loadArea(xml::IteratorConst& element)
+{
+    const float x = element->getValueFloat("x");
+    const float y = element->getValueFloat("y");
+    const float width = element->getValueFloat("width") + element->getValueFloat("w");
+    const float height = element->getValueFloat("height") + element->getValueFloat("h");
+    setMaximized(element->getValue("maximized") == "true");
+    setArea(Area(x, y, x + width, y + height));
+}
+
+} // namespace zavex::vellum

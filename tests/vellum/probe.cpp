@@ -1,0 +1,139 @@
+#include "vellum/probe.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace zavex::vellum::test {
+
+namespace {
+
+std::string namesOf(Control& parent, Control* (Control::*get)(int))
+{
+    std::string names;
+    for (int i = 0; i < parent.getChildCount(); ++i)
+        names += (i ? " " : "") + (parent.*get)(i)->getId();
+    return names;
+}
+
+} // namespace
+
+void RecordingRender::setColor(const mathbase::Vector4f& first, const mathbase::Vector4f&)
+{
+    mFirst = first;
+}
+
+void RecordingRender::drawBox(const Area& box, int)
+{
+    boxes.push_back(box);
+    boxColors.push_back(mFirst);
+}
+
+void RecordingRender::drawBorder(const Area& box)
+{
+    borders.push_back(box);
+}
+
+void RecordingRender::drawText(const std::string& text, Vector2f position)
+{
+    texts.push_back({text, position, mAlign, mFirst});
+}
+
+float RecordingRender::getTextLength(const std::string& text)
+{
+    return 6.0f * static_cast<float>(text.size());
+}
+
+void RecordingRender::setClipArea(Area area)
+{
+    clips.push_back(area);
+}
+
+Probe::Probe(const std::string& name, Area area)
+{
+    mId = name;
+    mType = "probe";
+    mArea = area;
+}
+
+int Probe::handleEvent(Event& event)
+{
+    seen.push_back({event.type, event.mousePos, event.action});
+    const int answer = result;
+    const std::function<void(Event&)> after = onEvent;
+    const int handled = Control::handleEvent(event);
+    if (after)
+        after(event);
+    return handled ? handled : answer;
+}
+
+void Probe::draw(Area area, Area parent, Area clip)
+{
+    drawn.push_back({area, parent, clip});
+    Control::draw(area, parent, clip);
+}
+
+int Probe::count(const std::string& type) const
+{
+    return static_cast<int>(
+        std::ranges::count_if(seen, [&](const Seen& each) { return each.type == type; }));
+}
+
+Root::Root(Area area) : Probe("root", area)
+{
+    mType = "workspace";
+}
+
+void Observer::contextAction(Context*, std::string action)
+{
+    chosen.push_back(action);
+    if (onAction)
+        onAction();
+}
+
+void Observer::controlAction(Control* control, Action action)
+{
+    heard.push_back({control, action});
+    if (onAction)
+        onAction();
+}
+
+Probe& addProbe(Control& parent, const std::string& name, Area area)
+{
+    auto* probe = new Probe(name, area);
+    parent.addControl(probe);
+    return *probe;
+}
+
+Event eventAt(const std::string& type, Vector2f position)
+{
+    Event event;
+    event.type = type;
+    event.mousePos = position;
+    event.mousePosWorld = position;
+    return event;
+}
+
+int send(Control& control, const std::string& type, Vector2f position)
+{
+    Event event = eventAt(type, position);
+    return control.handleEvent(event);
+}
+
+std::string stacking(Control& parent)
+{
+    return namesOf(parent, &Control::getChild);
+}
+
+std::string insertion(Control& parent)
+{
+    return namesOf(parent, &Control::getOrder);
+}
+
+std::string text(const Area& area)
+{
+    std::ostringstream out;
+    out << area.mMin.x << ' ' << area.mMin.y << ' ' << area.mMax.x << ' ' << area.mMax.y;
+    return out.str();
+}
+
+} // namespace zavex::vellum::test

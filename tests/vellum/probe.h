@@ -1,0 +1,130 @@
+#pragma once
+
+#include "vellum/vel_callback.h"
+#include "vellum/vel_control.h"
+#include "vellum/vel_render.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zavex::vellum::test {
+
+using Area = Control::Area;
+using mathbase::Vector2f;
+
+/** Notes what it is told to draw. Every character is 6 pixels wide. */
+class RecordingRender final : public Render {
+public:
+    struct Text {
+        std::string text;
+        Vector2f position;
+        int align = 0;
+        mathbase::Vector4f color;
+    };
+
+    void setup(display::DisplayGL*, const std::string&) override {}
+    void setupDraw(Vector2f, Vector2f, float) override {}
+    void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f&) override;
+    void setLineWidth(float) override {}
+    void setAlign(int align) override { mAlign = align; }
+    float getFontHeight() override { return 10.0f; }
+    void drawBox(const Area& box, int mode) override;
+    void drawBorder(const Area& box) override;
+    void drawLine(const Vector2f&, const Vector2f&) override {}
+    void drawCircle(const Area&, int, float) override {}
+    void drawText(const std::string& text, Vector2f position) override;
+    float getTextLength(const std::string& text) override;
+    void setClipArea(Area area) override;
+    float getTime() override { return 0.0f; }
+
+    std::vector<Area> boxes;
+    std::vector<mathbase::Vector4f> boxColors;
+    std::vector<Area> borders;
+    std::vector<Area> clips;
+    std::vector<Text> texts;
+
+private:
+    int mAlign = 0;
+    mathbase::Vector4f mFirst{0, 0, 0, 0};
+};
+
+/** A control that notes every event and draw call it gets. */
+class Probe : public Control {
+public:
+    struct Seen {
+        std::string type;
+        Vector2f position; // as it arrived, in the parent's coordinates
+        std::string action;
+    };
+    struct Drawn {
+        Area area;
+        Area parent;
+        Area clip;
+    };
+
+    explicit Probe(const std::string& name = "probe", Area area = Area(0, 0, 0, 0));
+
+    Control* clone() override { return new Probe; }
+    bool acceptEvents(Event& event) override { return capturing || Control::acceptEvents(event); }
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+    bool isMouseOver() const { return mMouseOver; }
+    void setType(const std::string& type) { mType = type; }
+
+    /** How many events of `type` arrived. */
+    int count(const std::string& type) const;
+
+    std::vector<Seen> seen;
+    std::vector<Drawn> drawn;
+    bool capturing = false;
+    int result = 0;                      // returned when the base answers 0
+    std::function<void(Event&)> onEvent; // called after the base, may delete this control
+};
+
+/** The top of a tree: answers for the render and the pop-up menu, as the workspace does. */
+class Root : public Probe {
+public:
+    explicit Root(Area area = Area(0, 0, 200, 100));
+
+    Render& getRender() override { return render; }
+    void setContext(Context* context) override { menu = context; }
+    void resetContext() override { menu = nullptr; }
+
+    RecordingRender render;
+    Context* menu = nullptr;
+};
+
+/** Notes the actions it hears of and calls `onAction` for each. */
+class Observer final : public Callback {
+public:
+    void contextAction(Context* context, std::string action) override;
+    void controlAction(Control* control, Action action) override;
+
+    struct Heard {
+        Control* control = nullptr;
+        Action action = ACTION_BUTTON_PRESSED;
+    };
+
+    std::vector<Heard> heard;
+    std::vector<std::string> chosen;
+    std::function<void()> onAction;
+};
+
+/** Adds a probe, owned by `parent`. */
+Probe& addProbe(Control& parent, const std::string& name, Area area);
+
+Event eventAt(const std::string& type, Vector2f position);
+
+/** Sends a fresh event of `type` at `position`, in the coordinates of the control's parent. */
+int send(Control& control, const std::string& type, Vector2f position);
+
+/** Identifiers of the children, bottom first, and in order of insertion. */
+std::string stacking(Control& parent);
+std::string insertion(Control& parent);
+
+/** "x1 y1 x2 y2" with each number in its shortest form. */
+std::string text(const Area& area);
+
+} // namespace zavex::vellum::test
