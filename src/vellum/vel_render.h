@@ -1,11 +1,13 @@
 #pragma once
 
+#include "display/dis_display_obsolete.h"
 #include "mathbase/mb_box.h"
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector4.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zavex::display {
 class DisplayGL;
@@ -102,6 +104,8 @@ private:
     mathbase::Vector4f mColor2{0, 0, 0, 0};
     Area mClipArea{0, 0, 0, -1};
     std::unique_ptr<display::Font> mFont;
+    display::DisplayObsolete mModel;                    // places text
+    std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
 };
 
 } // namespace zavex::vellum
