@@ -63,10 +63,10 @@ struct Matrix4x4Col {
     /** The rotation of `rotation`, which is used as it is and must be of unit length. */
     void setRot(const Quatf& rotation);
 
-    /** Shears x by `shear.x` times (y and z), y and z each weighted with their own component. */
+    /** Adds shear.x * (shear.y * y + shear.z * z) to x and shear.y * shear.z * z to y. */
     void setShear(const Vector3f& shear);
 
-    /** Scales and shears about the point `center`. */
+    /** Scales, then shears as `setShear` does, both about the point `center`. */
     void setScaleAndShear(const Vector3f& scale, const Vector3f& center, const Vector3f& shear);
 
     /** Scales first, then rotates, then moves. `rotation` must be of unit length. */

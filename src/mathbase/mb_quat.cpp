@@ -1,1 +1,91 @@
 #include "mathbase/mb_quat.h"
+
+#include "common/zvx_system.h"
+#include "mathbase/mb_vector4.h"
+
+#include <cmath>
+
+namespace zavex::mathbase {
+
+namespace {
+
+constexpr float OPPOSITE = 1e-12f; // |a + b|^2 of two unit vectors that count as opposite
+
+/** Some unit vector at right angles to `v`. */
+Vector3f perpendicularTo(const Vector3f& v)
+{
+    Vector3f leastAlong;
+    leastAlong[v.getMinorAxis()] = 1.0f;
+    return v.cross(leastAlong).getNormalized();
+}
+
+} // namespace
+
+void Quatf::setEuler(const Euler& euler)
+{
+    const int order = euler.order.asInt();
+    ZVX_REQUIRE(order >= RotationOrder::XYZ && order <= RotationOrder::ZYX,
+                "order.value>=0 && order.value<=5");
+
+    Quatf about[3];
+    about[0].setRotX(euler.angles.x);
+    about[1].setRotY(euler.angles.y);
+    about[2].setRotZ(euler.angles.z);
+
+    constexpr int AXES[6][3] = {
+        {0, 1, 2},
+        {0, 2, 1},
+        {1, 0, 2},
+        {2, 0, 1},
+        {1, 2, 0},
+        {2, 1, 0},
+    };
+    const auto& axes = AXES[order];
+    *this = about[axes[0]] * about[axes[1]] * about[axes[2]];
+}
+
+void Quatf::setOrientation(const Vector3f& from, const Vector3f& to)
+{
+    const Vector3f start = from.getNormalized();
+    const Vector3f end = to.getNormalized();
+
+    // Half of |start + end|^2 is 1 + cos of the angle, without its cancellation near half a turn.
+    const float sum2 = (start + end).length2();
+    if (sum2 < OPPOSITE) {
+        const Vector3f axis = perpendicularTo(start);
+        *this = {0.0f, axis.x, axis.y, axis.z};
+        return;
+    }
+    const Vector3f axis = start.cross(end);
+    *this = {sum2 * 0.5f, axis.x, axis.y, axis.z};
+    normalize();
+}
+
+void Quatf::setAngleAxis(float angle, const Vector3f& axis)
+{
+    const Vector3f scaled = axis.getNormalized() * std::sin(angle / 2.0f);
+    *this = {std::cos(angle / 2.0f), scaled.x, scaled.y, scaled.z};
+}
+
+void Quatf::getAngleAxis(float& angle, Vector3f& axis) const
+{
+    const Vector3f imaginary{x, y, z};
+    const float sine = imaginary.length();
+    angle = 2.0f * std::atan2(sine, w);
+    axis = sine > 0.0f ? imaginary * (1.0f / sine) : Vector3f{1.0f, 0.0f, 0.0f};
+}
+
+void Quatf::normalize()
+{
+    const Vector4f unit = Vector4f{w, x, y, z}.getNormalized();
+    *this = {unit.x, unit.y, unit.z, unit.w};
+}
+
+Quatf Quatf::getInverse() const
+{
+    const float norm = length2();
+    ZVX_REQUIRE(norm > 0.0f, "length2>0");
+    return Quatf{w, -x, -y, -z} * (1.0f / norm);
+}
+
+} // namespace zavex::mathbase

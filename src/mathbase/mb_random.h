@@ -17,6 +17,9 @@ namespace zavex::mathbase {
  */
 std::uint32_t initialSeed();
 
+/** What single precision draws in [0, 1) are cut at. */
+inline constexpr float LARGEST_BELOW_ONE = 0x1.fffffep-1f;
+
 /**
  * A linear congruential generator modulo 2^32.
  *
@@ -44,7 +47,7 @@ struct RandomGen_LCG {
      */
     constexpr float nextFloat()
     {
-        return std::min(static_cast<float>(nextLong()) * 2.3283064e-10f, 0x1.fffffep-1f);
+        return std::min(static_cast<float>(nextLong()) * 2.3283064e-10f, LARGEST_BELOW_ONE);
     }
 
     /** Steps and returns the state times 2^-32, in [0, 1). */
@@ -70,9 +73,10 @@ struct RandomGen_Rand {
 /**
  * Draws typed values from one generator that it holds.
  *
- * Directions and axes must be of unit length unless said otherwise; angles are in radians. Draws
- * "uniform" over a surface or a solid have equal chance for equal area, solid angle or volume.
- * Components are drawn in the order x, y, z, w.
+ * Angles are in radians. Axes, normals and directions that are passed need not be of unit length
+ * but must not be 0; directions that are returned are of unit length. Draws "uniform" over a
+ * surface or a solid have equal chance for equal area, solid angle or volume. Components are drawn
+ * in the order x, y, z, w.
  */
 template <typename Generator>
 class RandomBase {
@@ -125,8 +129,7 @@ public:
 
     /**
      * A point on the surface of `box` where parallel rays that travel along `direction` first hit
-     * it, each ray being as likely as any other. `direction` needs not be of unit length, but must
-     * not be 0.
+     * it, each ray being as likely as any other.
      *
      * @param normal  The outward unit normal of the side that is hit.
      */
