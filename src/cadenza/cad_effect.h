@@ -1,0 +1,134 @@
+#pragma once
+
+#include "vellum/vel_context.h"
+#include "vellum/vel_layout_stack.h"
+
+#include <string>
+#include <vector>
+
+namespace zavex::display {
+class DisplayGL;
+}
+
+namespace zavex::xml {
+class XmlParser;
+}
+
+namespace zavex::cadenza {
+
+class PluginBase;
+
+/**
+ * One visual part of the show: a span of demo time, plugins that animate it, a drawing function.
+ *
+ * Made by a factory, named and kept in order by `Cadenza::addEffect`, stored in the script file
+ * "script/TYPE.NAME.xml" below the working directory. Switched off while `getInactive`. Also the
+ * bar that stands for it on a timeline: a stack of its header and one lane for each plugin.
+ *
+ * Plugins are members of the concrete effect. Each is also a child control of this one and leaves
+ * it when it is destroyed, before the base class destroys the children that remain.
+ */
+class Effect : public vellum::LayoutStack {
+public:
+    Effect();
+
+    /** Null: an effect is not cloned. */
+    vellum::Control* clone() override { return nullptr; }
+
+    /** The header alone while locked. */
+    Area getOccupiedArea() override;
+    bool acceptEvents(vellum::Event& event) override;
+
+    /**
+     * Creates what the effect needs for drawing. Called once, after the script was loaded and
+     * while the display is open.
+     */
+    virtual void setup() = 0;
+
+    /** Updates the plugins in the order they were added. @param time  Seconds since the start. */
+    virtual void update(float time);
+
+    /**
+     * Draws one frame.
+     *
+     * @param time      Seconds since the effect's start; inside the span, so positive.
+     * @param delta     Seconds since the frame before; 0 while paused.
+     * @param progress  `time` divided by the effect's duration, inside 0..1.
+     */
+    virtual void draw(float time, float delta, float progress) = 0;
+    using LayoutStack::draw;
+
+    /** Makes every lane as wide as the bar and stacks them again. Call when the bar has changed. */
+    virtual void updatePlugins();
+
+    /** @param type  The type its factory is registered under. */
+    void setIdentity(const std::string& type, const std::string& name);
+
+    /** Demo seconds. */
+    void setSpan(float start, float end);
+
+    /**
+     * Registers a plugin; called by the concrete effect's constructor.
+     *
+     * @param name    Key of the plugin's data in the script file; unique within the effect.
+     * @param plugin  Not owned; a member of the concrete effect.
+     */
+    void addPlugin(const std::string& name, PluginBase& plugin);
+
+    /**
+     * Keeps the display, then reads the script file; without one, or when its root element is not
+     * "effect", everything stays as it is.
+     *
+     * Throws `Exception` with the file's name and the position when the file is malformed.
+     *
+     * @param display  Not owned; used by the concrete effects.
+     */
+    void load(display::DisplayGL* display);
+    using LayoutStack::load;
+
+    /**
+     * Writes the script file, replacing the old one in one step. A failure is logged with the
+     * file's name and the reason and leaves the old file as it was.
+     */
+    void save();
+
+    /**
+     * Builds the bar: its area (10 units a second), its header and the plugins' lanes. Call once,
+     * when the script is loaded: it is what tells the plugins how long the effect lasts.
+     */
+    void setupControl();
+
+    /** Whether the effect is drawn at demo time `time`: strictly inside its span. */
+    bool covers(float time) const { return mStart < time && time < mEnd; }
+
+    /** The factory type; `getType` is the type of the control. */
+    const std::string& getEffectType() const { return mType; }
+    const std::string& getName() const { return mName; }
+    float getStart() const { return mStart; }
+    float getEnd() const { return mEnd; }
+
+protected:
+    static constexpr float UNITS_PER_SECOND = 10.0f;
+    static constexpr float HEADER_WIDTH = 200.0f;
+    static constexpr float HEADER_HEIGHT = 20.0f;
+
+    std::string mType;
+    std::string mName;
+    std::string mFilename;                  // set when the script is loaded or saved
+    float mStart = 0.0f;                    // demo seconds
+    float mEnd = 0.0f;                      // demo seconds
+    display::DisplayGL* mDisplay = nullptr; // not owned
+    std::vector<PluginBase*> mPlugin;       // not owned; in order of registration
+    int mMouseOverIndex = 0;                // 0 nothing, 1 start handle, 2 header, 3 end handle
+    bool mMouseDown = false;                // the left button is held on the header
+    vellum::Context mContext;               // "on/off", "lock/unlock"
+    bool mLocked = false;
+
+private:
+    void nameFile();
+    void readScript(const xml::XmlParser& parser);
+    void readPlugins(const xml::XmlParser& parser);
+    void writeScript(xml::XmlParser& parser);
+};
+
+} // namespace zavex::cadenza

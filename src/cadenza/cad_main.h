@@ -1,0 +1,205 @@
+#pragma once
+
+#include "am/am.h"
+#include "am/am_image.h"
+#include "am/am_videofile.h"
+#include "cadenza/cad_clock_follower.h"
+#include "cadenza/cad_music.h"
+#include "display/dis_clock.h"
+#include "display/dis_listener.h"
+#include "display/dis_windowmode.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zavex::display {
+class DisplayGL;
+}
+
+namespace zavex::xml {
+class XmlParser;
+class XmlTag;
+} // namespace zavex::xml
+
+namespace zavex::cadenza {
+
+class Effect;
+class EffectFactoryBase;
+
+/** The size in pixels of a picture. */
+struct PictureSize {
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const PictureSize&) const = default;
+};
+
+/** The largest picture of this aspect ratio (width / height, positive) that fits into a window,
+    its sides rounded down to even numbers. */
+PictureSize letterbox(const PictureSize& window, float aspect);
+
+/**
+ * The application: reads the configuration, opens window and sound, keeps the effects, turns song
+ * and clock into demo time and draws every effect whose span covers it.
+ *
+ * In order: construct, `setup`, `addFactory` and `addEffect`, `run`, destroy. Times are demo
+ * seconds. Effects and factories are not owned: the program releases them when this object is
+ * gone.
+ *
+ * While music plays, the clock follows the position that is heard. At the end of a looping song the
+ * song starts again and demo time goes back to 0.
+ *
+ * A recording takes the frame n = 1, 2, ... at the start time + n / rate, writes it, and lasts
+ * until its length is reached or a quit key is pressed; seeking and pausing do not change its time.
+ */
+class Cadenza : public display::Listener {
+public:
+    Cadenza();
+
+    /** Saves the project unless an exception is under way, then deletes the display. */
+    ~Cadenza() override;
+
+    /**
+     * Reads "setup.local.xml" or, without one, "setup.xml" from the working directory. Does
+     * nothing when that was done before, and configures nothing when the root element is not
+     * "demo".
+     *
+     * Throws `Exception` when there is neither file, when it is malformed, or when the recording
+     * that it asks for is impossible.
+     *
+     * @param aspect  Width / height of the picture; at most 0 takes the whole window.
+     */
+    void setup(float aspect);
+
+    /** Registers or replaces the factory of a type; not owned. */
+    void addFactory(const std::string& type, EffectFactoryBase* factory);
+
+    /**
+     * Creates an effect and puts it behind those that are there: they are drawn in this order. Its
+     * span is 0 to 10 until its script is loaded.
+     *
+     * @return Null, with a line in the log, when the type has no factory. Owned by the caller; must
+     *         live as long as this object.
+     */
+    Effect* addEffect(const std::string& type, const std::string& name);
+
+    /** Opens the window. Throws `Exception` when there is no screen, the size is not positive, or
+        a recording cannot have this size. */
+    void openDisplay(int width, int height, bool fullscreen, const std::string& title);
+
+    /**
+     * Opens the song, unless sound is switched off; sound that cannot be played is switched off.
+     *
+     * Throws `Exception` when the file is in no archive.
+     */
+    void openSound(const char* filename);
+
+    /** Opens what the configuration asks for. */
+    void openDevices();
+
+    /**
+     * Opens the devices, loads the scripts, sets the effects up and plays until the program is
+     * asked to quit. Returns at once when the configuration has no display section.
+     *
+     * Throws `Exception` when anything that is needed is missing or malformed.
+     */
+    void run();
+
+    /** Writes every effect's script file, once the scripts were loaded. */
+    void saveXml();
+
+    /** Moves song and clock; lands on the nearest sample before `t`, in 0..length of the song. */
+    void setTime(float t);
+
+    /** Takes the time of the next frame and returns it; while recording, time moves on. */
+    float getTime();
+
+    float getDemoLength() const { return mSongLength; }
+    float getSystemTime() const { return mSystemTime; }
+    float getStartTime() const { return mStartTime; }
+
+    /** Draws the position bar over the whole picture. */
+    void drawOsd();
+
+    int onKeyDown(const display::KeyEvent& event) override;
+    void onResize(int width, int height) override;
+    void onDraw() override;
+
+protected:
+    std::map<std::string, EffectFactoryBase*> mFactory; // by type; not owned
+    std::vector<Effect*> mEffect;                       // in drawing order; not owned
+    std::unique_ptr<display::DisplayGL> mDisplay;
+    display::WindowMode::FpsMode mFpsMode = display::WindowMode::FPS_VARIABLE;
+    display::Clock mClock;
+    bool mNosound = false; // time comes from the clock alone
+    bool mMuted = false;
+    Music mMusic;
+    float mSongLength = 500.0f; // seconds; this long without music
+    std::string mMusicFilename;
+    bool mSetup = false;        // the configuration was read completely
+    bool mFoundDisplay = false; // the configuration has a display section
+    bool mLoop = false;
+    bool mPaused = false;
+    float mStartTime = 0.0f;  // seconds; also the start marker of the position bar
+    float mLastTime = 0.0f;   // demo time of the frame before, seconds
+    float mMusicTime = 0.0f;  // position of the song, seconds
+    float mSystemTime = 0.0f; // demo time, seconds
+    float mPausedTime = 0.0f; // demo time held while paused, seconds
+    bool mFullscreen = false;
+    float mAspect = 0.0f; // width / height of the picture; at most 0: the whole window
+    std::string mTitle;
+    int mHeight = 0;          // pixels
+    int mWidth = 0;           // pixels
+    bool mOsd = true;         // the position bar may be shown
+    int mOsdLocation = 0;     // 0 top, 1 middle, 2 bottom
+    float mOsdDelay = 2.0f;   // seconds that the bar stays
+    float mOsdTime = -100.0f; // demo time at which the bar was called up, seconds
+    am::ArchiveManager mArchive;
+    std::unique_ptr<am::VideoFile> mDumpVideo; // null when playing in real time
+    am::Image mDumpImage;                      // receives each recorded frame
+    float mDumpRate = 60.0f;                   // frames per second
+    bool mLogConsole = false;
+
+private:
+    void applyTime(const xml::XmlTag& tag);
+    void applyArchive(const xml::XmlTag& tag);
+    void applyDisplay(const xml::XmlTag& tag);
+    void applyOsd(const xml::XmlTag& tag);
+    void applyDump(const xml::XmlTag& tag);
+    void applyMusic(const xml::XmlTag& tag);
+    void applyLog(const xml::XmlTag& tag);
+    void applySections(const xml::XmlParser& parser);
+
+    void prepareDumpImage(int width, int height);
+    void requireDumpSize() const;
+    void loadScripts();
+    void setupEffects();
+    void startTime();
+    void runFrames();
+
+    float seekMusic(float t);
+    void setClock(float t);
+    void followMusic();
+    void endSong();
+    void drawEffects();
+    bool isDumpComplete() const;
+    bool isOsdCalledUp(float now) const { return mOsdTime + mOsdDelay > now; }
+    void hideOsd();
+    void togglePause();
+    void toggleMute();
+    void pressStartKey(const display::KeyEvent& event);
+    void pressOsdKey(const display::KeyEvent& event);
+
+    std::string mSetupFilename;  // the configuration that was read; empty before
+    bool mScriptsLoaded = false; // the effects hold what their files hold
+    MusicClockFollower mClockFollower;
+    float mDumpStart = 0.0f;     // demo time at which the recording begins, seconds
+    double mDumpLength = 0.0;    // seconds; at most 0: until a quit key
+    std::int64_t mDumpFrame = 0; // frames recorded
+    int mExceptionsAtStart = 0;  // under way when this object was made
+};
+
+} // namespace zavex::cadenza
