@@ -74,7 +74,7 @@ public:
     XmlNode* getChildren(int index);
 
 private:
-    bool hasChild(int index) const;
+    void requireChild(int index) const;
     void deleteChildren();
 
     XmlTag tag;

@@ -120,9 +120,10 @@ private:
     void parseSpecialQuestion(BufferReader& reader);
     void parseSpecialExclaim(BufferReader& reader);
     void parseAttribute(BufferReader& reader, bool requiresEquals);
+    void storeValue(std::string_view attribute, std::string&& value);
 
     void appendArguments(std::string& out) const;
-    const Argument* findArgument(std::string_view attribute) const;
+    void appendDeclaration(std::string& out) const;
 
     std::string name;
     std::vector<Argument> arg;
