@@ -32,6 +32,8 @@ public:
     std::size_t size() const { return mSize; }
 
 private:
+    std::span<const std::byte> contents() const { return {mBytes.get(), mSize}; }
+
     std::shared_ptr<const std::byte> mBytes;
     std::size_t mSize = 0;     // bytes
     std::size_t mPosition = 0; // bytes

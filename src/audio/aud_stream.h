@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -9,6 +8,7 @@ namespace zavex::audio {
 
 class AudioDevice;
 class SampleSource;
+class Voice;
 
 /**
  * Plays a sample source on a device, decoding as it goes.
@@ -21,8 +21,8 @@ class SampleSource;
  */
 class OutputStream {
 public:
-    /** Programs call `openSound`, which checks what is required here. */
-    OutputStream(std::shared_ptr<AudioDevice> device, std::shared_ptr<SampleSource> source);
+    /** @param voice  Fit for the source. Programs call `openSound`, which finds one. */
+    OutputStream(std::unique_ptr<Voice> voice, std::shared_ptr<SampleSource> source);
     ~OutputStream();
     OutputStream(const OutputStream&) = delete;
     OutputStream& operator=(const OutputStream&) = delete;
@@ -60,26 +60,25 @@ public:
     std::int64_t getLength() const;
 
 private:
-    static constexpr int BLOCK_COUNT = 12;
-    static constexpr int BLOCKS_PER_SECOND = 8;
-
     void refill();
-    void queueBlock(unsigned block);
+    void queueBlock();
     void unqueueBlocks(int count);
-    void dropQueue();
-    std::int64_t heardFrame();
 
-    std::shared_ptr<AudioDevice> mDevice;
+    std::unique_ptr<Voice> mVoice;
     std::shared_ptr<SampleSource> mSource;
-    std::vector<float> mDecoded; // one block
-    unsigned mVoice = 0;         // the sound library's player
-    std::array<unsigned, BLOCK_COUNT> mBlocks = {};
-    std::array<unsigned, BLOCK_COUNT> mFreeBlocks = {}; // the first `mFreeCount` count
-    int mFreeCount = 0;
     std::int64_t mBlockFrames = 0; // sample frames of a block
-    std::int64_t mQueueStart = 0;  // sample frame at which the queue begins
+    std::vector<float> mDecoded;   // one block
+    std::int64_t mQueueStart = 0;  // sample frame at which the voice's queue begins
     std::int64_t mHeard = 0;       // sample frame last reported
     bool mPlaying = false;
 };
+
+/**
+ * Opens a stream that plays `source` on `device`; it stands at the source's first sample frame.
+ *
+ * The stream holds both. Null when the device cannot play the source's number of channels.
+ */
+std::shared_ptr<OutputStream> openSound(std::shared_ptr<AudioDevice> device,
+                                        std::shared_ptr<SampleSource> source);
 
 } // namespace zavex::audio

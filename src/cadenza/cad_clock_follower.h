@@ -6,50 +6,61 @@ namespace zavex::cadenza {
  * Keeps a clock with the music that is heard: told both times every frame, it answers by how much
  * the clock is to be set.
  *
- * Sound starts late and runs on its own crystal. Each second the mean difference is judged: above
- * `JUMP_SECONDS` the clock is set to the music at once, below it the clock is nudged by at most
- * `SLEW_SECONDS` a second. A clock that is far ahead is not set back, it waits for the music. Music
- * that stands still (a device that is gone) is not followed.
+ * Sound starts late and runs on its own crystal. After a `restart` the clock waits until the music
+ * is heard to move, and the first comparison sets it right at once. From then on the mean
+ * difference over each second is judged: above `JUMP_SECONDS` the clock is set to the music at
+ * once, below it the clock is slewed by at most `SLEW_SECONDS` a second. A clock that is ahead by
+ * more than that is not set back, it waits for the music. Music that stands still (a device that is
+ * gone, a queue that ran dry) is not followed.
  *
  * Reads no time and allocates nothing. Times are seconds of the demo.
  */
 class MusicClockFollower {
 public:
+    static constexpr double WINDOW_SECONDS = 1.0; // what one comparison takes
+    static constexpr double SETTLE_SECONDS =
+        0.5; // before the first: a new stream's report is rough
     static constexpr double JUMP_SECONDS = 0.1;
     static constexpr double SLEW_SECONDS = 0.005;    // for each second
-    static constexpr double IGNORED_SECONDS = 0.001; // a smaller mean difference is none
+    static constexpr double IGNORED_SECONDS = 0.001; // a smaller difference is none
+    static constexpr double STILL_SECONDS = 0.25;    // music unmoved for longer stands still
     static constexpr double WAIT_SECONDS = 3.0;      // longest wait for music that stands still
 
     /**
-     * Call when the music starts, is moved or goes on after a pause, with the time that the clock
-     * is then set to: the clock waits there until the music is heard to move.
+     * Must be called when the music starts, is moved or goes on after a pause.
+     *
+     * @param time  What the clock is set to; the music must stand there, too.
      */
     void restart(double time);
 
     /**
      * One frame of playing music; call it before the frame's demo time is taken.
      *
-     * @param clock  What the clock reads; runs forward except by what this function answers.
+     * @param clock  What the clock reads. Between two calls it runs forward by itself.
      * @param heard  The position being heard.
-     * @return Seconds to add to the clock, 0 when nothing is to change. The clock so set is never
-     *         before what it read, as corrected, in the call before.
+     * @return Seconds to add to the clock; 0 when nothing is to change. The clock so set is never
+     *         before what the previous call, or `restart`, left it at.
      */
     double follow(double clock, double heard);
 
 private:
-    void beginWindow(double clock, double heard);
+    void watch(double seconds, double heard);
     double wait(double clock, double heard);
-    double judge(double clock, double heard);
+    double compare(double clock, double heard);
+    double slew(double seconds);
+    double judge(double target);
+    void beginWait();
+    void beginWindow(double clock);
 
-    bool mWaiting = false;
-    double mShown = 0.0;         // clock after the last correction
-    double mHeard = 0.0;         // heard position of the last call
-    double mStoodStill = 0.0;    // seconds that waiting music has not moved
-    double mSlew = 0.0;          // correction a second, in force
-    double mWindowStart = 0.0;   // clock at which the running comparison began
-    double mWindowHeard = 0.0;   // heard position at that time
-    double mWindowApplied = 0.0; // corrected since then
-    double mWindowSum = 0.0;     // of the differences, uncorrected
+    double mShown = 0.0;        // the clock as the previous call left it
+    bool mWaiting = true;       // for the music to pass `mShown`
+    bool mSettled = false;      // the first comparison since `restart` is done
+    double mHeard = 0.0;        // of the previous call
+    double mStillSeconds = 0.0; // for how long it has been that
+    double mSlewLeft = 0.0;     // seconds of correction under way
+    double mWindowStart = 0.0;  // clock; the comparison takes no sample before it
+    double mWindowSlewed = 0.0; // seconds corrected since then
+    double mWindowSum = 0.0;    // of what heard - clock would be without that
     int mWindowCount = 0;
 };
 

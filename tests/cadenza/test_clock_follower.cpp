@@ -1,0 +1,205 @@
+#include "cadenza/cad_clock_follower.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ostream>
+#include <string>
+
+namespace zavex::cadenza {
+namespace {
+
+constexpr double FRAME_SECONDS = 1.0 / 60.0;
+
+/** A clock and a song side by side, as frames of a show see them. */
+struct Show {
+    MusicClockFollower follower = {};
+    double clock = 0.0;
+    double heard = 0.0;
+    double largestStep = 0.0;  // of the clock, beyond the frame's own time
+    double smallestStep = 1.0; // of the clock from frame to frame
+    double corrected = 0.0;    // sum of all corrections' amounts
+
+    void start(double time)
+    {
+        clock = heard = time;
+        follower.restart(time);
+    }
+
+    void frame(double musicStep)
+    {
+        const double before = clock;
+        heard += musicStep;
+        clock += FRAME_SECONDS;
+        const double correction = follower.follow(clock, heard);
+        clock += correction;
+        corrected += std::abs(correction);
+        largestStep = std::max(largestStep, clock - before - FRAME_SECONDS);
+        smallestStep = std::min(smallestStep, clock - before);
+    }
+
+    void play(double seconds, double rate = 1.0)
+    {
+        for (double at = 0.0; at < seconds; at += FRAME_SECONDS)
+            frame(FRAME_SECONDS * rate);
+    }
+
+    void forgetSteps()
+    {
+        largestStep = corrected = 0.0;
+        smallestStep = 1.0;
+    }
+};
+
+/** What stands between the clock and the music at a start, and how far apart they may then be. */
+struct StartCase {
+    const char* name;
+    double silence;    // seconds before the music is heard
+    double earlyLead;  // seconds that the report is ahead during the first half second
+    double playedFor;  // seconds
+    double difference; // seconds, largest allowed at the end
+
+    friend void PrintTo(const StartCase& start, std::ostream* out) { *out << start.name; }
+};
+
+constexpr StartCase START_CASES[] = {
+    {"AtOnce",            0.0,  0.0,   0.1, 0.0015},
+    {"AfterTheDelay",     0.07, 0.0,   0.3, 0.0015},
+    {"AfterTwoSeconds",   2.0,  0.0,   2.2, 0.0015},
+    {"RoughReportAhead",  0.5,  0.05,  3.0, 0.002 },
+    {"RoughReportBehind", 0.5,  -0.05, 3.0, 0.002 },
+};
+
+class FollowerStart : public testing::TestWithParam<StartCase> {};
+
+TEST_P(FollowerStart, WaitsForTheMusicAndThenRunsWithIt)
+{
+    const StartCase& start = GetParam();
+    Show show;
+    show.start(10.0);
+    double reported = 0.0;
+    for (double at = 0.0; at < start.playedFor; at += FRAME_SECONDS) {
+        const double sounding = std::max(0.0, at - start.silence);
+        const double lead = sounding > 0.0 && sounding < 0.5 ? start.earlyLead : 0.0;
+        const double next = std::max(reported, sounding + lead);
+        show.frame(next - reported);
+        ASSERT_TRUE(sounding > 0.0 || show.clock == 10.0) << "moved before the music did";
+        reported = next;
+    }
+    EXPECT_NEAR(show.clock, show.heard, start.difference);
+    EXPECT_GE(show.smallestStep, 0.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, FollowerStart, testing::ValuesIn(START_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+/** What befalls a clock that has run with the music for three seconds. */
+struct DriftCase {
+    const char* name;
+    double lead;        // seconds by which the music jumps ahead of the clock
+    double rate;        // of the music's crystal against the clock
+    double playedFor;   // seconds
+    double difference;  // seconds that the clock may be behind the music at the end
+    double tolerance;   // seconds
+    double largestStep; // seconds beyond a frame's own time
+};
+
+void PrintTo(const DriftCase& drift, std::ostream* out)
+{
+    *out << drift.name;
+}
+
+constexpr double SLEW_STEP = 0.005 * FRAME_SECONDS * 1.0001;
+constexpr double NO_STEP = 1e-9;
+
+// A slew of 5 ms a second begins within the first second: after n seconds 5n - 5 to 5n ms are out.
+constexpr DriftCase DRIFT_CASES[] = {
+    {"SmallLeadIsSlewed",      0.05,  1.0,    4.0,  0.0325,  0.003,  SLEW_STEP},
+    {"SmallLagIsSlewed",       -0.05, 1.0,    4.0,  -0.0325, 0.003,  NO_STEP  },
+    {"SlewEndsAtTheMusic",     0.02,  1.0,    8.0,  0.0,     0.001,  SLEW_STEP},
+    {"LagEndsAtTheMusic",      -0.02, 1.0,    8.0,  0.0,     0.001,  NO_STEP  },
+    {"JustBelowTheLimit",      0.09,  1.0,    4.0,  0.0725,  0.003,  SLEW_STEP},
+    {"JustAboveTheLimit",      0.11,  1.0,    2.2,  0.0,     0.001,  0.12     },
+    {"LargeLeadIsTakenAtOnce", 0.4,   1.0,    2.2,  0.0,     0.001,  0.41     },
+    {"LargeLagWaits",          -0.4,  1.0,    2.7,  0.0,     0.0015, 0.002    },
+    {"FastCrystal",            0.0,   1.0002, 60.0, 0.0,     0.0015, SLEW_STEP},
+    {"SlowCrystal",            0.0,   0.9998, 60.0, 0.0,     0.0015, SLEW_STEP},
+};
+
+class FollowerDrift : public testing::TestWithParam<DriftCase> {};
+
+TEST_P(FollowerDrift, IsTakenOutAtItsPace)
+{
+    const DriftCase& drift = GetParam();
+    Show show;
+    show.start(0.0);
+    show.play(3.0);
+    show.forgetSteps();
+
+    show.heard += drift.lead;
+    show.play(drift.playedFor, drift.rate);
+
+    EXPECT_NEAR(show.heard - show.clock, drift.difference, drift.tolerance);
+    EXPECT_LE(show.largestStep, drift.largestStep);
+    EXPECT_GE(show.smallestStep, 0.0) << "demo time ran backwards";
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, FollowerDrift, testing::ValuesIn(DRIFT_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(MusicClockFollower, LeavesAClockThatRunsWithTheMusicAlone)
+{
+    Show show;
+    show.start(0.0);
+    show.play(3.0);
+    show.forgetSteps();
+    show.play(60.0);
+    EXPECT_EQ(show.corrected, 0.0);
+}
+
+TEST(MusicClockFollower, TakesNoNoticeOfReportsThatComeInSteps)
+{
+    Show show;
+    show.start(0.0);
+    const double step = 1024.0 / 44100.0;
+    double at = 0.0;
+    const auto play = [&](double until) {
+        for (; at < until; at += FRAME_SECONDS)
+            show.frame(std::floor(at / step) * step - show.heard);
+    };
+    play(5.0);
+    show.forgetSteps();
+    play(65.0);
+    EXPECT_LT(show.corrected, 0.03);
+    EXPECT_NEAR(show.clock, at - FRAME_SECONDS - step / 2.0, 0.004);
+}
+
+TEST(MusicClockFollower, GoesOnAloneWhenTheMusicStandsStill)
+{
+    Show show;
+    show.start(5.0);
+    show.play(10.0, 0.0);
+    EXPECT_NEAR(show.clock, 12.0, 0.05) << "three seconds of waiting, then its own pace";
+
+    Show lost;
+    lost.start(0.0);
+    lost.play(4.0);
+    lost.forgetSteps();
+    lost.play(10.0, 0.0);
+    EXPECT_NEAR(lost.clock, 14.0, 0.2);
+    EXPECT_GE(lost.smallestStep, 0.0);
+}
+
+TEST(MusicClockFollower, MaySetBackOnRestart)
+{
+    Show show;
+    show.start(100.0);
+    show.play(3.0);
+    show.start(0.0);
+    show.play(1.0);
+    EXPECT_NEAR(show.clock, 1.0, 0.03);
+}
+
+} // namespace
+} // namespace zavex::cadenza
