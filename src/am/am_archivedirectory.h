@@ -1,0 +1,34 @@
+#pragma once
+
+#include "am/am_archive.h"
+
+namespace zavex::am {
+
+/** Creates one directory, open to everyone before the umask. True when it is there afterwards. */
+bool CreateDirectory(const std::string& path);
+
+/**
+ * Creates every directory that `path` names before its last separator ('/' or '\\'). Dots and
+ * separators that lead the path are not created. False when one could not be.
+ */
+bool createFullDirectory(const std::string& path);
+
+/** A directory of the file system. Names are relative to it. */
+class ArchiveDirectory final : public ArchiveBase {
+public:
+    /** @param path  Empty for the working directory as it is when a file is named. */
+    explicit ArchiveDirectory(const std::string& path);
+
+    /** Null also for a directory and for a file of 2^31 bytes or more. */
+    File read(const std::string& name) override;
+
+    /** Replaces an old file only once the new one is whole; creates missing directories. */
+    bool write(File file) override;
+
+    const std::string& getLocation() const override { return mPath; }
+
+private:
+    std::string mPath; // ends in a separator, or is empty
+};
+
+} // namespace zavex::am

@@ -1,0 +1,118 @@
+#include "am/am_image.h"
+
+#include "am/am_imagemanager.h"
+#include "common/zvx_system.h"
+
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+namespace zavex::am {
+
+namespace {
+
+constexpr std::int64_t BYTES_PER_PIXEL = 4;
+
+} // namespace
+
+ImageObject::ImageObject(int width, int height, std::unique_ptr<unsigned char[]> data,
+                         ImageManager* manager, std::string id)
+    : mId(std::move(id)), mLoader(manager), mImageWidth(width), mImageHeight(height),
+      mImageData(std::move(data))
+{}
+
+void ImageObject::setData(int width, int height, std::unique_ptr<unsigned char[]> data)
+{
+    mImageWidth = width;
+    mImageHeight = height;
+    mImageData = std::move(data);
+}
+
+void ImageObject::resize(int width, int height)
+{
+    const std::size_t size = byteCount(width, height);
+    mImageData.reset();
+    mImageWidth = width;
+    mImageHeight = height;
+    if (size != 0)
+        mImageData.reset(new unsigned char[size]);
+}
+
+unsigned char* ImageObject::getWriteData()
+{
+    if (mLoader != nullptr)
+        throw Exception("ImageObbject::getWriteData, Access not allowed!");
+    return mImageData.get();
+}
+
+std::size_t ImageObject::byteCount(int width, int height)
+{
+    const std::int64_t pixels = std::int64_t{width} * height;
+    if (width < 0 || height < 0 ||
+        pixels > std::numeric_limits<std::int32_t>::max() / BYTES_PER_PIXEL)
+        throw Exception("An image cannot have %d x %d pixels", width, height);
+    return static_cast<std::size_t>(pixels * BYTES_PER_PIXEL);
+}
+
+Image::Image(const Image& other) : mObjectRef(other.mObjectRef)
+{
+    addRef();
+}
+
+Image::Image(Image&& other) noexcept : mObjectRef(std::exchange(other.mObjectRef, nullptr)) {}
+
+Image& Image::operator=(Image other) noexcept
+{
+    std::swap(mObjectRef, other.mObjectRef);
+    return *this;
+}
+
+void Image::assign(ImageObject* object)
+{
+    decRef();
+    if (object != nullptr)
+        mObjectRef = new ImageRefCounter{object, 1};
+}
+
+ImageObject* Image::operator->() const
+{
+    if (isNull())
+        throw Exception("Image::operator->() - Attempt to dereference (NULL)ImageObject!");
+    return mObjectRef->mObject;
+}
+
+ImageObject& Image::operator*() const
+{
+    if (isNull())
+        throw Exception("Image::operator*() Attempt to dereference (NULL)ImageObject!");
+    return *mObjectRef->mObject;
+}
+
+void Image::addRef()
+{
+    if (mObjectRef != nullptr)
+        ++mObjectRef->mRef;
+}
+
+void Image::decRef()
+{
+    ImageRefCounter* const counter = std::exchange(mObjectRef, nullptr);
+    if (counter == nullptr)
+        return;
+
+    --counter->mRef;
+    ImageObject* const object = counter->mObject;
+    if (counter->mRef == 1 && object->getManager() != nullptr) {
+        // Only the cache is left: its handle ends the image and this counter. A copy of the name
+        // outlives both.
+        const std::string id = object->getId();
+        object->getManager()->releaseImage(id);
+        return;
+    }
+    if (counter->mRef == 0) {
+        delete object;
+        delete counter;
+    }
+}
+
+} // namespace zavex::am

@@ -1,0 +1,103 @@
+#include "am/am_imagecodec_jpeg.h"
+
+#include "common/zvx_system.h"
+
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio> // jpeglib.h needs it before
+
+#include <jpeglib.h>
+
+namespace zavex::am {
+
+namespace {
+
+// A file cannot hold more pixels than this per byte: even an empty block of 16 x 16 takes six bits.
+constexpr std::int64_t MOST_PIXELS_PER_BYTE = 2048;
+constexpr std::size_t BYTES_PER_PIXEL = 4;
+
+/** The library's error handler and where it jumps to; the handler must stand first. */
+struct ErrorExit {
+    jpeg_error_mgr handler;
+    std::jmp_buf target;
+    char message[JMSG_LENGTH_MAX];
+};
+
+// The library reports an error by calling this, also for a warning such as a file that ends too
+// early. The functions that it jumps to hold nothing with a destructor.
+[[noreturn]] void leave(j_common_ptr info)
+{
+    auto* const exit = reinterpret_cast<ErrorExit*>(info->err);
+    exit->handler.format_message(info, exit->message);
+    std::longjmp(exit->target, 1);
+}
+
+class Decoder {
+public:
+    Decoder()
+    {
+        mInfo.err = jpeg_std_error(&mExit.handler);
+        mExit.handler.error_exit = leave;
+        mExit.handler.output_message = leave;
+    }
+
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    ~Decoder() { jpeg_destroy_decompress(&mInfo); }
+
+    bool start(const unsigned char* data, std::size_t size)
+    {
+        if (setjmp(mExit.target) != 0)
+            return false;
+        jpeg_create_decompress(&mInfo);
+        jpeg_mem_src(&mInfo, data, static_cast<unsigned long>(size));
+        jpeg_read_header(&mInfo, TRUE);
+        // Red, green and blue as ever, laid out as blue, green, red and an opaque alpha.
+        mInfo.out_color_space = JCS_EXT_BGRA;
+        jpeg_calc_output_dimensions(&mInfo);
+        return true;
+    }
+
+    bool readPixels(unsigned char* pixels)
+    {
+        if (setjmp(mExit.target) != 0)
+            return false;
+        jpeg_start_decompress(&mInfo);
+        while (mInfo.output_scanline < mInfo.output_height) {
+            JSAMPROW row =
+                pixels + std::size_t{mInfo.output_scanline} * mInfo.output_width * BYTES_PER_PIXEL;
+            jpeg_read_scanlines(&mInfo, &row, 1);
+        }
+        jpeg_finish_decompress(&mInfo);
+        return true;
+    }
+
+    int width() const { return static_cast<int>(mInfo.output_width); }
+    int height() const { return static_cast<int>(mInfo.output_height); }
+    const char* message() const { return mExit.message; }
+
+private:
+    jpeg_decompress_struct mInfo{};
+    ErrorExit mExit{};
+};
+
+} // namespace
+
+void ImageCodecJPEG::decodeImage(const unsigned char* data, std::size_t size, ImageObject& out)
+{
+    Decoder decoder;
+    if (!decoder.start(data, size))
+        throw Exception("Internal jpeglib error; %s", decoder.message());
+    const std::int64_t pixelCount = std::int64_t{decoder.width()} * decoder.height();
+    if (pixelCount / MOST_PIXELS_PER_BYTE > static_cast<std::int64_t>(size))
+        throw Exception("Internal jpeglib error; %d x %d pixels cannot be in %zu bytes",
+                        decoder.width(), decoder.height(), size);
+
+    std::unique_ptr<unsigned char[]> pixels(
+        new unsigned char[ImageObject::byteCount(decoder.width(), decoder.height())]);
+    if (!decoder.readPixels(pixels.get()))
+        throw Exception("Internal jpeglib error; %s", decoder.message());
+    out.setData(decoder.width(), decoder.height(), std::move(pixels));
+}
+
+} // namespace zavex::am

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "am/am_imagecodec.h"
+
+namespace zavex::am {
+
+/** PNG: reads 8 bits a channel, RGB or RGBA; writes RGBA without interlacing. */
+class ImageCodecPNG final : public ImageCodec {
+public:
+    void decodeImage(const unsigned char* data, std::size_t size, ImageObject& out) override;
+    bool encodeImage(unsigned char** data, std::size_t* size, ImageObject& in) override;
+    std::string getFormatString() const override { return "png"; }
+    bool canWrite() const override { return true; }
+};
+
+} // namespace zavex::am

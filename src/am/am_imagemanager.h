@@ -1,0 +1,66 @@
+#pragma once
+
+#include "am/am_file.h"
+#include "am/am_image.h"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace zavex::am {
+
+class ImageCodec;
+
+/**
+ * Decodes and encodes pictures by the extension of their names, and keeps those in use by name so
+ * that a picture used twice is decoded once.
+ */
+class ImageManager {
+public:
+    /** Knows "png", "jpg" and "tga". */
+    ImageManager();
+    ImageManager(const ImageManager&) = delete;
+    ImageManager& operator=(const ImageManager&) = delete;
+    ~ImageManager();
+
+    /**
+     * Decodes a file, or gives the image that is cached under `name`.
+     *
+     * Throws Exception when no codec serves the extension or the file cannot be decoded.
+     *
+     * @param uncached  Decode in any case, into a private, writable image.
+     */
+    Image loadImage(const std::string& name, const File& file, bool uncached);
+
+    /**
+     * The picture as a file called `name`; null when no codec writes its extension.
+     *
+     * Throws Exception when the image is null or shared through a cache.
+     */
+    File encodeImage(const std::string& name, Image& image);
+
+    /** The cached image of that name, or a null one. */
+    Image getImage(const std::string& name);
+
+    /** Takes an image out of the cache; its other holders keep it. Throws Exception when there is
+        none. @return 0. */
+    int removeImage(const std::string& name);
+
+    /** As `removeImage`, for the handle that leaves only the cache's behind; never throws. */
+    void releaseImage(const std::string& name) noexcept { mImageCache.erase(name); }
+
+    /** Empties the cache; images that are still held become private and writable. */
+    void empty();
+
+    /** What follows the last '.', empty when there is none. */
+    static std::string getExtension(const std::string& name);
+
+private:
+    ImageCodec* findCodec(const std::string& name) const;
+    void addCodec(std::unique_ptr<ImageCodec> codec);
+
+    std::map<std::string, Image> mImageCache;
+    std::map<std::string, std::unique_ptr<ImageCodec>> mImageCodecs; // by lower-case extension
+};
+
+} // namespace zavex::am
