@@ -8,8 +8,6 @@ namespace zavex::xml {
 
 namespace {
 
-constexpr int TAB_WIDTH = 4; // columns, and the spaces that stand for a tab in text
-
 constexpr std::array<std::uint8_t, 256> makeClasses()
 {
     std::array<std::uint8_t, 256> classes{};
@@ -34,13 +32,6 @@ bool isOf(char byte, int classes)
 }
 
 } // namespace
-
-char BufferReader::readChar()
-{
-    const char byte = peekChar();
-    advance(byte);
-    return byte;
-}
 
 void BufferReader::skipWhitespace()
 {
@@ -99,18 +90,6 @@ void BufferReader::readUpTo(std::string& out, char stop, char otherStop)
         else if (control == '\n')
             out.push_back(control);
     }
-}
-
-void BufferReader::advance(char byte)
-{
-    ++mTell;
-    if (byte == '\n') {
-        ++mLine;
-        mChar = 1;
-        return;
-    }
-    if (byte != '\r')
-        mChar += byte == '\t' ? TAB_WIDTH : 1;
 }
 
 void BufferReader::advanceRun(std::size_t length)

@@ -80,6 +80,8 @@ public:
     int getCharMemory() const { return mCharMemory; }
 
 private:
+    static constexpr int TAB_WIDTH = 4; // columns, and the spaces that stand for a tab in text
+
     [[noreturn]] static char throwEof();
 
     void readUpTo(std::string& out, char stop, char otherStop);
@@ -94,5 +96,26 @@ private:
     int mLineMemory = -1;
     int mCharMemory = -1;
 };
+
+// Here, because the parser calls them for nearly every byte.
+
+inline char BufferReader::readChar()
+{
+    const char byte = peekChar();
+    advance(byte);
+    return byte;
+}
+
+inline void BufferReader::advance(char byte)
+{
+    ++mTell;
+    if (byte == '\n') {
+        ++mLine;
+        mChar = 1;
+        return;
+    }
+    if (byte != '\r')
+        mChar += byte == '\t' ? TAB_WIDTH : 1;
+}
 
 } // namespace zavex::xml

@@ -6,15 +6,16 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace zavex::xml {
 
 XmlNode::~XmlNode()
 {
-    // A parent that was only remembered knows nothing of this node; clear would throw.
-    if (mParent != nullptr && std::ranges::find(mParent->children, this) == mParent->children.end())
-        mParent = nullptr;
-    clear();
+    // As clear does, but a parent that does not know this node is no fault here.
+    if (mParent != nullptr)
+        std::erase(mParent->children, this);
+    deleteChildren();
 }
 
 Iterator XmlNode::addChild(const XmlTag& childTag, int position)
@@ -22,9 +23,9 @@ Iterator XmlNode::addChild(const XmlTag& childTag, int position)
     const int index = position == -1 ? getNumChildren() : position;
     ZVX_REQUIRE(index >= 0 && index <= getNumChildren(), "0<=position<=getNumChildren()");
 
+    tag.setClosed(false);
     auto child = std::make_unique<XmlNode>(childTag, this);
     children.insert(children.begin() + index, child.get());
-    tag.setClosed(false);
     return {*child.release(), ""};
 }
 
@@ -76,23 +77,22 @@ void XmlNode::requireChild(int index) const
     ZVX_REQUIRE(index >= 0 && index < getNumChildren(), "0<=index<getNumChildren()");
 }
 
-/** Walks down to a leaf, deletes it and goes on from its parent: depth costs neither stack nor
- * heap. */
+/** Walks to a leaf, deletes it and goes on from its parent: depth costs neither stack nor heap. */
 void XmlNode::deleteChildren()
 {
     XmlNode* node = this;
-    while (node != this || !children.empty()) {
-        if (!node->children.empty()) {
+    while (true) {
+        while (!node->children.empty()) {
             XmlNode* child = node->children.back();
             node->children.pop_back();
             child->mParent = node;
             node = child;
-            continue;
         }
-        XmlNode* parent = node->mParent;
-        node->mParent = nullptr;
-        delete node;
-        node = parent;
+        if (node == this)
+            return;
+        XmlNode* leaf = std::exchange(node, node->mParent);
+        leaf->mParent = nullptr;
+        delete leaf;
     }
 }
 
