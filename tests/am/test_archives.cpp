@@ -1,0 +1,195 @@
+#include "am/am.h"
+#include "am/am_atomicwrite.h"
+#include "am/am_fixture.h"
+
+#include "support/log_capture.h"
+
+#include <csignal>
+#include <minizip/zip.h>
+#include <sys/resource.h>
+
+namespace zavex::am {
+namespace {
+
+using test::makeFile;
+using test::textOf;
+
+/** A zip file of one deflated entry, "inside.txt". */
+class Archives : public test::FolderTest {
+protected:
+    void writeZip(const std::string& name, const std::string& content) const
+    {
+        const zipFile zip = zipOpen(path(name).c_str(), APPEND_STATUS_CREATE);
+        ASSERT_NE(zip, nullptr);
+        const zip_fileinfo info{};
+        ASSERT_EQ(zipOpenNewFileInZip(zip, "inside.txt", &info, nullptr, 0, nullptr, 0, nullptr,
+                                      Z_DEFLATED, Z_DEFAULT_COMPRESSION),
+                  ZIP_OK);
+        ASSERT_EQ(zipWriteInFileInZip(zip, content.data(), static_cast<unsigned>(content.size())),
+                  ZIP_OK);
+        zipCloseFileInZip(zip);
+        zipClose(zip, nullptr);
+    }
+
+    std::string readInside(const std::string& zip, const std::string& name = "inside.txt") const
+    {
+        ArchiveManager manager;
+        EXPECT_EQ(manager.addArchive(path(zip)), 0);
+        return textOf(manager.readFile(name, -1));
+    }
+};
+
+TEST_F(Archives, AFileIsFreedByItsLastHandle)
+{
+    File first = makeFile("a", "bytes");
+    File second = first;
+    File third = second;
+    EXPECT_EQ(third.getRefCount(), 3u);
+    first.release();
+    second = File();
+    EXPECT_EQ(third.getRefCount(), 1u);
+    EXPECT_EQ(textOf(third), "bytes");
+    third.attach(nullptr);
+    EXPECT_TRUE(third.isNull());
+}
+
+struct PathCase {
+    const char* path;
+    int index; // that adding it gives
+};
+
+TEST_F(Archives, TheKindOfAnArchiveFollowsFromItsPath)
+{
+    constexpr PathCase CASES[] = {
+        {"",            -1},
+        {"data",        0 },
+        {"data/",       0 },
+        {"../up",       0 },
+        {"./",          0 },
+        {"dir.old/sub", 0 },
+        {"a.zip",       0 },
+        {"A.ZIP",       0 },
+        {"zip://a.pak", 0 },
+        {"ZIP://a.pak", 0 },
+        {"a.rar",       -1},
+        {"dir.old",     -1},
+        {"ftp://a.zip", -1},
+        {"a/zip://b",   0 },
+    };
+    for (const PathCase& row : CASES) {
+        ArchiveManager manager;
+        EXPECT_EQ(manager.addArchive(row.path), row.index) << row.path;
+    }
+}
+
+TEST_F(Archives, TheFirstArchiveThatHasAFileAnswersUnlessAnotherIsAskedFirst)
+{
+    write("one/a.txt", "from one");
+    write("two/a.txt", "from two");
+    write("two/b.txt", "only two");
+    writeZip("pack.zip", "packed");
+    ArchiveManager manager;
+    manager.addArchive(path("one"));
+    manager.addArchive(path("two/"));
+    manager.addArchive(path("pack.zip"));
+
+    EXPECT_EQ(textOf(manager.readFile("a.txt", -1)), "from one");
+    EXPECT_EQ(textOf(manager.readFile("a.txt", 1)), "from two");
+    EXPECT_EQ(textOf(manager.readFile("b.txt", 0)), "only two");
+    EXPECT_EQ(textOf(manager.readFile("./inside.txt", -1)), "packed");
+    EXPECT_TRUE(manager.readFile("gone.txt", -1).isNull());
+    EXPECT_TRUE(manager.readFile("", -1).isNull());
+    EXPECT_EQ(manager.describeSearch(),
+              path("one") + "/, " + path("two") + "/, " + path("pack.zip"));
+}
+
+TEST_F(Archives, NamesInAZipMayLeadWithADotAndASeparator)
+{
+    writeZip("pack.zip", "packed");
+    for (const char* name : {"inside.txt", "./inside.txt", "/inside.txt", ".\\inside.txt"})
+        EXPECT_EQ(readInside("pack.zip", name), "packed") << name;
+    EXPECT_EQ(readInside("pack.zip", "../inside.txt"), "(null)");
+}
+
+TEST_F(Archives, WritingGoesToTheFirstArchiveAndCreatesFolders)
+{
+    ArchiveManager empty;
+    EXPECT_FALSE(empty.writeFile(makeFile("a", "x"), -1));
+
+    ArchiveManager manager;
+    manager.addArchive(path(""));
+    EXPECT_TRUE(manager.writeFile(makeFile("script/sub/x.xml", "text"), -1));
+    EXPECT_EQ(read("script/sub/x.xml"), "text");
+    EXPECT_FALSE(manager.writeFile(makeFile("script", "a folder has this name"), -1));
+    EXPECT_EQ(files(), std::vector<std::string>{"script/sub/x.xml"});
+
+    writeZip("pack.zip", "packed");
+    ArchiveManager zipFirst;
+    zipFirst.addArchive(path("pack.zip"));
+    zipFirst.addArchive(path(""));
+    EXPECT_FALSE(zipFirst.writeFile(makeFile("y.txt", "text"), -1));
+}
+
+TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndSaysWhy)
+{
+    write("saved.xml", "the old file");
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{4, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    std::string reason;
+    const bool written = writeFileAtomically(path("saved.xml"), "a longer text", reason);
+    setrlimit(RLIMIT_FSIZE, &before);
+
+    EXPECT_FALSE(written);
+    EXPECT_EQ(reason, "File too large");
+    EXPECT_EQ(read("saved.xml"), "the old file");
+    EXPECT_EQ(files(), std::vector<std::string>{"saved.xml"});
+}
+
+TEST_F(Archives, ReplacingKeepsPermissionsAndLinks)
+{
+    namespace fs = std::filesystem;
+    write("real.xml", "old");
+    fs::permissions(path("real.xml"), fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_symlink("real.xml", path("link.xml"));
+    std::string reason;
+    ASSERT_TRUE(writeFileAtomically(path("link.xml"), "new", reason)) << reason;
+    EXPECT_TRUE(fs::is_symlink(path("link.xml")));
+    EXPECT_EQ(read("real.xml"), "new");
+    EXPECT_EQ(fs::status(path("real.xml")).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Archives, AZipCutAnywhereGivesTheWholeFileOrNone)
+{
+    const std::string content(3000, 'c');
+    writeZip("whole.zip", content);
+    const std::string zip = read("whole.zip");
+    ASSERT_EQ(readInside("whole.zip"), content);
+    for (std::size_t size = 0; size < zip.size(); ++size) {
+        write("cut.zip", zip.substr(0, size));
+        const std::string found = readInside("cut.zip");
+        EXPECT_TRUE(found == "(null)" || found == content) << size;
+    }
+}
+
+TEST_F(Archives, ALyingSizeFieldGivesNoFile)
+{
+    writeZip("whole.zip", std::string(3000, 'c'));
+    const std::string zip = read("whole.zip");
+    const std::size_t entry = zip.find("PK\1\2"); // the central directory's record
+    ASSERT_NE(entry, std::string::npos);
+    constexpr std::size_t UNCOMPRESSED_SIZE = 24; // offset of a little-endian 32-bit number
+    for (const std::uint32_t lie : {0u, 1u, 2999u, 3001u, 0x7fffffffu, 0xfffffff0u}) {
+        std::string lying = zip;
+        for (std::size_t byte = 0; byte < 4; ++byte)
+            lying[entry + UNCOMPRESSED_SIZE + byte] = static_cast<char>(lie >> 8 * byte & 0xff);
+        write("lying.zip", lying);
+        EXPECT_EQ(readInside("lying.zip"), "(null)") << lie;
+    }
+}
+
+} // namespace
+} // namespace zavex::am

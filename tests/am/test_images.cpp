@@ -1,0 +1,316 @@
+#include "am/am.h"
+#include "am/am_fixture.h"
+#include "am/am_videofile.h"
+
+#include "support/log_capture.h"
+
+#include <cstdio>
+#include <ostream>
+
+#include <jpeglib.h>
+#include <png.h>
+#include <zlib.h>
+
+namespace zavex::am {
+namespace {
+
+using test::makeFile;
+using test::thrownMessage;
+
+/** A PNG written with the library's plain means. */
+std::string encodePng(int type, int depth, std::uint32_t width, std::uint32_t height,
+                      const std::string& row, int interlace = PNG_INTERLACE_NONE)
+{
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    std::string file;
+    png_set_write_fn(
+        png, &file,
+        [](png_structp writer, png_bytep bytes, png_size_t count) {
+            static_cast<std::string*>(png_get_io_ptr(writer))
+                ->append(reinterpret_cast<const char*>(bytes), count);
+        },
+        nullptr);
+    png_set_IHDR(png, info, width, height, depth, type, interlace, PNG_COMPRESSION_TYPE_DEFAULT,
+                 PNG_FILTER_TYPE_DEFAULT);
+    png_write_info(png, info);
+    const int passes = png_set_interlace_handling(png);
+    for (std::uint32_t y = 0; y < height * static_cast<std::uint32_t>(passes); ++y)
+        png_write_row(png, reinterpret_cast<png_const_bytep>(row.data()));
+    png_write_end(png, nullptr);
+    png_destroy_write_struct(&png, &info);
+    return file;
+}
+
+std::string smallPng()
+{
+    return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, std::string("\xff\0\0\0\0\xff", 6));
+}
+
+std::string encodeJpeg(int width, int height)
+{
+    jpeg_compress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&info);
+    unsigned char* bytes = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&info, &bytes, &size);
+    info.image_width = static_cast<JDIMENSION>(width);
+    info.image_height = static_cast<JDIMENSION>(height);
+    info.input_components = 3;
+    info.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 95, TRUE);
+    jpeg_start_compress(&info, TRUE);
+    std::string row;
+    for (int x = 0; x < width; ++x)
+        row += std::string("\xe0\x40\x10", 3);
+    while (info.next_scanline < info.image_height) {
+        auto* line = reinterpret_cast<JSAMPROW>(row.data());
+        jpeg_write_scanlines(&info, &line, 1);
+    }
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    std::string file(reinterpret_cast<char*>(bytes), size);
+    std::free(bytes);
+    return file;
+}
+
+Image decode(const std::string& name, const std::string& bytes)
+{
+    ImageManager manager;
+    return manager.loadImage(name, makeFile(name, bytes), true);
+}
+
+std::string pixelsOf(const Image& image)
+{
+    return {reinterpret_cast<const char*>(image->getData()),
+            static_cast<std::size_t>(image->getWidth()) *
+                static_cast<std::size_t>(image->getHeight()) * 4};
+}
+
+TEST(Png, DecodesToBlueGreenRedAlphaFromTheTop)
+{
+    const Image rgb =
+        decode("a.png", encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 1, std::string("\xff\0\0\0\0\xff", 6)));
+    EXPECT_EQ(pixelsOf(rgb), std::string("\0\0\xff\xff\xff\0\0\xff", 8));
+    const Image rgba = decode("A.PNG", encodePng(PNG_COLOR_TYPE_RGBA, 8, 1, 2, "\x10\x20\x30\x40"));
+    EXPECT_EQ(pixelsOf(rgba), "\x30\x20\x10\x40\x30\x20\x10\x40");
+    const Image interlaced = decode(
+        "a.png", encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 9, "\1\2\3\4\5\6", PNG_INTERLACE_ADAM7));
+    EXPECT_EQ(pixelsOf(interlaced).substr(64), "\3\2\1\xff\6\5\4\xff");
+}
+
+struct RefusedPng {
+    const char* name;
+    int type;
+    int depth;
+    const char* message;
+
+    friend void PrintTo(const RefusedPng& row, std::ostream* out) { *out << row.name; }
+};
+
+constexpr RefusedPng REFUSED[] = {
+    {"Grey",      PNG_COLOR_TYPE_GRAY,       8,  "[loadPNG] No support for grayscale images yet"},
+    {"DeepGrey",  PNG_COLOR_TYPE_GRAY,       16,
+     "[loadPNG] Bad color format of image (type 0, 16 bits per channel)"                        },
+    {"GreyAlpha", PNG_COLOR_TYPE_GRAY_ALPHA, 8,
+     "[loadPNG] Bad color format of image (type 4, 8 bits per channel)"                         },
+    {"Deep",      PNG_COLOR_TYPE_RGB,        16,
+     "[loadPNG] Bad color format of image (type 2, 16 bits per channel)"                        },
+};
+
+class RefusedPngs : public testing::TestWithParam<RefusedPng> {};
+
+TEST_P(RefusedPngs, SayWhatTheyAre)
+{
+    const std::string png =
+        encodePng(GetParam().type, GetParam().depth, 1, 1, std::string(8, '\0'));
+    EXPECT_EQ(thrownMessage([&] { decode("a.png", png); }), GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RefusedPngs, testing::ValuesIn(REFUSED),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Png, CutAtAnyByteIsRefused)
+{
+    const std::string png = smallPng();
+    for (std::size_t size = 0; size < png.size(); ++size) {
+        EXPECT_EQ(thrownMessage([&] { decode("a.png", png.substr(0, size)); }),
+                  size < 8 ? "[loadPNG] Not a png-file! Header is wrong!"
+                           : "[loadPNG] Error when decoding png-file!")
+            << size;
+    }
+}
+
+TEST(Png, ASizeThatTheFileCannotHoldIsRefusedBeforeMemoryIsTaken)
+{
+    constexpr std::size_t WIDTH_AT = 16;
+    constexpr std::size_t HEADER_CHECK_AT = 29;
+    for (const std::uint32_t side : {100000u, 0x7fffffffu, 0xffffffffu, 0u}) {
+        std::string png = smallPng();
+        for (std::size_t byte = 0; byte < 8; ++byte)
+            png[WIDTH_AT + byte] = static_cast<char>(side >> 8 * (3 - byte % 4) & 0xff);
+        const auto* const chunk = reinterpret_cast<const Bytef*>(&png[WIDTH_AT - 4]);
+        const auto check = static_cast<std::uint32_t>(crc32(0, chunk, 17));
+        for (std::size_t byte = 0; byte < 4; ++byte)
+            png[HEADER_CHECK_AT + byte] = static_cast<char>(check >> 8 * (3 - byte) & 0xff);
+        EXPECT_EQ(thrownMessage([&] { decode("a.png", png); }),
+                  "[loadPNG] Error when decoding png-file!")
+            << side;
+    }
+}
+
+TEST(Jpeg, DecodesWithinItsLossAndOpaque)
+{
+    const Image image = decode("a.jpg", encodeJpeg(17, 9));
+    ASSERT_EQ(image->getWidth(), 17);
+    ASSERT_EQ(image->getHeight(), 9);
+    const unsigned char* last = image->getData() + (17 * 9 - 1) * 4;
+    EXPECT_NEAR(last[0], 0x10, 3);
+    EXPECT_NEAR(last[1], 0x40, 3);
+    EXPECT_NEAR(last[2], 0xe0, 3);
+    EXPECT_EQ(last[3], 255);
+}
+
+TEST(Jpeg, CutAtAnyByteIsRefused)
+{
+    const std::string jpeg = encodeJpeg(16, 16);
+    for (std::size_t size = 0; size < jpeg.size(); ++size) {
+        EXPECT_EQ(thrownMessage([&] {
+                      decode("a.jpg", jpeg.substr(0, size));
+                  }).rfind("Internal jpeglib error; ", 0),
+                  0u)
+            << size;
+    }
+}
+
+TEST(Jpeg, ASizeThatTheFileCannotHoldIsRefusedBeforeMemoryIsTaken)
+{
+    std::string jpeg = encodeJpeg(16, 16);
+    const std::size_t frame = jpeg.find("\xff\xc0");
+    ASSERT_NE(frame, std::string::npos);
+    for (std::size_t byte = 5; byte < 9; ++byte)
+        jpeg[frame + byte] = '\xff'; // height and width of 65535
+    EXPECT_NE(thrownMessage([&] { decode("a.jpg", jpeg); }).find("Internal jpeglib error; "),
+              std::string::npos);
+}
+
+TEST(Images, NamesChooseTheCodec)
+{
+    EXPECT_EQ(thrownMessage([] { decode("picture", smallPng()); }),
+              "ImageManager::loadImage, No decoder found for picture");
+    EXPECT_EQ(thrownMessage([] { decode("a.tga", "x"); }),
+              "[ImageCodec] TGA-reader is not done yet!");
+    EXPECT_EQ(thrownMessage([] { decode("a.jpg", smallPng()); }).rfind("Internal jpeglib error; "),
+              0u);
+    ImageManager manager;
+    Image image = decode("a.png", smallPng());
+    EXPECT_TRUE(manager.encodeImage("a.jpg", image).isNull());
+    EXPECT_TRUE(manager.encodeImage("a", image).isNull());
+    EXPECT_EQ(pixelsOf(decode("b.png", test::textOf(manager.encodeImage("b.png", image)))),
+              pixelsOf(image));
+}
+
+TEST(Images, AreSharedWhileTheyAreHeld)
+{
+    ImageManager manager;
+    const File file = makeFile("a.png", smallPng());
+    Image first = manager.loadImage("a.png", file, false);
+    Image second = manager.loadImage("a.png", file, false);
+    EXPECT_EQ(first->getData(), second->getData());
+    EXPECT_EQ(thrownMessage([&] { first->getWriteData(); }),
+              "ImageObbject::getWriteData, Access not allowed!");
+    EXPECT_EQ(thrownMessage([&] { manager.encodeImage("b.png", first); }),
+              "ImageObbject::getWriteData, Access not allowed!");
+
+    Image own = manager.loadImage("a.png", file, true);
+    EXPECT_NE(own->getData(), first->getData());
+    EXPECT_NE(own->getWriteData(), nullptr);
+
+    first = Image();
+    EXPECT_FALSE(manager.getImage("a.png").isNull());
+    second = Image();
+    EXPECT_TRUE(manager.getImage("a.png").isNull());
+    EXPECT_EQ(thrownMessage([&] { manager.removeImage("a.png"); }),
+              "ImageManager::removeImage, Image a.png not found!");
+}
+
+TEST(Images, OutliveTheirManager)
+{
+    Image image;
+    {
+        ImageManager manager;
+        image = manager.loadImage("a.png", makeFile("a.png", smallPng()), false);
+    }
+    EXPECT_NE(image->getWriteData(), nullptr);
+}
+
+TEST(Images, ANullHandleSaysHowItWasUsed)
+{
+    Image image;
+    EXPECT_EQ(thrownMessage([&] { image->getWidth(); }),
+              "Image::operator->() - Attempt to dereference (NULL)ImageObject!");
+    ImageManager manager;
+    EXPECT_EQ(thrownMessage([&] { manager.encodeImage("a.png", image); }),
+              "Image::operator*() Attempt to dereference (NULL)ImageObject!");
+    ArchiveManager archives;
+    EXPECT_EQ(thrownMessage([&] { archives.loadImage("gone.png", -1, false); }),
+              "loadImage, File not found (gone.png)");
+}
+
+class Dumping : public test::FolderTest {
+protected:
+    std::unique_ptr<VideoFile> open(const std::string& name)
+    {
+        std::unique_ptr<VideoFile> video(
+            VideoFile::createForWrite(name, VideoFile::Format(4, 2, 25), &mArchives));
+        video->attach(mPicture);
+        return video;
+    }
+
+    void SetUp() override
+    {
+        FolderTest::SetUp();
+        mArchives.addArchive(path(""));
+        mPicture->resize(4, 2);
+        std::fill_n(mPicture->getWriteData(), 32, static_cast<unsigned char>(99));
+    }
+
+    ArchiveManager mArchives;
+    Image mPicture{new ImageObject};
+};
+
+TEST_F(Dumping, NumbersItsFramesAndCountsTheLostOnes)
+{
+    const std::unique_ptr<VideoFile> video = open("frames/a.b.png");
+    video->writeFrame();
+    std::filesystem::create_directories(path("frames/a.b.000001.png/in the way"));
+    video->writeFrame();
+    video->writeFrame();
+    EXPECT_EQ(video->getLostFrames(), 1);
+    EXPECT_EQ(video->getWidth(), 4);
+    EXPECT_EQ(files(),
+              (std::vector<std::string>{"frames/a.b.000000.png", "frames/a.b.000002.png"}));
+    const Image written = mArchives.loadImage("frames/a.b.000002.png", -1, true);
+    EXPECT_EQ(pixelsOf(written), pixelsOf(mPicture));
+}
+
+TEST_F(Dumping, RefusesWhatItCannotWriteOrRead)
+{
+    for (const char* name : {"frame", "run.PNG", "run.jpg", ""}) {
+        EXPECT_EQ(thrownMessage([&] { open(name); }),
+                  "Could not find something that could write to '" + std::string(name) + "'");
+    }
+    EXPECT_EQ(
+        thrownMessage([] { VideoFile::createForWrite("a.png", VideoFile::Format(), nullptr); }),
+        "Could not find something that could write to 'a.png'");
+    EXPECT_EQ(thrownMessage([] { VideoFile::createForRead("a.png"); }),
+              "Could not find something that could read from 'a.png'");
+    EXPECT_EQ(thrownMessage([] { VideoFile::createForRead(nullptr, 0); }),
+              "Could not find something that could read from buffer");
+}
+
+} // namespace
+} // namespace zavex::am
