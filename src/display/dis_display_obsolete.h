@@ -157,8 +157,10 @@ public:
     static void flush() { Immediate::live().flush(); }
 
 private:
-    MatrixGL mCameraMatrix;
-    MatrixGL mTransformMatrix;
+    MatrixGL mCameraMatrix = identity();
+    MatrixGL mTransformMatrix = identity();
+
+    static MatrixGL identity();
 };
 
 } // namespace zavex::display
