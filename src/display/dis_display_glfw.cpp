@@ -2,7 +2,6 @@
 
 #include "common/zvx_system.h"
 #include "display/dis_glinclude.h"
-#include "mathbase/mb_matrix4x4col.h"
 
 #include <GLFW/glfw3.h>
 
@@ -353,6 +352,119 @@ void DisplayGLFW::setLetterbox()
                                     mWindowMode.activeHeight};
     GL_CHECKED(glViewport(area.x, area.y, area.width, area.height));
     Immediate::State& state = mImmediate.change();
+    state.scissor = area;
+    state.scissorTest = true;
+}
+
+void DisplayGLFW::pace()
+{
+    const float duration = frameDuration(mWindowMode);
+    if (mWindowMode.fpsMode == WindowMode::FPS_DELTA)
+        mFpsLastTime += duration;
+    if (mWindowMode.fpsMode != WindowMode::FPS_FIXED)
+        return;
+
+    const float target = mFpsLastTime + duration;
+    const float remaining = target - getTime() - SLEEP_MARGIN;
+    if (remaining > SLEEP_MARGIN)
+        std::this_thread::sleep_for(std::chrono::duration<float>{remaining});
+    while (getTime() < target) {
+    }
+    mFpsLastTime = getTime();
+}
+
+void DisplayGLFW::countFrame()
+{
+    mFpsCountFrames += 1.0f;
+    const float now = getTime();
+    if (now < mFpsCountFinalTime + 1.0f)
+        return;
+
+    mFpsCountFinal = mFpsCountFrames / (now - mFpsCountFinalTime);
+    mFpsCountFrames = 0.0f;
+    mFpsCountFinalTime = now;
+}
+
+float DisplayGLFW::getTime() const
+{
+    if (mWindowMode.fpsMode == WindowMode::FPS_DELTA)
+        return mFpsLastTime;
+    return static_cast<float>(glfwGetTime());
+}
+
+/** A display that waits for events is woken, since a wanted redraw is no event of the library's. */
+void DisplayGLFW::markDirty()
+{
+    mDirty = true;
+    if (mOpened && mWindowMode.fpsMode == WindowMode::FPS_EVENT)
+        glfwPostEmptyEvent();
+}
+
+void DisplayGLFW::setDirty(bool dirty)
+{
+    if (dirty)
+        markDirty();
+    else
+        mDirty = false;
+}
+
+void DisplayGLFW::setActiveResolution(int width, int height)
+{
+    mWindowMode.activeWidth = width == -1 ? mWindowMode.width : width;
+    mWindowMode.activeHeight = height == -1 ? mWindowMode.height : height;
+    mClearFrames = CLEARED_FRAMES;
+    markDirty();
+}
+
+void DisplayGLFW::addListener(Listener* listener)
+{
+    ZVX_REQUIRE(listener, "listener!=0");
+    mListeners.add(listener);
+    if (mOpened)
+        listener->onResize(mWindowMode.width, mWindowMode.height);
+}
+
+void DisplayGLFW::removeListener(Listener* listener)
+{
+    mListeners.remove(listener);
+}
+
+void DisplayGLFW::notifyResize()
+{
+    const int width = mWindowMode.width;
+    const int height = mWindowMode.height;
+    mListeners.forEach([=](Listener& listener) { listener.onResize(width, height); });
+}
+
+void DisplayGLFW::resetStates()
+{
+    ZVX_REQUIRE(mOpened, "mOpened");
+    mImmediate.flush();
+    // A render target has no draw buffer of the window's, which the attributes would bring back.
+    setFBO(nullptr);
+    if (std::exchange(mPushedStates, false))
+        GL_CHECKED(glPopAttrib());
+    GL_CHECKED(glPushAttrib(GL_ALL_ATTRIB_BITS));
+    mPushedStates = true;
+
+    GL_CHECKED(glMatrixMode(GL_TEXTURE));
+    GL_CHECKED(glLoadIdentity());
+    GL_CHECKED(glShadeModel(GL_SMOOTH));
+    GL_CHECKED(glClearDepth(1.0));
+    GL_CHECKED(glDepthFunc(GL_LEQUAL));
+    GL_CHECKED(glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST));
+    GL_CHECKED(glDisable(GL_LIGHTING));
+    GL_CHECKED(glColor4f(1.0f, 1.0f, 1.0f, 0.5f));
+    mImmediate.setColor(1.0f, 1.0f, 1.0f, 0.5f);
+    glViewport(0, 0, mWindowMode.width, mWindowMode.height);
+    GL_REPORT_ERROR(__FILE__, __LINE__, "glViewport(0,0,mWindowMode.width, mWindowMode.height)");
+
+    // The matrices and switches that drawing changes: all of them have their defaults there.
+    Immediate::State state;
+    state.projection.setProject(FIELD_OF_VIEW,
+                                static_cast<float>(mWindowMode.activeWidth) /
+                                    static_cast<float>(mWindowMode.activeHeight),
+                                NEAR_PLANE, FAR_PLANE);
     state.scissor = area;
     state.scissorTest = true;
 }

@@ -157,10 +157,8 @@ public:
     static void flush() { Immediate::live().flush(); }
 
 private:
-    MatrixGL mCameraMatrix = identity();
-    MatrixGL mTransformMatrix = identity();
-
-    static MatrixGL identity();
+    MatrixGL mCameraMatrix;
+    MatrixGL mTransformMatrix;
 };
 
 } // namespace zavex::display

@@ -21,8 +21,8 @@ class Texture;
  * Sheets are white on black. Text is drawn in its own colour at the origin of the model-view
  * matrix, centred vertically on it, and runs to the right where y grows upwards; a negative
  * vertical scale serves a y axis that points down. Texts of one font are handed to the driver
- * together as long as no state changes between them. Owns its hold on the sheet's texture; must be
- * destroyed before the display.
+ * together as long as no state changes between them. Owns its hold on the sheet's texture, which a
+ * display that ends earlier takes along; nothing can be drawn after that.
  */
 class Font {
 public:
@@ -55,7 +55,7 @@ public:
 
     void setAlignment(int align) { mAlign = align; }
 
-    /** Makes the space `width` pixels of the sheet wide, instead of 0.3 of a cell plus 2. */
+    /** Advances by `width` pixels of the sheet for a space, until the next `load`. */
     void setSizeOfSpace(float width);
 
     /** The sum of the advances of the text's bytes times `scale`, in drawing units. */
@@ -65,7 +65,9 @@ public:
     float getHeight() const;
 
 private:
+    void release();
     void measureGlyphs(const am::Image& sheet);
+    float startOf(const std::string& text, float scale) const;
 
     unsigned mWidth = 0;  // pixels of the sheet
     unsigned mHeight = 0; // pixels of the sheet

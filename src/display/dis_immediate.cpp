@@ -15,9 +15,8 @@ GLenum glName(Immediate::Primitive primitive)
         case Immediate::Primitive::POINTS: return GL_POINTS;
         case Immediate::Primitive::LINES: return GL_LINES;
         case Immediate::Primitive::TRIANGLES: return GL_TRIANGLES;
-        case Immediate::Primitive::QUADS: return GL_QUADS;
     }
-    return GL_QUADS;
+    return GL_TRIANGLES;
 }
 
 GLenum glName(BlendFactor factor)
@@ -73,10 +72,10 @@ void setBlendEquation(BlendEquation equation)
         GL_CHECKED(glBlendEquation(glName(equation)));
 }
 
-void loadMatrix(GLenum mode, const Immediate::Matrix& matrix)
+void loadMatrix(GLenum mode, const mathbase::Matrix4x4Col& matrix)
 {
     GL_CHECKED(glMatrixMode(mode));
-    GL_CHECKED(glLoadMatrixf(matrix.data()));
+    GL_CHECKED(glLoadMatrixf(matrix.mData));
 }
 
 } // namespace

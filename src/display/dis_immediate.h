@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mathbase/mb_matrix4x4col.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -38,7 +40,8 @@ enum class Winding { CLOCKWISE, COUNTER_CLOCKWISE };
  * was appended, in the order in which it was appended. The driver sees one array for everything
  * that shares its state and its kind of primitive. State is set on a copy (`change`) that reaches
  * the driver together with the next array, so that setting a state and setting it back costs
- * nothing and does not end the array that is being filled.
+ * nothing and does not end the array that is being filled. Quads and fans are triangles here, so
+ * that all filled shapes share arrays.
  *
  * Whatever else touches the graphics library calls `flush` first: afterwards everything appended is
  * drawn and the driver is in the state that was asked for. That goes for textures, shaders,
@@ -50,7 +53,7 @@ enum class Winding { CLOCKWISE, COUNTER_CLOCKWISE };
  */
 class Immediate {
 public:
-    enum class Primitive { POINTS, LINES, TRIANGLES, QUADS };
+    enum class Primitive { POINTS, LINES, TRIANGLES };
 
     struct Vertex {
         float x, y, z;    // model coordinates
@@ -59,9 +62,6 @@ public:
     };
 
     using Index = std::uint16_t;
-    using Matrix = std::array<float, 16>; // column by column
-
-    static constexpr Matrix IDENTITY{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
     struct Rectangle {
         int x = 0; // pixels from the window's left edge
@@ -74,8 +74,8 @@ public:
 
     /** The graphics state that vertices are drawn with; defaults as after `resetStates`. */
     struct State {
-        Matrix projection = IDENTITY;
-        Matrix modelView = IDENTITY;
+        mathbase::Matrix4x4Col projection;
+        mathbase::Matrix4x4Col modelView;
         Texture* texture = nullptr; // on channel 0 instead of what the display has bound; or null
         Rectangle scissor;
         float lineWidth = 1.0f; // pixels
@@ -106,7 +106,7 @@ public:
 
     /** What one array holds at most; a primitive must not be larger. */
     static constexpr std::size_t VERTEX_CAPACITY = 65536;
-    static constexpr std::size_t INDEX_CAPACITY = 3 * VERTEX_CAPACITY;
+    static constexpr std::size_t INDEX_CAPACITY = 5 * VERTEX_CAPACITY;
 
     /** Throws Exception when another one lives. */
     explicit Immediate(DisplayGL& display);
@@ -148,6 +148,26 @@ public:
         return room;
     }
 
+    /** Makes room for the four corners of a quad, in their order around it. */
+    Vertex* appendQuad()
+    {
+        const Room room = append(Primitive::TRIANGLES, 4, 6);
+        writeQuad(room.indices, room.first, {0, 1, 2, 3});
+        return room.vertices;
+    }
+
+    /**
+     * Writes the six indices of a quad whose corners are counted from `first`: two triangles that
+     * meet in the first and the third corner. Quads are not left to the driver, which may cut an
+     * indexed one along the other diagonal than one drawn corner by corner.
+     */
+    static void writeQuad(Index* indices, Index first, const std::array<Index, 4>& corners)
+    {
+        constexpr std::size_t ORDER[6] = {0, 1, 2, 0, 2, 3};
+        for (std::size_t i = 0; i < 6; ++i)
+            indices[i] = static_cast<Index>(first + corners[ORDER[i]]);
+    }
+
     /** Draws everything appended and puts the driver into the present state. */
     void flush();
 
@@ -178,7 +198,7 @@ private:
     std::unique_ptr<Index[]> mIndices;
     std::size_t mVertexCount = 0;
     std::size_t mIndexCount = 0;
-    Primitive mPrimitive = Primitive::QUADS;
+    Primitive mPrimitive = Primitive::TRIANGLES;
     std::array<float, 4> mColor{1.0f, 1.0f, 1.0f, 1.0f};
     bool mStateChanged = false; // mState may differ from mArrayState
     bool mDrawing = false;      // an array is being handed over

@@ -1,0 +1,223 @@
+#include "display/dis_font.h"
+
+#include "am/am.h"
+#include "am/am_image.h"
+#include "common/zvx_system.h"
+#include "display/dis_display.h"
+#include "display/dis_immediate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace zavex::display {
+
+namespace {
+
+using mathbase::Vector3f;
+
+constexpr int GLYPHS_PER_ROW = 16;
+constexpr int BYTES_PER_PIXEL = 4; // blue, green, red, alpha
+constexpr int SPACE = ' ';
+
+/** A column belongs to a glyph when it holds a pixel with more coverage than this. */
+constexpr int COVERED = 200;
+
+/** Space between two glyphs in pixels of the sheet, the last column of the left one included. */
+constexpr float GAP = 2.0f;
+
+constexpr float SPACE_WIDTH = 0.3f; // of a cell
+
+am::Image loadSheet(DisplayGL& display, const std::string& file)
+{
+    am::ArchiveManager* const archive = display.getArchive();
+    if (archive == nullptr)
+        throw Exception("Cannot load font from '%s', no archive added to the display!",
+                        file.c_str());
+    const am::File found = archive->readFile(file, -1);
+    if (found.isNull())
+        throw Exception("Could not load font from '%s'", file.c_str());
+    return archive->getImageManager().loadImage(file, found, true);
+}
+
+/** Turns the sheet's brightness, taken from red, into the coverage of white pixels. */
+void makeMask(am::Image& sheet)
+{
+    unsigned char* pixel = sheet->getWriteData();
+    const std::size_t count =
+        static_cast<std::size_t>(sheet->getWidth()) * static_cast<std::size_t>(sheet->getHeight());
+    for (std::size_t i = 0; i < count; ++i, pixel += BYTES_PER_PIXEL) {
+        pixel[3] = pixel[2];
+        pixel[0] = pixel[1] = pixel[2] = 255;
+    }
+}
+
+/**
+ * Takes the move out of a matrix that does nothing else, leaving the identity, and returns it: made
+ * here instead of by the driver, it lets texts all over the window share one array.
+ */
+Vector3f takeTranslation(mathbase::Matrix4x4Col& matrix)
+{
+    const Vector3f move{matrix[12], matrix[13], matrix[14]};
+    mathbase::Matrix4x4Col translation;
+    translation.setTranslation(move);
+    if (matrix != translation)
+        return {};
+    matrix.setIdentity();
+    return move;
+}
+
+struct Edges {
+    float left, bottom, right, top;
+};
+
+void appendQuad(Immediate& immediate, const Vector3f& origin, const Edges& place,
+                const Edges& texcoords, const mathbase::Vector4f& color)
+{
+    Immediate::Vertex* const corners = immediate.appendQuad();
+    const auto write = [&](std::size_t corner, float x, float y, float u, float v) {
+        corners[corner] = {origin.x + x, origin.y + y, origin.z, u,      v,
+                           color.x,      color.y,      color.z,  color.w};
+    };
+    write(0, place.left, place.bottom, texcoords.left, texcoords.bottom);
+    write(1, place.right, place.bottom, texcoords.right, texcoords.bottom);
+    write(2, place.right, place.top, texcoords.right, texcoords.top);
+    write(3, place.left, place.top, texcoords.left, texcoords.top);
+}
+
+/** Puts the state for what is drawn next back to what it was, also when drawing fails. */
+class StateKeeper {
+public:
+    explicit StateKeeper(Immediate& immediate) : mImmediate(immediate), mState(immediate.state()) {}
+    ~StateKeeper() { mImmediate.change() = mState; }
+    StateKeeper(const StateKeeper&) = delete;
+    StateKeeper& operator=(const StateKeeper&) = delete;
+
+private:
+    Immediate& mImmediate;
+    Immediate::State mState;
+};
+
+} // namespace
+
+Font::Font(DisplayGL* display) : mDisplay(display)
+{
+    ZVX_REQUIRE(display != nullptr, "display");
+}
+
+Font::~Font()
+{
+    release();
+}
+
+void Font::load(const std::string& file, bool /*flag*/, const mathbase::Vector2f& size)
+{
+    am::Image sheet = loadSheet(*mDisplay, file);
+    makeMask(sheet);
+    release();
+
+    const WindowMode& mode = mDisplay->getWindowMode();
+    mUnitSizeX = size.x / static_cast<float>(mode.width);
+    mUnitSizeY = size.y / static_cast<float>(mode.height);
+    mWidth = static_cast<unsigned>(sheet->getWidth());
+    mHeight = static_cast<unsigned>(sheet->getHeight());
+    mCharWidth = sheet->getWidth() / GLYPHS_PER_ROW;
+    mCharHeight = sheet->getHeight() / GLYPHS_PER_ROW;
+    mLetterWidth = 1.0f / GLYPHS_PER_ROW;
+    mLetterHeight = 1.0f / GLYPHS_PER_ROW;
+    measureGlyphs(sheet);
+    mTexture = mDisplay->createTexture(sheet, Texture::TextureDeclaration{});
+}
+
+void Font::measureGlyphs(const am::Image& sheet)
+{
+    const unsigned char* const pixels = sheet->getData();
+    const auto isCovered = [&](int x, int y) {
+        const std::size_t index = static_cast<std::size_t>(y) * mWidth + static_cast<unsigned>(x);
+        return pixels[BYTES_PER_PIXEL * index + 3] > COVERED;
+    };
+    const auto isColumnCovered = [&](int x, int top) {
+        for (int y = top; y < top + mCharHeight; ++y)
+            if (isCovered(x, y))
+                return true;
+        return false;
+    };
+
+    for (int glyph = 0; glyph < static_cast<int>(mKerning.size()); ++glyph) {
+        const int left = glyph % GLYPHS_PER_ROW * mCharWidth;
+        const int top = glyph / GLYPHS_PER_ROW * mCharHeight;
+        int column = mCharWidth - 1;
+        while (column > 0 && !isColumnCovered(left + column, top))
+            --column;
+        const float width = glyph == SPACE ? SPACE_WIDTH * static_cast<float>(mCharWidth)
+                                           : static_cast<float>(std::max(column, 0));
+        mKerning[static_cast<std::size_t>(glyph)] = (width + GAP) * mUnitSizeX;
+    }
+}
+
+void Font::draw(const std::string& text, const mathbase::Vector2f& scale,
+                const mathbase::Vector4f& color)
+{
+    if (mTexture == nullptr)
+        return;
+
+    Immediate& immediate = Immediate::live();
+    const StateKeeper keeper(immediate);
+    Immediate::State& state = immediate.change();
+    state.texture = mTexture;
+    state.texturing = true;
+    state.blending = true;
+    const Vector3f origin = takeTranslation(state.modelView);
+
+    const float width = static_cast<float>(mCharWidth) * mUnitSizeX * scale.x;
+    const float height = static_cast<float>(mCharHeight) * mUnitSizeY * scale.y;
+    const float bottom = std::round(-height / 2.0f);
+    const float top = std::round(height / 2.0f);
+    float x = startOf(text, scale.x);
+    for (const char letter : text) {
+        const auto glyph = static_cast<unsigned char>(letter);
+        const float u = static_cast<float>(glyph % GLYPHS_PER_ROW) * mLetterWidth;
+        const float v = static_cast<float>(glyph / GLYPHS_PER_ROW) * mLetterHeight;
+        appendQuad(immediate, origin, {std::round(x), bottom, std::round(x + width), top},
+                   {u, v + mLetterHeight, u + mLetterWidth, v}, color);
+        x += mKerning[glyph] * scale.x;
+    }
+}
+
+/** Where the text's first glyph begins, in drawing units from the origin. */
+float Font::startOf(const std::string& text, float scale) const
+{
+    switch (mAlign) {
+        case ALIGN_RIGHT: return -getLength(text, scale);
+        case ALIGN_CENTER: return -getLength(text, scale) / 2.0f;
+        default: return 0.0f;
+    }
+}
+
+void Font::setSizeOfSpace(float width)
+{
+    mKerning[SPACE] = width * mUnitSizeX;
+}
+
+float Font::getLength(const std::string& text, float scale) const
+{
+    float length = 0.0f;
+    for (const char letter : text)
+        length += mKerning[static_cast<unsigned char>(letter)];
+    return length * scale;
+}
+
+float Font::getHeight() const
+{
+    return static_cast<float>(mCharHeight) * mUnitSizeY;
+}
+
+/** Gives the sheet back; a display that is gone has taken it along. */
+void Font::release()
+{
+    Texture* const texture = std::exchange(mTexture, nullptr);
+    if (texture != nullptr && Immediate::isLive())
+        mDisplay->destroy(texture);
+}
+
+} // namespace zavex::display
