@@ -71,7 +71,7 @@ int Context::handleEvent(Event& event)
         return handled;
     if (self.isGone())
         return 0;
-    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && getChild(mSelected))
+    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && getOrder(mSelected))
         return choose();
     if (event.type == "mousedown" && mSelected < 0)
         resetContext();
@@ -87,7 +87,7 @@ void Context::draw(Area area, Area, Area clip)
     render.drawBorder(area);
     for (std::int32_t i = 0; i < getChildCount(); ++i)
         drawRow(area, i);
-    if (Control* submenu = getChild(mExpanded))
+    if (Control* submenu = getOrder(mExpanded))
         submenu->draw(submenu->getArea() + area.mMin, area, clip);
 }
 
@@ -112,17 +112,17 @@ void Context::setOption(const std::string& caption, std::int32_t index)
 {
     if (index < 0)
         index = std::max(mSelected, 0);
-    if (Control* option = getChild(index))
+    if (Control* option = getOrder(index))
         option->setCaption(caption);
 }
 
 std::int32_t Context::setHighlight(const std::string& caption)
 {
-    const auto found = std::ranges::find(mChild, caption, &Control::getCaption);
-    if (found == mChild.end())
+    const auto found = std::ranges::find(mOrder, caption, &Control::getCaption);
+    if (found == mOrder.end())
         return -1;
     mHighlighted = caption;
-    return static_cast<std::int32_t>(found - mChild.begin());
+    return static_cast<std::int32_t>(found - mOrder.begin());
 }
 
 void Context::setFixedWidth(float width)
@@ -189,7 +189,7 @@ std::int32_t Context::rowAt(Vector2f point)
 float Context::captionWidth()
 {
     float width = 0.0f;
-    for (Control* option : mChild)
+    for (Control* option : mOrder)
         width = std::max(width, getRender().getTextLength(option->getCaption()));
     return width;
 }
@@ -206,7 +206,7 @@ void Context::hoverRow(std::int32_t index)
 
 void Context::unfold(std::int32_t index)
 {
-    auto* submenu = dynamic_cast<Context*>(getChild(index));
+    auto* submenu = dynamic_cast<Context*>(getOrder(index));
     if (!submenu || submenu->getChildCount() == 0)
         return;
     const Area area = getArea();
@@ -220,7 +220,7 @@ void Context::unfold(std::int32_t index)
 
 int Context::passToSubmenu(const Event& event)
 {
-    Control* submenu = getChild(mExpanded);
+    Control* submenu = getOrder(mExpanded);
     if (!submenu)
         return 0;
     mSelected = mExpanded;
@@ -234,7 +234,7 @@ int Context::choose()
 {
     Event choice;
     choice.type = "context";
-    choice.action = getChild(mSelected)->getCaption();
+    choice.action = getOrder(mSelected)->getCaption();
     // The owner may delete this menu, or itself, on hearing of the choice.
     Control* parent = mParent ? mParent : this;
     const ControlWatch watch(*parent);
@@ -247,7 +247,7 @@ int Context::choose()
 void Context::drawRow(const Area& area, std::int32_t index)
 {
     Render& render = getRender();
-    Control& option = *getChild(index);
+    Control& option = *getOrder(index);
     const float left = area.mMin.x + mBorder;
     const float right = area.mMax.x - mBorder;
     const float top = rowTop(area, index);

@@ -8,7 +8,8 @@ namespace zavex::vellum {
 
 /**
  * A pop-up menu: a column of rows, each of which is itself a `Context` and may hold the rows of a
- * submenu that unfolds to the right.
+ * submenu that unfolds to the right. Rows stand in the order in which they were added, whatever
+ * the focus does to the stacking order.
  *
  * Belongs to the control that opens it (`Control::setContext`) and is used again for every opening.
  * A chosen row reaches that owner as an event of type "context" whose action is the path of

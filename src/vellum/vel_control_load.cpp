@@ -86,8 +86,8 @@ void Control::loadStyle(xml::IteratorConst& element)
 
 xml::IteratorConst Control::getStyle(const std::string& name)
 {
-    static const xml::XmlNode NO_STYLES{nullptr};
-    return mParent ? mParent->getStyle(name) : NO_STYLES.createIterator(name);
+    static const xml::XmlNode noStyles{nullptr};
+    return mParent ? mParent->getStyle(name) : noStyles.createIterator(name);
 }
 
 void Control::loadChildArea(Control&, xml::IteratorConst&) {}

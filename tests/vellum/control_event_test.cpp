@@ -147,7 +147,19 @@ TEST(ControlEvent, EveryMoveResetsTheWholeSubtreeFirst)
     EXPECT_EQ(root.count("reset"), 0);
 }
 
-TEST(ControlEvent, AHoveredControlAcceptsEventsForItsAncestors)
+TEST(ControlEvent, AControlAcceptsEventsAsLongAsThePointerIsSeenOverIt)
+{
+    Root root;
+    Probe& child = addProbe(root, "child", Area(0, 0, 20, 20));
+    Event release = eventAt("mouseup", Vector2f(150, 90));
+
+    send(root, "mousemove", Vector2f(10, 10));
+    EXPECT_TRUE(child.acceptEvents(release));
+    send(root, "mousemove", Vector2f(30, 10));
+    EXPECT_FALSE(child.acceptEvents(release));
+}
+
+TEST(ControlEvent, ACapturingControlAcceptsEventsForItsAncestors)
 {
     Root root;
     Probe& outer = addProbe(root, "outer", Area(0, 0, 50, 50));

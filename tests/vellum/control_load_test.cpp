@@ -38,8 +38,7 @@ void loadFrom(Control& control, const std::string& document)
     control.load(element);
 }
 
-class ControlLoad : public testing::Test {
-protected:
+struct ControlLoad : testing::Test {
     static void SetUpTestSuite()
     {
         controlFactory.addControlType(new Container);
