@@ -54,7 +54,7 @@ void paint(Image& image, int frame)
 }
 
 /** The plain way: libpng's standard output to a file, row by row. */
-void writeWithLibrary(const std::string& path, Image& image)
+void writeWithLibrary(const std::string& path, const Image& image)
 {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
@@ -81,23 +81,25 @@ int main()
 
     ArchiveManager archives;
     archives.addArchive(folder);
-    Image image(new ImageObject);
-    image->resize(WIDTH, HEIGHT);
     const std::unique_ptr<VideoFile> video(
         VideoFile::createForWrite("ours.png", VideoFile::Format(WIDTH, HEIGHT, 25), &archives));
-    video->attach(image);
+    std::vector<Image> frames;
+    for (int frame = 0; frame < FRAMES; ++frame) {
+        frames.emplace_back(new ImageObject);
+        frames.back()->resize(WIDTH, HEIGHT);
+        paint(frames.back(), frame);
+    }
 
+    int number = 0;
     const double ratio = zavex::bench::medianRatio(
         5,
         [&] {
-            for (int frame = 0; frame < FRAMES; ++frame) {
-                paint(image, frame);
-                writeWithLibrary(folder + "/theirs." + std::to_string(frame) + ".png", image);
-            }
+            for (const Image& frame : frames)
+                writeWithLibrary(folder + "/theirs." + std::to_string(number++) + ".png", frame);
         },
         [&] {
-            for (int frame = 0; frame < FRAMES; ++frame) {
-                paint(image, frame);
+            for (Image& frame : frames) {
+                video->attach(frame);
                 video->writeFrame();
             }
         });
