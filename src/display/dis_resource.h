@@ -1,6 +1,6 @@
 #pragma once
 
-#include "am/am.h"
+#include "am/am_file.h"
 #include "am/am_image.h"
 
 #include <cstddef>
