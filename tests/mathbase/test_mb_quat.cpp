@@ -1,0 +1,146 @@
+#include "mathbase/mb_quat.h"
+
+#include "near.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+namespace zavex::mathbase {
+
+namespace {
+
+using test::isNear;
+using test::PI;
+using test::thrownMessage;
+
+constexpr Vector3f X{1.0f, 0.0f, 0.0f};
+constexpr Vector3f Y{0.0f, 1.0f, 0.0f};
+constexpr Vector3f Z{0.0f, 0.0f, 1.0f};
+
+testing::AssertionResult isSame(const Quatf& actual, const Quatf& expected)
+{
+    const float components[4] = {actual.w, actual.x, actual.y, actual.z};
+    const float others[4] = {expected.w, expected.x, expected.y, expected.z};
+    return isNear(components, others, 4, test::ROUNDING);
+}
+
+struct OrderCase {
+    const char* name;
+    RotationOrder order;
+    Vector3f turnedX; // where quarter turns about x, y and z take the x, y and z axis
+    Vector3f turnedY;
+    Vector3f turnedZ;
+    RotationOrder inverse;
+
+    friend void PrintTo(const OrderCase& each, std::ostream* out) { *out << each.name; }
+};
+
+// Followed by hand: the last letter's turn comes first. About x: y to z; about y: z to x; about z:
+// x to y.
+constexpr OrderCase ORDER_CASES[] = {
+    {"XYZ", RotationOrder::XYZ, Z,  -Y, X,  RotationOrder::ZYX},
+    {"XZY", RotationOrder::XZY, Y,  -X, Z,  RotationOrder::YZX},
+    {"YXZ", RotationOrder::YXZ, X,  Z,  -Y, RotationOrder::ZXY},
+    {"ZXY", RotationOrder::ZXY, -X, Z,  Y,  RotationOrder::YXZ},
+    {"YZX", RotationOrder::YZX, Y,  X,  -Z, RotationOrder::XZY},
+    {"ZYX", RotationOrder::ZYX, -Z, Y,  X,  RotationOrder::XYZ},
+};
+
+class EulerOrder : public testing::TestWithParam<OrderCase> {};
+
+TEST_P(EulerOrder, MultipliesTheTurnsAsItsLettersStand)
+{
+    const Quatf turn(Euler(PI / 2, PI / 2, PI / 2, GetParam().order));
+    EXPECT_TRUE(isNear(turn * X, GetParam().turnedX));
+    EXPECT_TRUE(isNear(turn * Y, GetParam().turnedY));
+    EXPECT_TRUE(isNear(turn * Z, GetParam().turnedZ));
+}
+
+TEST_P(EulerOrder, IsUndoneByItsInverseWithOppositeAngles)
+{
+    EXPECT_TRUE(GetParam().order.getInverse() == GetParam().inverse);
+    const Quatf turn(Euler(0.3f, -1.1f, 2.0f, GetParam().order));
+    const Quatf back(Euler(-0.3f, 1.1f, -2.0f, GetParam().inverse));
+    EXPECT_TRUE(isSame(turn * back, {}));
+}
+
+TEST_P(EulerOrder, DoesNotMatterForOneAngle)
+{
+    EXPECT_TRUE(isSame(Quatf(Euler(0.8f, 0.0f, 0.0f, GetParam().order)), Quatf(0.8f, X)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EulerOrder, testing::ValuesIn(ORDER_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Quat, RefusesAnOrderThatIsNone)
+{
+    for (const int order : {-1, 6}) {
+        EXPECT_EQ(thrownMessage([&] { Quatf(Euler(1.0f, 2.0f, 3.0f, RotationOrder(order))); }),
+                  "order.value>=0 && order.value<=5");
+    }
+}
+
+TEST(Quat, TurnsOneDirectionOntoAnother)
+{
+    const Vector3f directions[] = {
+        X, Y, -X, {3.0f,  -2.0f, 5.0f },
+           {-3.0f, 2.0f,  -5.0f},
+           {-1.0f, 1e-4f, 0.0f }
+    };
+    for (const Vector3f& from : directions) {
+        for (const Vector3f& to : directions) {
+            const Quatf turn(from, to);
+            EXPECT_TRUE(isNear(turn * from.getNormalized(), to.getNormalized()));
+            EXPECT_NEAR(turn.length(), 1.0f, 1e-6f);
+        }
+    }
+    EXPECT_EQ(thrownMessage([] { Quatf(X, Vector3f{}); }), "length>0.0000000001f");
+}
+
+struct AngleCase {
+    const char* name;
+    float angle;
+    Vector3f axis;
+    float expectedAngle;
+    Vector3f expectedAxis;
+
+    friend void PrintTo(const AngleCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr AngleCase ANGLE_CASES[] = {
+    {"LongAxis",            1.0f,      {0.0f, 0.0f, 9.0f}, 1.0f,      Z },
+    {"NegativeTurnsAround", -1.0f,     Y,                  1.0f,      -Y},
+    {"MoreThanHalfATurn",   1.5f * PI, Y,                  1.5f * PI, Y },
+    {"NothingGivesX",       0.0f,      Z,                  0.0f,      X },
+};
+
+class QuatAngle : public testing::TestWithParam<AngleCase> {};
+
+TEST_P(QuatAngle, ComesBackWithItsAxis)
+{
+    float angle = 0.0f;
+    Vector3f axis;
+    Quatf(GetParam().angle, GetParam().axis).getAngleAxis(angle, axis);
+    EXPECT_NEAR(angle, GetParam().expectedAngle, 1e-5f);
+    EXPECT_TRUE(isNear(axis, GetParam().expectedAxis));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, QuatAngle, testing::ValuesIn(ANGLE_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Quat, InverseUndoesAlsoWhatIsNotOfUnitLength)
+{
+    const Quatf quat{1.0f, -2.0f, 3.0f, 0.5f};
+    EXPECT_TRUE(isSame(quat * quat.getInverse(), {}));
+    Quatf unit = quat;
+    unit.normalize();
+    EXPECT_NEAR(unit.length2(), 1.0f, 1e-6f);
+    EXPECT_TRUE(isSame(unit * quat.length(), quat));
+    EXPECT_EQ(thrownMessage([] { Quatf(0.0f, 0.0f, 0.0f, 0.0f).invert(); }), "length2>0");
+    EXPECT_EQ(thrownMessage([] { Quatf(0.0f, 0.0f, 0.0f, 0.0f).normalize(); }),
+              "length>0.0000000001f");
+}
+
+} // namespace
+
+} // namespace zavex::mathbase

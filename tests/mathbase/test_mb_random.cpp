@@ -1,0 +1,237 @@
+#include "mathbase/mb_random.h"
+
+#include "near.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <set>
+
+namespace zavex::mathbase {
+
+namespace {
+
+using test::isNear;
+using test::PI;
+using Generator = RandomGen_LCG<69069u, 5u>;
+using Random = RandomBase<Generator>;
+
+TEST(RandomLcg, FollowsItsSequenceFromASeed)
+{
+    Generator generator(0);
+    EXPECT_EQ(generator.mX, 345350u);
+    EXPECT_EQ(generator.nextLong(), 2378142675u);
+    generator.setSeed(0);
+    EXPECT_EQ(generator.nextFloat(), 2378142675.0f / 4294967296.0f);
+    generator.setSeed(0);
+    EXPECT_EQ(generator.nextDouble(), 2378142675.0 / 4294967296.0);
+    EXPECT_EQ(generator.getMaxLong(), 4294967295u);
+}
+
+TEST(RandomLcg, StaysBelowOneAtItsLargestState)
+{
+    constexpr std::uint32_t INVERSE_OF_MULTIPLIER = 2783094533u;
+    static_assert(INVERSE_OF_MULTIPLIER * 69069u == 1u);
+    Generator generator;
+    generator.mX = (UINT32_MAX - 5u) * INVERSE_OF_MULTIPLIER;
+    EXPECT_LT(generator.nextFloat(), 1.0f);
+    EXPECT_EQ(generator.mX, UINT32_MAX);
+}
+
+TEST(RandomRand, RepeatsWithItsSeedInsideItsLimits)
+{
+    RandomBase<RandomGen_Rand> random(7);
+    const Vector3f first = random.uniform3(0.0f, 1.0f);
+    random.setSeed(7);
+    EXPECT_EQ(random.uniform3(0.0f, 1.0f), first);
+    EXPECT_GE(first.getMin(), 0.0f);
+    EXPECT_LT(first.getMax(), 1.0f);
+    EXPECT_EQ(random.mGen.getMaxLong(), static_cast<std::uint32_t>(RAND_MAX));
+}
+
+TEST(Random, DrawsComponentsInOrderBetweenTheirOwnLimits)
+{
+    Random random(3);
+    Generator same(3);
+    const Vector4f lo{0.0f, 10.0f, -1.0f, 5.0f};
+    const Vector4f hi{1.0f, 30.0f, 1.0f, 5.0f};
+    const Vector4f drawn = random.uniform4(lo, hi);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(drawn[i], lo[i] + (hi[i] - lo[i]) * same.nextFloat());
+}
+
+struct WholeCase {
+    const char* name;
+    int lo;
+    int hi;
+    std::size_t count; // distinct numbers that many draws find
+
+    friend void PrintTo(const WholeCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr WholeCase WHOLE_CASES[] = {
+    {"BothEnds",       -1,      1,       3   },
+    {"OnlyOne",        5,       5,       1   },
+    {"AllThereAre",    INT_MIN, INT_MAX, 3000},
+    {"EvenAndOddOnes", 0,       9,       10  },
+};
+
+class RandomWhole : public testing::TestWithParam<WholeCase> {};
+
+TEST_P(RandomWhole, NumberReachesBothLimitsAndNothingBeyond)
+{
+    Random random(1);
+    std::set<int> found;
+    for (int i = 0; i < 3000; ++i)
+        found.insert(random.uniform(GetParam().lo, GetParam().hi));
+    EXPECT_GE(*found.begin(), GetParam().lo);
+    EXPECT_LE(*found.rbegin(), GetParam().hi);
+    EXPECT_EQ(found.size(), GetParam().count);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RandomWhole, testing::ValuesIn(WHOLE_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Random, RefusesReversedWholeLimits)
+{
+    EXPECT_EQ(test::thrownMessage([] { Random(1).uniform(2, 1); }), "lo<=hi");
+}
+
+struct DrawCase {
+    const char* name;
+    std::function<Vector3f(Random&)> draw;
+    std::function<bool(const Vector3f&)> isAllowed;
+    Vector3f mean;
+    float spread; // at least the standard deviation of a component
+
+    friend void PrintTo(const DrawCase& each, std::ostream* out) { *out << each.name; }
+};
+
+bool isUnit(const Vector3f& v)
+{
+    return std::abs(v.length() - 1.0f) < 1e-5f;
+}
+
+bool isAny(const Vector3f&)
+{
+    return true;
+}
+
+const Vector3f RADII{1.0f, 2.0f, 4.0f};
+constexpr Vector3f X{1.0f, 0.0f, 0.0f};
+constexpr Vector3f Z{0.0f, 0.0f, 1.0f};
+const Box3 BOX{
+    {0.0f, 0.0f, 0.0f},
+    {2.0f, 1.0f, 1.0f}
+};
+
+// The means are those of the textbook densities: a cap of 60 degrees has its centre of gravity at
+// (1 + cos) / 2, a hemisphere weighted with the cosine to the power n at (n + 1) / (n + 2).
+// clang-format off
+const DrawCase DRAW_CASES[] = {
+    {"OnSphere", [](auto& r) { return r.randomOnSphere(); },
+     isUnit, {}, 1.0f},
+    {"InSphere", [](auto& r) { return r.randomInSphere(3.0f); },
+     [](auto& v) { return v.length() <= 3.00001f; }, {}, 1.5f},
+    {"HalfOfASphereIsWithinACubeRootOfAHalf",
+     [](auto& r) { return X * (r.randomInSphere(1.0f).length() < 0.793701f ? 1.0f : 0.0f); },
+     isAny, {0.5f, 0.0f, 0.0f}, 1.0f},
+    {"InEllipsoid", [](auto& r) { return r.randomInEllipsoid(RADII); },
+     [](auto& v) { return v.multiply(RADII.byOne()).length() <= 1.00001f; }, {}, 2.5f},
+    {"OnEllipsoid", [](auto& r) { return r.randomOnEllipsoid(RADII); },
+     [](auto& v) { return isUnit(v.multiply(RADII.byOne())); }, {}, 2.5f},
+    {"OnAFlatEllipsoidByArea",
+     [](auto& r) { return X * r.randomOnEllipsoid({1, 1, 0}).length2(); },
+     isAny, {0.5f, 0.0f, 0.0f}, 1.0f},
+    {"SphereThetaLimit", [](auto& r) { return r.randomSphereThetaLimit({0, -5, 0}, PI / 3.0f); },
+     [](auto& v) { return isUnit(v) && v.y <= -0.49999f; }, {0.0f, -0.75f, 0.0f}, 1.0f},
+    {"Hemisphere", [](auto& r) { return r.randomHemisphere(Z); },
+     [](auto& v) { return isUnit(v) && v.z >= 0.0f; }, {0.0f, 0.0f, 0.5f}, 1.0f},
+    {"CosineHemisphere", [](auto& r) { return r.randomCosineHemisphere(-Z); },
+     [](auto& v) { return isUnit(v) && v.z <= 0.0f; }, {0.0f, 0.0f, -2.0f / 3.0f}, 1.0f},
+    {"CosinePowHemisphere", [](auto& r) { return r.randomCosinePowHemisphere({1, 0, 0}, 8.0f); },
+     [](auto& v) { return isUnit(v) && v.x >= 0.0f; }, {0.9f, 0.0f, 0.0f}, 1.0f},
+    {"SphereQuad", [](auto& r) { return r.randomSphereQuad({0.0f, 0.0f}, {PI / 2.0f, PI / 2.0f}); },
+     [](auto& v) { return isUnit(v) && v.getMin() >= -1e-6f; }, {0.5f, 0.5f, 0.5f}, 1.0f},
+    {"BoxHitStraight",
+     [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {0.0f, 0.0f, -3.0f}); },
+     [](auto& v) { return v.z == 1.0f && BOX.isInside(v); }, {1.0f, 0.5f, 1.0f}, 1.0f},
+    {"BoxHitSharedByWhatIsSeenOfEachSide",
+     [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {-1.0f, 1.0f, 0.0f}); },
+     [](auto& v) { return (v.x == 2.0f || v.y == 0.0f) && BOX.isInside(v); },
+     {4.0f / 3.0f, 0.5f / 3.0f, 0.5f}, 1.0f},
+};
+// clang-format on
+
+class RandomDraw : public testing::TestWithParam<DrawCase> {};
+
+TEST_P(RandomDraw, StaysWhereItBelongsAndCentresWhereItsDensityDoes)
+{
+    constexpr int COUNT = 40000;
+    Random random(42);
+    Vector3f sum;
+    for (int i = 0; i < COUNT; ++i) {
+        const Vector3f drawn = GetParam().draw(random);
+        ASSERT_TRUE(GetParam().isAllowed(drawn)) << test::text(drawn, 3);
+        sum += drawn;
+    }
+    const float fourStandardErrors =
+        4.0f * GetParam().spread / std::sqrt(static_cast<float>(COUNT));
+    EXPECT_TRUE(isNear(sum * (1.0f / COUNT), GetParam().mean, fourStandardErrors));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RandomDraw, testing::ValuesIn(DRAW_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Random, NamesTheSideOfABoxThatIsHit)
+{
+    Random random(9);
+    Vector3f normal;
+    const Vector3f point = random.randomBoxSurfaceHitFromDir(BOX, {0.0f, 2.0f, 0.0f}, normal);
+    EXPECT_EQ(normal, Vector3f(0.0f, -1.0f, 0.0f));
+    EXPECT_EQ(point.y, 0.0f);
+}
+
+struct SeedCase {
+    const char* name;
+    const char* text;
+    std::uint32_t seed;
+    int warnings;
+
+    friend void PrintTo(const SeedCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr std::uint32_t FROM_CLOCK = 0;
+
+constexpr SeedCase SEED_CASES[] = {
+    {"Number",   "1234",       1234,       0},
+    {"Largest",  "4294967295", 4294967295, 0},
+    {"TooLarge", "4294967296", FROM_CLOCK, 1},
+    {"Negative", "-1",         FROM_CLOCK, 1},
+    {"Trailing", "12x",        FROM_CLOCK, 1},
+    {"Empty",    "",           FROM_CLOCK, 1},
+};
+
+class Seed : public testing::TestWithParam<SeedCase> {};
+
+TEST_P(Seed, ComesFromTheEnvironmentWhenItIsANumber)
+{
+    test::clearLog();
+    ASSERT_EQ(setenv("CADENZA_SEED", GetParam().text, 1), 0);
+    const std::uint32_t seed = initialSeed();
+    unsetenv("CADENZA_SEED");
+    if (GetParam().seed != FROM_CLOCK) {
+        EXPECT_EQ(seed, GetParam().seed);
+    }
+    EXPECT_EQ(test::countLogged("warning", "CADENZA_SEED"), GetParam().warnings);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, Seed, testing::ValuesIn(SEED_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+} // namespace
+
+} // namespace zavex::mathbase

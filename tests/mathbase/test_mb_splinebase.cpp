@@ -1,0 +1,390 @@
+#include "mathbase/mb_splinebase.h"
+
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace zavex::mathbase {
+
+namespace {
+
+using Key = SplineBaseKey<float>;
+using Keys = std::vector<Key>;
+
+constexpr auto SQUARE = SplineFloat::SQUARE;
+constexpr auto LINEAR = SplineFloat::LINEAR;
+constexpr auto SMOOTH = SplineFloat::SMOOTH;
+constexpr auto UNKNOWN = static_cast<SplineFloat::InterpolationMode>(3);
+constexpr auto HOLD = SplineFloat::EXT_CONSTANT;
+constexpr auto REPEAT = SplineFloat::EXT_REPEAT;
+constexpr auto ADD = SplineFloat::EXT_REPEAT_ADD;
+constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+constexpr float INF = std::numeric_limits<float>::infinity();
+
+/** A curve with the keys in the given order, which must be sorted, equal times included. */
+SplineFloat curve(const Keys& keys, SplineFloat::InterpolationMode interpolation = LINEAR,
+                  SplineFloat::ExtrapolationMode before = HOLD,
+                  SplineFloat::ExtrapolationMode after = HOLD)
+{
+    SplineFloat result(interpolation, true);
+    result.setExtrapolationBefore(before);
+    result.setExtrapolationAfter(after);
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        result.addKey({static_cast<float>(i), 0.0f});
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        result[static_cast<int>(i)] = keys[i];
+    result.updateTangents(0, 1, 1);
+    return result;
+}
+
+std::vector<float> timesOf(const SplineFloat& spline)
+{
+    std::vector<float> times;
+    for (int i = 0; i < spline.getNumKeys(); ++i)
+        times.push_back(spline[i].time);
+    return times;
+}
+
+struct ValueCase {
+    const char* name;
+    SplineFloat spline;
+    float time;
+    float expected;
+
+    friend void PrintTo(const ValueCase& value, std::ostream* out) { *out << value.name; }
+};
+
+const Keys RAMP{
+    {0.0f, 0.0f},
+    {1.0f, 1.0f}
+};
+const Keys PEAK{
+    {0.0f, 0.0f},
+    {1.0f, 1.0f},
+    {2.0f, 0.0f}
+};
+const Keys STEP{
+    {0.0f, 0.0f},
+    {1.0f, 2.0f},
+    {1.0f, 6.0f},
+    {2.0f, 8.0f}
+};
+const Keys TENTHS{
+    {0.1f, 1.0f},
+    {0.7f, 3.0f}
+};
+
+const Keys NONE{};
+const Keys ONE{
+    {2.0f, 5.0f}
+};
+const Keys STEP_FIRST{
+    {1.0f, 2.0f},
+    {1.0f, 6.0f},
+    {2.0f, 8.0f}
+};
+const Keys ONLY_STEP{
+    {1.0f, 2.0f},
+    {1.0f, 6.0f}
+};
+
+// clang-format off
+const ValueCase VALUE_CASES[] = {
+    {"NoKeys", curve(NONE), 1.0f, 0.0f},
+    {"OneKeyBefore", curve(ONE, LINEAR, ADD, ADD), -9.0f, 5.0f},
+    {"OneKeyAfter", curve(ONE, SMOOTH, REPEAT, REPEAT), 9.0f, 5.0f},
+    {"HeldBefore", curve(RAMP), -5.0f, 0.0f},
+    {"HeldAfter", curve(RAMP), 5.0f, 1.0f},
+    {"Linear", curve(RAMP), 0.25f, 0.25f},
+    {"LinearClimbsOnAfter", curve(RAMP, LINEAR, ADD, ADD), 1.5f, 1.5f},
+    {"LinearClimbsOnBefore", curve(RAMP, LINEAR, ADD, ADD), -0.5f, -0.5f},
+    {"LinearClimbsOverWholePeriods", curve(RAMP, LINEAR, ADD, ADD), 2.0f, 2.0f},
+    {"WholePeriodsBefore", curve(RAMP, LINEAR, ADD, ADD), -3.0f, -3.0f},
+    {"RepeatedAfter", curve(RAMP, LINEAR, REPEAT, REPEAT), 1.5f, 0.5f},
+    {"RepeatedBefore", curve(RAMP, LINEAR, REPEAT, REPEAT), -0.25f, 0.75f},
+    {"RepeatedWholePeriodIsItsStart", curve(RAMP, LINEAR, REPEAT, REPEAT), 2.0f, 0.0f},
+    {"LastTimeItselfIsNotRepeated", curve(RAMP, LINEAR, REPEAT, REPEAT), 1.0f, 1.0f},
+    {"RepeatedOnlyAfter", curve(RAMP, LINEAR, HOLD, REPEAT), -0.25f, 0.0f},
+    {"ClimbsOnFarOutsideInspiteOfRounding", curve(TENTHS, LINEAR, ADD, ADD), 60.1f, 201.0f},
+    {"SquareHoldsTheStartOfASegment", curve(PEAK, SQUARE), 0.99f, 0.0f},
+    {"SquareAtTheLastTimeIsTheLastSegment", curve(PEAK, SQUARE), 2.0f, 1.0f},
+    {"SquareAddsThePeriod", curve(RAMP, SQUARE, HOLD, ADD), 3.5f, 3.0f},
+    {"SmoothIsFlatAtThePeak", curve(PEAK, SMOOTH), 1.0f, 1.0f},
+    {"SmoothBetweenKeys", curve(PEAK, SMOOTH), 0.5f, 0.625f},
+    {"SmoothOfARampIsTheRamp", curve(RAMP, SMOOTH, ADD, ADD), 0.3f, 0.3f},
+    {"OtherModesAreSmooth", curve(PEAK, UNKNOWN), 0.5f, 0.5f},
+    {"BeforeAStep", curve(STEP), 0.5f, 1.0f},
+    {"AfterAStep", curve(STEP), 1.5f, 7.0f},
+    {"SmoothStraightUpToAStep", curve(STEP, SMOOTH), 0.5f, 1.0f},
+    {"SmoothStraightFromAStep", curve(STEP, SMOOTH), 1.5f, 7.0f},
+    {"StepBeforeAllOtherKeys", curve(STEP_FIRST, SMOOTH), 1.0f, 2.0f},
+    {"AllKeysAtOneTime", curve(ONLY_STEP, SMOOTH, REPEAT, ADD), 1.0f, 2.0f},
+    {"AllKeysAtOneTimeBefore", curve(ONLY_STEP, SMOOTH, REPEAT, ADD), 0.0f, 2.0f},
+    {"AllKeysAtOneTimeAfter", curve(ONLY_STEP, SMOOTH, REPEAT, ADD), 3.0f, 6.0f},
+    {"EndlessTime", curve(RAMP, LINEAR, REPEAT, ADD), INF, 1.0f},
+    {"NotANumber", curve(PEAK, SMOOTH, REPEAT, ADD), NOT_A_NUMBER, 0.0f},
+};
+// clang-format on
+
+class SplineValue : public testing::TestWithParam<ValueCase> {};
+
+TEST_P(SplineValue, FollowsTheModes)
+{
+    EXPECT_NEAR(GetParam().spline.evaluate(GetParam().time), GetParam().expected, 1e-4f);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SplineValue, testing::ValuesIn(VALUE_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+struct TangentCase {
+    const char* name;
+    Keys keys;
+    SplineFloat::ExtrapolationMode before;
+    SplineFloat::ExtrapolationMode after;
+    std::string expected; // as tangentsOf
+
+    friend void PrintTo(const TangentCase& tangent, std::ostream* out) { *out << tangent.name; }
+};
+
+const Keys UNEVEN{
+    {0.0f, 0.0f},
+    {1.0f, 2.0f},
+    {4.0f, 5.0f}
+};
+
+const Keys TWO_STEPS{
+    {0.0f, 0.0f},
+    {1.0f, 1.0f},
+    {1.0f, 5.0f},
+    {1.0f, 9.0f},
+    {2.0f, 8.0f}
+};
+
+const TangentCase TANGENT_CASES[] = {
+    {"OneKeyIsFlat",                  ONE,       ADD,    ADD,    "0 0"                       },
+    {"PeakIsFlat",                    PEAK,      HOLD,   HOLD,   "0 1, 0 0, -1 0"            },
+    {"SlopeIsScaledToEachSegment",    UNEVEN,    HOLD,   HOLD,   "0 2, 1.5 4.5, 3 0"         },
+    {"RepeatWrapsAround",             UNEVEN,    REPEAT, REPEAT, "2 0.666667, 1.5 4.5, -3 -1"},
+    {"RepeatAddWrapsAroundLifted",    UNEVEN,    ADD,    ADD,    "4.5 1.5, 1.5 4.5, 4.5 1.5" },
+    {"EachEndFollowsItsOwnMode",      UNEVEN,    ADD,    HOLD,   "4.5 1.5, 1.5 4.5, 3 0"     },
+    {"TwoKeysWrapOntoThemselves",     RAMP,      REPEAT, ADD,    "0.5 0.5, 1 1"              },
+    {"NextToAStepTheOtherSideCounts", STEP,      HOLD,   HOLD,   "0 2, 2 0, 0 2, 2 0"        },
+    {"BetweenTwoStepsFlat",           TWO_STEPS, HOLD,   HOLD,   "0 1, 1 0, 0 0, 0 -1, -1 0" },
+    {"AllAtOneTimeIsFinite",          ONLY_STEP, REPEAT, ADD,    "0 0, 0 0"                  },
+};
+
+/** "in out, in out, ..." of each key; a negative zero reads 0. */
+std::string tangentsOf(const SplineFloat& spline)
+{
+    std::ostringstream text;
+    for (int i = 0; i < spline.getNumKeys(); ++i)
+        text << (i > 0 ? ", " : "") << spline[i].tangentIN + 0.0f << ' '
+             << spline[i].tangentOUT + 0.0f;
+    return text.str();
+}
+
+class SplineTangent : public testing::TestWithParam<TangentCase> {};
+
+TEST_P(SplineTangent, ComesFromTheNeighbours)
+{
+    EXPECT_EQ(tangentsOf(curve(GetParam().keys, SMOOTH, GetParam().before, GetParam().after)),
+              GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SplineTangent, testing::ValuesIn(TANGENT_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Spline, KeepsItsTangentsUnlessTheyAreAutomaticAndSmooth)
+{
+    for (const bool isLinear : {false, true}) {
+        SplineFloat spline(isLinear ? LINEAR : SMOOTH, isLinear);
+        spline.addKey({0.0f, 0.0f, 3.0f, 4.0f});
+        spline.addKey({1.0f, 2.0f, 5.0f, 6.0f});
+        EXPECT_EQ(spline[0].tangentOUT, 4.0f);
+        EXPECT_EQ(spline[1].tangentIN, 5.0f);
+    }
+}
+
+struct IndexCase {
+    const char* name;
+    Keys keys;
+    float time;
+    int expected;
+
+    friend void PrintTo(const IndexCase& each, std::ostream* out) { *out << each.name; }
+};
+
+const Keys EQUAL{
+    {0.0f, 0.0f},
+    {1.0f, 0.0f},
+    {2.0f, 0.0f},
+    {2.0f, 1.0f},
+    {2.0f, 2.0f},
+    {3.0f, 0.0f},
+    {4.0f, 0.0f}
+};
+
+const IndexCase INDEX_CASES[] = {
+    {"NoKeys",                    NONE,  0.0f,         SplineFloat::NO_KEYS         },
+    {"BeforeOneKey",              ONE,   1.9f,         SplineFloat::BEFORE_FIRST_KEY},
+    {"AtOneKey",                  ONE,   2.0f,         SplineFloat::AFTER_LAST_KEY  },
+    {"AtTheLastOfTwo",            RAMP,  1.0f,         0                            },
+    {"AfterTheLast",              PEAK,  2.1f,         SplineFloat::AFTER_LAST_KEY  },
+    {"AtTheFirst",                PEAK,  0.0f,         0                            },
+    {"AtTheLast",                 PEAK,  2.0f,         1                            },
+    {"NotANumber",                PEAK,  NOT_A_NUMBER, SplineFloat::AFTER_LAST_KEY  },
+    {"FreshLookUpTriesTheFirst",  STEP,  1.0f,         0                            },
+    {"SearchMeetsTheMiddleFirst", EQUAL, 2.0f,         3                            },
+};
+
+class SplineIndex : public testing::TestWithParam<IndexCase> {};
+
+TEST_P(SplineIndex, NamesTheSegment)
+{
+    EXPECT_EQ(curve(GetParam().keys).getKeyIndex(GetParam().time), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SplineIndex, testing::ValuesIn(INDEX_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Spline, RemembersTheSegmentOfAKeyThatTwoShare)
+{
+    const SplineFloat spline = curve({
+        {0, 0},
+        {1, 0},
+        {2, 0},
+        {3, 0},
+        {4, 0}
+    });
+    EXPECT_EQ(spline.getKeyIndex(1.5f), 1);
+    EXPECT_EQ(spline.getKeyIndex(2.0f), 1);
+    EXPECT_EQ(spline.getKeyIndex(2.5f), 2);
+    EXPECT_EQ(spline.getKeyIndex(2.0f), 2);
+    EXPECT_EQ(spline.getKeyIndex(3.5f), 3);
+    EXPECT_EQ(spline.getKeyIndex(0.0f), 0);
+}
+
+TEST(Spline, FindsTheSameValuesWhateverWasLookedUpBefore)
+{
+    Keys keys;
+    for (int i = 0; i < 100; ++i) {
+        const float at = static_cast<float>(i);
+        keys.push_back({at + 0.5f * std::sin(at), std::cos(at * 3.0f)});
+    }
+    const SplineFloat warm = curve(keys, SMOOTH, REPEAT, ADD);
+    for (int i = 0; i < 500; ++i) {
+        const float time = static_cast<float>((i * 787) % 1500) * 0.1f - 20.0f;
+        const SplineFloat cold = curve(keys, SMOOTH, REPEAT, ADD);
+        ASSERT_EQ(warm.evaluate(time), cold.evaluate(time)) << time;
+    }
+}
+
+struct AddCase {
+    const char* name;
+    Keys keys;
+    float time;
+    int expected;
+
+    friend void PrintTo(const AddCase& each, std::ostream* out) { *out << each.name; }
+};
+
+const AddCase ADD_CASES[] = {
+    {"ToNone",                    NONE, 3.0f,  0},
+    {"BeforeOne",                 ONE,  0.5f,  0},
+    {"AtTheOnlyOneComesAfter",    ONE,  2.0f,  1},
+    {"BeforeTheFirst",            RAMP, -1.0f, 0},
+    {"AtTheFirstComesAfter",      PEAK, 0.0f,  1},
+    {"Between",                   PEAK, 1.5f,  2},
+    {"AtTheLastComesBefore",      PEAK, 2.0f,  2},
+    {"AtTheLastOfTwoComesBefore", RAMP, 1.0f,  1},
+    {"AfterTheLast",              PEAK, 2.5f,  3},
+};
+
+class SplineAdd : public testing::TestWithParam<AddCase> {};
+
+TEST_P(SplineAdd, InsertsAtItsTimeAndWidensTheRange)
+{
+    SplineFloat spline = curve(GetParam().keys);
+    EXPECT_EQ(spline.addKey({GetParam().time, 50.0f}), GetParam().expected);
+    EXPECT_EQ(spline[GetParam().expected].value, 50.0f);
+    EXPECT_EQ(spline.getMaxValue(), 50.0f);
+    EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
+    EXPECT_EQ(spline.getInterval(), Vector2f(timesOf(spline).front(), timesOf(spline).back()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SplineAdd, testing::ValuesIn(ADD_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Spline, RemovesKeysDownToNoneAndForgetsItsSegment)
+{
+    SplineFloat spline = curve(PEAK, SMOOTH);
+    EXPECT_EQ(spline.getKeyIndex(1.5f), 1);
+    spline.removeKey(1);
+    EXPECT_EQ(timesOf(spline), (std::vector{0.0f, 2.0f}));
+    EXPECT_EQ(spline.getMaxValue(), 0.0f);
+    EXPECT_EQ(spline.evaluate(1.5f), 0.0f);
+
+    spline[0].value = 4.0f;
+    spline.updateKey(0);
+    spline.removeKey(1);
+    spline.removeKey(0);
+    EXPECT_FALSE(spline.hasKeys());
+    EXPECT_EQ(spline.getMaxValue(), 4.0f);
+}
+
+TEST(Spline, RefusesIndicesOutsideItsKeys)
+{
+    SplineFloat spline = curve(RAMP);
+    for (const int index : {-1, 2}) {
+        EXPECT_EQ(test::thrownMessage([&] { spline.removeKey(index); }),
+                  "index>=0 && index<(int)mKeys.size()");
+        EXPECT_EQ(test::thrownMessage([&] { spline.updateKey(index); }),
+                  "index>=0 && index<(int)mKeys.size()");
+    }
+    EXPECT_EQ(spline.getNumKeys(), 2);
+}
+
+struct MoveCase {
+    const char* name;
+    int index;
+    float time;
+    int expected;
+
+    friend void PrintTo(const MoveCase& move, std::ostream* out) { *out << move.name; }
+};
+
+constexpr MoveCase MOVE_CASES[] = {
+    {"WithinItsNeighbours",        1, 1.5f,  1},
+    {"OntoItsNeighbour",           1, 2.0f,  1},
+    {"PastTheLast",                0, 9.0f,  2},
+    {"BeforeTheFirst",             2, -1.0f, 0},
+    {"FirstBetweenTheOthers",      0, 1.5f,  1},
+    {"LastOntoTheFirstComesAfter", 2, 0.0f,  1},
+    {"LastFurtherOut",             2, 7.0f,  2},
+};
+
+class SplineMove : public testing::TestWithParam<MoveCase> {};
+
+TEST_P(SplineMove, PutsAChangedKeyBackInOrder)
+{
+    SplineFloat spline = curve(PEAK, SMOOTH);
+    spline[GetParam().index].time = GetParam().time;
+    spline[GetParam().index].value = 50.0f;
+    EXPECT_EQ(spline.updateKey(GetParam().index), GetParam().expected);
+    EXPECT_EQ(spline[GetParam().expected].value, 50.0f);
+    EXPECT_EQ(spline.getMaxValue(), 50.0f);
+    EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SplineMove, testing::ValuesIn(MOVE_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+} // namespace
+
+} // namespace zavex::mathbase

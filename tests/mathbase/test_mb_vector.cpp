@@ -1,0 +1,131 @@
+#include "mathbase/mb_vector2.h"
+#include "mathbase/mb_vector3.h"
+#include "mathbase/mb_vector4.h"
+
+#include "near.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+namespace zavex::mathbase {
+
+namespace {
+
+using test::isNear;
+using test::thrownMessage;
+
+constexpr const char* TOO_SHORT = "length>0.0000000001f";
+
+TEST(Vector, IsHandedOutAsItsComponentsInOrder)
+{
+    const Vector2f two{1.0f, 2.0f};
+    const Vector3f three{1.0f, 2.0f, 3.0f};
+    const Vector4f four{1.0f, 2.0f, 3.0f, 4.0f};
+    for (int i = 0; i < 4; ++i) {
+        const float expected = static_cast<float>(i + 1);
+        EXPECT_EQ(static_cast<const float*>(four)[i], expected);
+        EXPECT_EQ(four[i], expected);
+        if (i < 3) {
+            EXPECT_EQ(static_cast<const float*>(three)[i], expected);
+            EXPECT_EQ(three[i], expected);
+            EXPECT_EQ(three(i), expected);
+        }
+        if (i < 2) {
+            EXPECT_EQ(static_cast<const float*>(two)[i], expected);
+            EXPECT_EQ(two[i], expected);
+        }
+    }
+}
+
+TEST(Vector, NormalisesWhatSinglePrecisionWouldSquareToInfinityOrZero)
+{
+    for (const float size : {1e30f, 1e-9f}) {
+        EXPECT_TRUE(isNear(Vector3f(size, 0.0f, -size).getNormalized(),
+                           {std::sqrt(0.5f), 0.0f, -std::sqrt(0.5f)}));
+        EXPECT_NEAR(Vector2f(0.0f, size).getNormalized().y, 1.0f, 1e-6f);
+        EXPECT_NEAR(Vector4f(0.0f, 0.0f, 0.0f, size).getNormalized().w, 1.0f, 1e-6f);
+    }
+}
+
+TEST(Vector, OfNoLengthIsNotNormalisedAndStaysAsItIs)
+{
+    for (const float size : {0.0f, 1e-10f, std::nanf("")}) {
+        EXPECT_EQ(thrownMessage([&] { Vector2f(0.0f, size).normalize(); }), TOO_SHORT) << size;
+        EXPECT_EQ(thrownMessage([&] { Vector3f(0.0f, size, 0.0f).normalize(); }), TOO_SHORT)
+            << size;
+        EXPECT_EQ(thrownMessage([&] { Vector4f(size, 0.0f, 0.0f, 0.0f).normalize(); }), TOO_SHORT)
+            << size;
+    }
+    Vector3f kept{1e-10f, 0.0f, 0.0f};
+    EXPECT_EQ(thrownMessage([&] { kept.normalize(); }), TOO_SHORT);
+    EXPECT_EQ(kept.x, 1e-10f);
+}
+
+TEST(Vector3, CrossProductsDifferByHandedness)
+{
+    const Vector3f x{1.0f, 0.0f, 0.0f};
+    const Vector3f y{0.0f, 1.0f, 0.0f};
+    const Vector3f z{0.0f, 0.0f, 1.0f};
+    EXPECT_TRUE(isNear(x.cross(y), z));
+    EXPECT_TRUE(isNear(y.crossRHS(z), x));
+    EXPECT_TRUE(isNear(x.crossLHS(y), -z));
+}
+
+TEST(Vector3, ReflectsAtThePlaneOfANormal)
+{
+    const Vector3f incoming{1.0f, -2.0f, 3.0f};
+    EXPECT_TRUE(isNear(incoming.reflection({0.0f, 1.0f, 0.0f}), {1.0f, 2.0f, 3.0f}));
+}
+
+struct AxisCase {
+    const char* name;
+    Vector3f vector;
+    int minor;
+    int major;
+
+    friend void PrintTo(const AxisCase& axis, std::ostream* out) { *out << axis.name; }
+};
+
+constexpr AxisCase AXIS_CASES[] = {
+    {"ByMagnitude",        {2.0f, -3.0f, 1.0f}, 2, 1},
+    {"LastIsMajor",        {0.5f, 0.0f, -9.0f}, 1, 2},
+    {"FirstOfEqualOnes",   {1.0f, -1.0f, 1.0f}, 0, 0},
+    {"FirstOfTheTwoEqual", {4.0f, 2.0f, 2.0f},  1, 0},
+};
+
+class Vector3Axis : public testing::TestWithParam<AxisCase> {};
+
+TEST_P(Vector3Axis, IsThatOfTheSmallestOrGreatestComponent)
+{
+    EXPECT_EQ(GetParam().vector.getMinorAxis(), GetParam().minor);
+    EXPECT_EQ(GetParam().vector.getMajorAxis(), GetParam().major);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, Vector3Axis, testing::ValuesIn(AXIS_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Vector3, GreyIsAsIntenseAsItsLevelAndGreenIsBrightest)
+{
+    EXPECT_NEAR(Vector3f(0.4f, 0.4f, 0.4f).getIntensity(), 0.4f, 1e-6f);
+    EXPECT_GT(Vector3f(0.0f, 1.0f, 0.0f).getIntensity(), Vector3f(1.0f, 0, 0).getIntensity());
+    EXPECT_GT(Vector3f(1.0f, 0.0f, 0.0f).getIntensity(), Vector3f(0, 0, 1.0f).getIntensity());
+}
+
+TEST(Vector4, TakesAPointAndIgnoresItsFourthComponentInItsProduct)
+{
+    Vector4f vector{9.0f, 9.0f, 9.0f, 9.0f};
+    vector = Vector3f{1.0f, 2.0f, 3.0f};
+    EXPECT_EQ(vector, Vector4f(1.0f, 2.0f, 3.0f, 1.0f));
+    EXPECT_EQ(vector.dot(Vector3f(1.0f, 10.0f, 100.0f)), 321.0f);
+}
+
+TEST(Vector4, ClampsToALeastAndAGreatestValue)
+{
+    Vector4f colour{-1.0f, 0.25f, 2.0f, 1.0f};
+    colour.setMinMax(0.0f, 1.0f);
+    EXPECT_EQ(colour, Vector4f(0.0f, 0.25f, 1.0f, 1.0f));
+}
+
+} // namespace
+
+} // namespace zavex::mathbase
