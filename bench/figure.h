@@ -70,7 +70,8 @@ double medianSeconds(int runs, Action&& action)
 
 /**
  * The time of `action` divided by that of `reference`: the median over `runs` pairs taken in turn,
- * so that a machine that slows down for a while slows both. One pair before is not counted.
+ * so that a machine that slows down for a while slows both. On a busy machine many short runs are
+ * steadier than few long ones. One pair before is not counted.
  */
 template <typename Action, typename Reference>
 double medianRatio(int runs, Action&& action, Reference&& reference)

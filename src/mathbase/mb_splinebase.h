@@ -154,6 +154,7 @@ private:
     {
         return mode == EXT_REPEAT || mode == EXT_REPEAT_ADD;
     }
+    T evaluateAnywhere(float time) const;
     Mapped mapIntoKeys(float time) const;
     T interpolate(const Key& first, const Key& second, float time) const;
     bool isInSegment(int index, float time) const;
@@ -308,6 +309,15 @@ auto SplineBase<T, Key>::rightOf(int index) const -> Neighbour
 
 template <typename T, typename Key>
 T SplineBase<T, Key>::evaluate(float time) const
+{
+    // Time moving forward: what is in the remembered segment is neither mapped nor looked up.
+    if (isInSegment(mLastUsedKey, time))
+        return interpolate((*this)[mLastUsedKey], (*this)[mLastUsedKey + 1], time);
+    return evaluateAnywhere(time);
+}
+
+template <typename T, typename Key>
+T SplineBase<T, Key>::evaluateAnywhere(float time) const
 {
     if (!hasKeys())
         return T{};
