@@ -23,6 +23,13 @@ function(cadenza_library name)
     target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE cadenza_flags)
 endfunction()
 
+# Keeps the libraries that an executable loads until its leaks are counted; see keep_loaded.cpp.
+function(cadenza_keep_loaded target)
+    if(CADENZA_SANITIZE)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/keep_loaded.cpp)
+    endif()
+endfunction()
+
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl or e2e need
 # the virtual screen that ./test provides. SERIAL keeps its cases from running beside each other.
@@ -35,6 +42,7 @@ function(cadenza_test name)
         CADENZA_TEST_BINARY_DIR="${CMAKE_CURRENT_BINARY_DIR}")
     target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags GTest::gtest_main)
+    cadenza_keep_loaded(test_${name})
     set(properties LABELS "${name};${arg_LABELS}" TIMEOUT 300)
     if(arg_SERIAL)
         list(APPEND properties RESOURCE_LOCK ${name})

@@ -292,8 +292,12 @@ void DisplayGLFW::onWindowSize(int width, int height)
     if (!mOpened)
         return;
 
-    mWindowMode.width = mWindowMode.activeWidth = mAskedWidth = width;
-    mWindowMode.height = mWindowMode.activeHeight = mAskedHeight = height;
+    mWindowMode.width = mWindowMode.activeWidth = width;
+    mWindowMode.height = mWindowMode.activeHeight = height;
+    if (!mWindowMode.fullscreen) {
+        mAskedWidth = width;
+        mAskedHeight = height;
+    }
     mClearFrames = CLEARED_FRAMES;
     notifyResize();
     markDirty();

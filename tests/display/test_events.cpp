@@ -1,0 +1,355 @@
+#include "recorder.h"
+#include "support/gl_display.h"
+
+#include <GLFW/glfw3.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace zavex::test {
+
+using display::DisplayGLFW;
+using display::Listener;
+
+namespace {
+
+/** Two listeners on an open display: "A" was added first, "B" sees input first. */
+class Events : public GlDisplayTest {
+protected:
+    Events()
+    {
+        mA.attachToDisplay(&mDisplay);
+        mB.attachToDisplay(&mDisplay);
+        mProtocol.clear();
+    }
+
+    void press(int key) { mDisplay.onKey(key, GLFW_PRESS); }
+    void release(int key) { mDisplay.onKey(key, GLFW_RELEASE); }
+
+    /** The protocol since the last call. */
+    Protocol told() { return std::exchange(mProtocol, {}); }
+
+    Protocol mProtocol;
+    Recorder mA{"A", mProtocol};
+    Recorder mB{"B", mProtocol};
+};
+
+} // namespace
+
+TEST_F(Events, InputReachesTheListenerAddedLastFirst)
+{
+    press(GLFW_KEY_F1);
+    release(GLFW_KEY_F1);
+    mDisplay.onChar('x', GLFW_PRESS);
+    mDisplay.onChar('x', GLFW_RELEASE);
+    mDisplay.onMouseButton(GLFW_MOUSE_BUTTON_RIGHT, GLFW_PRESS);
+    mDisplay.onMouseButton(GLFW_MOUSE_BUTTON_RIGHT, GLFW_RELEASE);
+    mDisplay.onMouseMove(3.0f, 4.0f);
+    mDisplay.onMouseWheel(1.0f);
+    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown", "B keyup", "A keyup", "B chardown",
+                                "A chardown", "B charup", "A charup", "B mousedown", "A mousedown",
+                                "B mouseup", "A mouseup", "B mousemove", "A mousemove",
+                                "B mousewheel", "A mousewheel"}));
+}
+
+TEST_F(Events, ABlockedKeyGoesNoFurtherAndDoesNothingByItself)
+{
+    mB.answer("keydown", Listener::BLOCK);
+    mB.answer("keyup", Listener::BLOCK);
+    press(GLFW_KEY_ESCAPE);
+    release(GLFW_KEY_ESCAPE);
+    press(GLFW_KEY_LEFT_ALT);
+    press(GLFW_KEY_ENTER);
+    release(GLFW_KEY_ENTER);
+    EXPECT_EQ(told(), (Protocol{"B keydown", "B keyup", "B keydown", "B keydown", "B keyup"}));
+    EXPECT_FALSE(mDisplay.getWindowMode().fullscreen);
+    EXPECT_EQ(countLogged("log", "DisplayGLFW - "), 0);
+    EXPECT_TRUE(mDisplay.update());
+}
+
+TEST_F(Events, EscapeAsksEveryListenerAndEndsTheNextUpdate)
+{
+    press(GLFW_KEY_ESCAPE);
+    told();
+    release(GLFW_KEY_ESCAPE);
+    EXPECT_EQ(told(), (Protocol{"B keyup", "A keyup", "B quit", "A quit"}));
+    EXPECT_EQ(countLogged("log", "DisplayGLFW - ESC"), 1);
+    EXPECT_FALSE(mDisplay.update());
+    EXPECT_TRUE(mDisplay.update()) << "a quit is granted once";
+}
+
+TEST_F(Events, OneRefusalKeepsTheProgramRunning)
+{
+    mB.answer("quit", Listener::BLOCK);
+    release(GLFW_KEY_ESCAPE);
+    EXPECT_EQ(told(), (Protocol{"B keyup", "A keyup", "B quit", "A quit"}));
+    EXPECT_TRUE(mDisplay.update());
+}
+
+TEST_F(Events, TheWindowsCloseButtonAsksAndNeverClosesByItself)
+{
+    EXPECT_FALSE(mDisplay.onWindowClose());
+    EXPECT_EQ(told(), (Protocol{"B quit", "A quit"}));
+    EXPECT_FALSE(mDisplay.update());
+    mDisplay.close();
+    EXPECT_TRUE(mDisplay.onWindowClose());
+}
+
+struct AnswerCase {
+    const char* name;
+    int action;
+    bool stops;
+    bool quits;
+    friend void PrintTo(const AnswerCase& answer, std::ostream* out) { *out << answer.name; }
+};
+
+constexpr AnswerCase ANSWER_CASES[] = {
+    {"Whatever",       Listener::WHATEVER,               false, false},
+    {"Block",          Listener::BLOCK,                  true,  false},
+    {"Quit",           Listener::QUIT,                   false, true },
+    {"Dirty",          Listener::DIRTY,                  false, false},
+    {"QuitAndDirty",   Listener::QUIT | Listener::DIRTY, false, true },
+    {"BlockBeatsQuit", Listener::BLOCK | Listener::QUIT, true,  false},
+};
+
+class EventAnswers : public Events, public testing::WithParamInterface<AnswerCase> {};
+
+TEST_P(EventAnswers, StopDeliveryAndEndTheProgram)
+{
+    mB.answer("keydown", GetParam().action);
+    press(GLFW_KEY_F1);
+    const Protocol protocol = told();
+    EXPECT_EQ(protocol.back() == "A keydown", !GetParam().stops);
+    EXPECT_EQ(std::ranges::count(protocol, "A quit"), GetParam().quits ? 1 : 0);
+    EXPECT_EQ(mDisplay.update(), !GetParam().quits);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EventAnswers, testing::ValuesIn(ANSWER_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(EventsWaitingDisplay, ADirtyAnswerIsDrawn)
+{
+    DisplayGLFW display;
+    display::WindowMode mode = smallMode();
+    mode.fpsMode = display::WindowMode::FPS_EVENT;
+    display.open(mode);
+    Protocol protocol;
+    Recorder recorder{"it", protocol};
+    recorder.attachToDisplay(&display);
+    display.update();
+    display.setDirty(false);
+    protocol.clear();
+
+    recorder.answer("keydown", Listener::DIRTY);
+    display.onKey(GLFW_KEY_F1, GLFW_PRESS);
+    display.update();
+    EXPECT_EQ(protocol, (Protocol{"it keydown", "it draw"}));
+}
+
+TEST_F(Events, NothingIsDeliveredWithoutAWindow)
+{
+    mDisplay.close();
+    press(GLFW_KEY_F1);
+    mDisplay.onChar('x', GLFW_PRESS);
+    mDisplay.onMouseButton(0, GLFW_PRESS);
+    mDisplay.onMouseMove(1.0f, 1.0f);
+    mDisplay.onMouseWheel(1.0f);
+    mDisplay.onWindowSize(1, 1);
+    EXPECT_EQ(told(), Protocol{});
+}
+
+TEST_F(Events, AListenerMayDestroyTheOneThatIsNext)
+{
+    auto victim = std::make_unique<Recorder>("victim", mProtocol);
+    victim->attachToDisplay(&mDisplay);
+    struct Killer : Listener {
+        std::function<void()> mKill;
+        int onKeyDown(const display::KeyEvent&) override
+        {
+            mKill();
+            return WHATEVER;
+        }
+    } killer;
+    killer.mKill = [&] { victim.reset(); };
+    killer.attachToDisplay(&mDisplay);
+    told();
+    press(GLFW_KEY_F1);
+    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown"}));
+}
+
+TEST_F(Events, ModifiersCountFromTheirOwnPressOn)
+{
+    press(GLFW_KEY_LEFT_SHIFT);
+    EXPECT_EQ(mA.mKey.control, display::KEYMOD_LSHIFT);
+    press(GLFW_KEY_RIGHT_CONTROL);
+    press(GLFW_KEY_RIGHT_ALT);
+    mDisplay.onMouseMove(1.0f, 1.0f);
+    EXPECT_EQ(mA.mMove.control,
+              display::KEYMOD_LSHIFT | display::KEYMOD_RCTRL | display::KEYMOD_RALT);
+    EXPECT_TRUE(mA.mMove.shift() && mA.mMove.ctrl() && mA.mMove.alt());
+    EXPECT_FALSE(mA.mMove.rightShift() || mA.mMove.leftCtrl() || mA.mMove.leftAlt());
+    release(GLFW_KEY_LEFT_SHIFT);
+    EXPECT_FALSE(mA.mKey.shift());
+}
+
+TEST_F(Events, ARepeatedKeyIsPressedAgain)
+{
+    press(GLFW_KEY_UP);
+    mDisplay.onKey(GLFW_KEY_UP, GLFW_REPEAT);
+    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown", "B keydown", "A keydown"}));
+    EXPECT_EQ(mA.mKey.key, display::KEY_UP);
+}
+
+TEST_F(Events, MouseMotionCarriesTheWayBack)
+{
+    mDisplay.onMouseMove(16.0f, 12.0f);
+    mDisplay.onMouseMove(32.0f, 6.0f);
+    EXPECT_EQ(mA.mMove.mousePos, (mathbase::Vector2f{32.0f, 6.0f}));
+    EXPECT_EQ(mA.mMove.mousePosUnit, (mathbase::Vector2f{0.5f, 0.125f}));
+    EXPECT_EQ(mA.mMove.mouseDelta, (mathbase::Vector2f{-16.0f, 6.0f}));
+    EXPECT_EQ(mA.mMove.mouseDeltaWheel, 0.0f);
+
+    mDisplay.onMouseWheel(2.0f);
+    mDisplay.onMouseWheel(-1.0f);
+    EXPECT_EQ(mA.mMove.mouseWheel, -1.0f);
+    EXPECT_EQ(mA.mMove.mouseDeltaWheel, -3.0f);
+    EXPECT_EQ(mA.mMove.mouseDelta, (mathbase::Vector2f{0.0f, 0.0f}));
+    EXPECT_EQ(mDisplay.getMousePosition(), (mathbase::Vector3f{32.0f, 6.0f, -1.0f}));
+}
+
+TEST_F(Events, ButtonsBeyondTheThirdAreIgnored)
+{
+    mDisplay.onMouseButton(GLFW_MOUSE_BUTTON_MIDDLE, GLFW_PRESS);
+    EXPECT_EQ(mA.mButton.button, display::MOUSE_MIDDLE);
+    told();
+    mDisplay.onMouseButton(GLFW_MOUSE_BUTTON_4, GLFW_PRESS);
+    EXPECT_EQ(told(), Protocol{});
+}
+
+TEST_F(Events, AResizeByTheUserIsToldInDrawingOrder)
+{
+    mDisplay.setActiveResolution(32, 24);
+    mDisplay.onWindowSize(90, 70);
+    EXPECT_EQ(told(), (Protocol{"A resize 90x70", "B resize 90x70"}));
+    EXPECT_EQ(mDisplay.getWindowMode().activeWidth, 90);
+    EXPECT_EQ(mDisplay.getWindowMode().activeHeight, 70);
+}
+
+/** Left clicks at steps of the frame-stepped clock; 'm' moves the mouse, 'r' clicks the right
+ * button. */
+struct ClickCase {
+    const char* name;
+    const char* clicks;   // c: click, m: move, r: right click, '.': a tenth of a second passes
+    const char* expected; // d: double, s: single, one for each c
+    friend void PrintTo(const ClickCase& click, std::ostream* out) { *out << click.name; }
+};
+
+constexpr ClickCase CLICK_CASES[] = {
+    {"Single",                "c",                "s"   },
+    {"HalfASecondApart",      "c.....c",          "sd"  },
+    {"JustInTime",            "c.......c",        "sd"  },
+    {"TooLate",               "c.........c",      "ss"  },
+    {"MovedBetween",          "c..m..c",          "ss"  },
+    {"ThirdStartsAfresh",     "c..c..c",          "sds" },
+    {"FourthIsDoubleAgain",   "c..c..c..c",       "sdsd"},
+    {"LateOneStartsAPair",    "c..........c...c", "ssd" },
+    {"RightButtonIsNoneOfIt", "c.r.c",            "sd"  },
+};
+
+class DoubleClick : public testing::TestWithParam<ClickCase> {};
+
+TEST_P(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
+{
+    DisplayGLFW display;
+    display::WindowMode mode = smallMode();
+    mode.fpsMode = display::WindowMode::FPS_DELTA;
+    mode.fps = 10.0f;
+    display.open(mode);
+    display.update();
+    Protocol protocol;
+    Recorder recorder{"it", protocol};
+    recorder.attachToDisplay(&display);
+
+    std::string seen;
+    for (const char step : std::string{GetParam().clicks}) {
+        if (step == '.')
+            display.update();
+        else if (step == 'm')
+            display.onMouseMove(display.getMousePosition().x + 1.0f, 0.0f);
+        else
+            display.onMouseButton(step == 'c' ? GLFW_MOUSE_BUTTON_LEFT : GLFW_MOUSE_BUTTON_RIGHT,
+                                  GLFW_PRESS);
+        if (step == 'c')
+            seen += recorder.mButton.doubleClick ? 'd' : 's';
+    }
+    EXPECT_EQ(seen, GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DoubleClick, testing::ValuesIn(CLICK_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+struct KeyCase {
+    const char* name;
+    int glfwKey;
+    int key;
+    friend void PrintTo(const KeyCase& key, std::ostream* out) { *out << key.name; }
+};
+
+constexpr KeyCase KEY_CASES[] = {
+    {"Escape",          GLFW_KEY_ESCAPE,        display::KEY_ESC      },
+    {"Enter",           GLFW_KEY_ENTER,         display::KEY_ENTER    },
+    {"Tab",             GLFW_KEY_TAB,           display::KEY_TAB      },
+    {"Backspace",       GLFW_KEY_BACKSPACE,     display::KEY_BACKSPACE},
+    {"Insert",          GLFW_KEY_INSERT,        293                   },
+    {"Delete",          GLFW_KEY_DELETE,        294                   },
+    {"Up",              GLFW_KEY_UP,            283                   },
+    {"Down",            GLFW_KEY_DOWN,          284                   },
+    {"Left",            GLFW_KEY_LEFT,          285                   },
+    {"Right",           GLFW_KEY_RIGHT,         286                   },
+    {"PageUp",          GLFW_KEY_PAGE_UP,       295                   },
+    {"PageDown",        GLFW_KEY_PAGE_DOWN,     296                   },
+    {"Home",            GLFW_KEY_HOME,          297                   },
+    {"End",             GLFW_KEY_END,           298                   },
+    {"FirstFunction",   GLFW_KEY_F1,            258                   },
+    {"TwelfthFunction", GLFW_KEY_F12,           269                   },
+    {"LastFunction",    GLFW_KEY_F25,           282                   },
+    {"PadZero",         GLFW_KEY_KP_0,          299                   },
+    {"PadNine",         GLFW_KEY_KP_9,          308                   },
+    {"PadDivide",       GLFW_KEY_KP_DIVIDE,     309                   },
+    {"PadMultiply",     GLFW_KEY_KP_MULTIPLY,   310                   },
+    {"PadSubtract",     GLFW_KEY_KP_SUBTRACT,   311                   },
+    {"PadAdd",          GLFW_KEY_KP_ADD,        312                   },
+    {"PadDecimal",      GLFW_KEY_KP_DECIMAL,    313                   },
+    {"PadEqual",        GLFW_KEY_KP_EQUAL,      314                   },
+    {"PadEnter",        GLFW_KEY_KP_ENTER,      315                   },
+    {"LeftShift",       GLFW_KEY_LEFT_SHIFT,    287                   },
+    {"RightShift",      GLFW_KEY_RIGHT_SHIFT,   288                   },
+    {"LeftControl",     GLFW_KEY_LEFT_CONTROL,  289                   },
+    {"RightControl",    GLFW_KEY_RIGHT_CONTROL, 290                   },
+    {"LeftAlt",         GLFW_KEY_LEFT_ALT,      291                   },
+    {"RightAlt",        GLFW_KEY_RIGHT_ALT,     292                   },
+    {"Space",           GLFW_KEY_SPACE,         display::KEY_SPACE    },
+    {"LetterA",         GLFW_KEY_A,             display::KEY_a        },
+    {"LetterZ",         GLFW_KEY_Z,             display::KEY_z        },
+    {"DigitZero",       GLFW_KEY_0,             display::KEY_0        },
+    {"Comma",           GLFW_KEY_COMMA,         display::KEY_COMMA    },
+    {"Backslash",       GLFW_KEY_BACKSLASH,     display::KEY_BACKSLASH},
+    {"Backquote",       GLFW_KEY_GRAVE_ACCENT,  display::KEY_BACKQUOTE},
+    {"CapsLockHasNone", GLFW_KEY_CAPS_LOCK,     -1                    },
+    {"MenuHasNone",     GLFW_KEY_MENU,          -1                    },
+    {"Unknown",         GLFW_KEY_UNKNOWN,       -1                    },
+};
+
+TEST_F(Events, EveryKeyOfTheLibraryHasItsOwnKey)
+{
+    for (const KeyCase& key : KEY_CASES) {
+        press(key.glfwKey);
+        EXPECT_EQ(mA.mKey.key, key.key) << key.name;
+        release(key.glfwKey);
+        told();
+        if (key.glfwKey == GLFW_KEY_ESCAPE)
+            mDisplay.update();
+    }
+}
+
+} // namespace zavex::test
