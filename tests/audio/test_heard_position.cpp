@@ -1,0 +1,104 @@
+#include "audio/aud_device.h"
+#include "audio/aud_file.h"
+#include "audio/aud_source.h"
+#include "audio/aud_stream.h"
+
+#include "support/log_capture.h"
+#include "support/pulse_server.h"
+#include "support/sound_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace zavex::audio {
+namespace {
+
+constexpr int SAMPLE_RATE = test::PulseRecording::SAMPLE_RATE;
+
+/** What the stream said at a time. */
+struct Report {
+    double time = 0.0; // steady seconds
+    std::int64_t position = 0;
+};
+
+/** A sound playing on a sound server, and everything that the server played. */
+class HeardPosition : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        test::clearLog();
+        server.useHere();
+        mono = test::makeNoise(SAMPLE_RATE * 12);
+        std::vector<float> stereo;
+        for (const float sample : mono)
+            stereo.insert(stereo.end(), {sample, sample});
+        const auto holder = std::make_shared<std::vector<std::byte>>(
+            test::encodeSound(test::SoundFormat::WAV, 2, SAMPLE_RATE, stereo));
+        stream =
+            openSound(openDevice("autodetect"),
+                      openSampleSource(createMemoryFile({holder, holder->data()}, holder->size())));
+        ASSERT_NE(stream, nullptr);
+    }
+
+    /** Polls as a show does and returns the last report. */
+    Report playFor(double seconds)
+    {
+        const double end = test::steadySeconds() + seconds;
+        Report report;
+        while (test::steadySeconds() < end) {
+            EXPECT_TRUE(stream->isPlaying());
+            report.position = stream->getPosition();
+            report.time = test::steadySeconds();
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return report;
+    }
+
+    /** Seconds by which `report` was ahead of what the recording holds at that time. */
+    double reportedAhead(const test::PulseRecording& recording, const Report& report) const
+    {
+        const std::vector<float> played = recording.samples();
+        const std::int64_t at = recording.frameAt(report.time);
+        const std::span<const float> piece(played.data() + at, SAMPLE_RATE / 20);
+        const std::int64_t reach = SAMPLE_RATE / 5;
+        const test::SoundMatch match =
+            test::findSound(piece, mono, report.position - reach, report.position + reach);
+        EXPECT_GT(match.correlation, 0.9) << "not found near frame " << report.position;
+        return static_cast<double>(report.position - match.frame) / SAMPLE_RATE;
+    }
+
+    test::PulseServer server;
+    std::vector<float> mono;
+    std::shared_ptr<OutputStream> stream;
+};
+
+TEST_F(HeardPosition, IsWhatTheSoundServerPlays)
+{
+    test::PulseRecording recording(server);
+    stream->play();
+    const Report afterStart = playFor(3.0);
+    stream->setPosition(SAMPLE_RATE * 8);
+    const Report afterSeek = playFor(1.0);
+    stream->stop();
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    stream->play();
+    const Report afterPause = playFor(1.0);
+    stream->setVolume(0.0f);
+    const Report muted = playFor(0.5);
+    playFor(0.2);
+    recording.stop();
+
+    for (const Report& report : {afterStart, afterSeek, afterPause}) {
+        const double ahead = reportedAhead(recording, report);
+        RecordProperty("ahead_ms", std::to_string(ahead * 1000.0));
+        EXPECT_NEAR(ahead, 0.0, 0.020) << "at frame " << report.position;
+    }
+    const std::vector<float> played = recording.samples();
+    EXPECT_EQ(played[static_cast<std::size_t>(recording.frameAt(muted.time))], 0.0f);
+}
+
+} // namespace
+} // namespace zavex::audio

@@ -1,0 +1,216 @@
+#include "audio/aud_device.h"
+#include "audio/aud_file.h"
+#include "audio/aud_source.h"
+#include "audio/aud_stream.h"
+
+#include "support/allocation_counter.h"
+#include "support/log_capture.h"
+#include "support/sound_file.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <ostream>
+#include <string>
+#include <thread>
+
+namespace zavex::audio {
+namespace {
+
+constexpr int SAMPLE_RATE = 44100;
+
+std::shared_ptr<File> makeFile(test::SoundFormat format, double seconds)
+{
+    const auto samples = test::makeNoise(static_cast<std::size_t>(seconds * SAMPLE_RATE) * 2);
+    const auto holder = std::make_shared<std::vector<std::byte>>(
+        test::encodeSound(format, 2, SAMPLE_RATE, samples));
+    return createMemoryFile({holder, holder->data()}, holder->size());
+}
+
+/** Plays on the sound library's silent device, which runs at a real one's pace. */
+class OutputStreamPlaying : public testing::Test {
+protected:
+    void SetUp() override { setenv("ALSOFT_DRIVERS", "null", 1); }
+
+    /** The stream alone holds its device and source. */
+    void open(std::shared_ptr<File> file)
+    {
+        stream = openSound(openDevice("autodetect"), openSampleSource(std::move(file)));
+        ASSERT_NE(stream, nullptr);
+    }
+
+    void openSeconds(double seconds) { open(makeFile(test::SoundFormat::WAV, seconds)); }
+
+    /** Polls as a show does until the position is `frame` or the sound ends; false on the latter.
+     */
+    bool playTo(std::int64_t frame)
+    {
+        while (stream->isPlaying()) {
+            const std::int64_t position = stream->getPosition();
+            EXPECT_GE(position, lastPosition) << "ran backwards";
+            lastPosition = position;
+            if (position >= frame)
+                return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return false;
+    }
+
+    std::shared_ptr<OutputStream> stream;
+    std::int64_t lastPosition = 0;
+};
+
+TEST_F(OutputStreamPlaying, RunsToTheEndAtItsPaceAndCanBeStartedAgain)
+{
+    openSeconds(0.3);
+    EXPECT_FALSE(stream->isPlaying());
+    const auto start = std::chrono::steady_clock::now();
+    stream->play();
+    EXPECT_FALSE(playTo(stream->getLength() + 1));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+
+    EXPECT_GE(took.count(), 0.3);
+    EXPECT_LT(took.count(), 2.0);
+    EXPECT_EQ(stream->getPosition(), stream->getLength());
+    EXPECT_FALSE(stream->isPlaying());
+
+    stream->setPosition(0);
+    EXPECT_FALSE(stream->isPlaying());
+    stream->play();
+    EXPECT_TRUE(stream->isPlaying());
+    lastPosition = 0;
+    EXPECT_TRUE(playTo(1000));
+}
+
+TEST_F(OutputStreamPlaying, StopKeepsThePositionAndPlayGoesOnThere)
+{
+    openSeconds(5.0);
+    stream->play();
+    ASSERT_TRUE(playTo(6000));
+    stream->stop();
+    const std::int64_t stopped = stream->getPosition();
+    EXPECT_FALSE(stream->isPlaying());
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(stream->getPosition(), stopped);
+
+    stream->play();
+    EXPECT_LT(stream->getPosition(), stopped + SAMPLE_RATE / 20);
+    EXPECT_TRUE(playTo(stopped + 3000));
+}
+
+struct SeekCase {
+    const char* name;
+    std::int64_t frame;
+    std::int64_t reached;
+
+    friend void PrintTo(const SeekCase& seek, std::ostream* out) { *out << seek.name; }
+};
+
+constexpr SeekCase SEEK_CASES[] = {
+    {"Negative",  -1,                    0              },
+    {"Start",     0,                     0              },
+    {"Within",    44099,                 44099          },
+    {"End",       2 * SAMPLE_RATE,       2 * SAMPLE_RATE},
+    {"BehindEnd", 2 * SAMPLE_RATE + 1,   2 * SAMPLE_RATE},
+    {"FarTooFar", 1'000'000'000'000'000, 2 * SAMPLE_RATE},
+};
+
+class OutputStreamSeek : public OutputStreamPlaying,
+                         public testing::WithParamInterface<SeekCase> {};
+
+TEST_P(OutputStreamSeek, ReachesTheFrameStoppedAndPlaying)
+{
+    const SeekCase& seek = GetParam();
+    openSeconds(2.0);
+    stream->setPosition(seek.frame);
+    EXPECT_EQ(stream->getPosition(), seek.reached);
+
+    stream->setPosition(0);
+    stream->play();
+    ASSERT_TRUE(playTo(100));
+    stream->setPosition(seek.frame);
+    EXPECT_EQ(stream->getPosition(), seek.reached) << "nothing from there can be heard yet";
+    EXPECT_EQ(stream->isPlaying(), seek.reached < stream->getLength());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, OutputStreamSeek, testing::ValuesIn(SEEK_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(OutputStreamPlaying, AQueueThatRanDryGoesOnWhereItBrokeOff)
+{
+    openSeconds(4.0);
+    stream->play();
+    ASSERT_TRUE(playTo(1000));
+    std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+
+    ASSERT_TRUE(stream->isPlaying()) << "taken for the end";
+    const std::int64_t brokenOff = stream->getPosition();
+    EXPECT_LT(brokenOff, 2 * SAMPLE_RATE) << "what was not played counts as heard";
+    EXPECT_TRUE(playTo(2 * SAMPLE_RATE));
+    EXPECT_FALSE(playTo(4 * SAMPLE_RATE + 1));
+    EXPECT_EQ(stream->getPosition(), 4 * SAMPLE_RATE);
+}
+
+TEST_F(OutputStreamPlaying, OneSecondIsQueuedAhead)
+{
+    openSeconds(4.0);
+    stream->play();
+    ASSERT_TRUE(playTo(1000));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+    EXPECT_GT(stream->getPosition(), 900 * SAMPLE_RATE / 1000) << "ran dry within the second";
+}
+
+TEST_F(OutputStreamPlaying, ADamagedSoundIsSilentToItsLength)
+{
+    auto whole =
+        test::encodeSound(test::SoundFormat::FLAC, 2, SAMPLE_RATE, test::makeNoise(SAMPLE_RATE));
+    const auto holder = std::make_shared<std::vector<std::byte>>(std::move(whole));
+    open(createMemoryFile({holder, holder->data()}, holder->size() / 2));
+    EXPECT_EQ(stream->getLength(), SAMPLE_RATE / 2);
+
+    test::clearLog();
+    stream->play();
+    EXPECT_TRUE(playTo(SAMPLE_RATE / 2 - 1000));
+    EXPECT_FALSE(playTo(SAMPLE_RATE / 2 + 1));
+    EXPECT_EQ(test::countLogged("warning", "The sound breaks off at sample frame"), 1);
+}
+
+TEST_F(OutputStreamPlaying, AllocatesNothingWhilePlaying)
+{
+    open(makeFile(test::SoundFormat::FLAC, 3.0));
+    stream->play();
+    ASSERT_TRUE(playTo(1000));
+    const test::AllocationCounter counter;
+    ASSERT_TRUE(playTo(SAMPLE_RATE / 2));
+    EXPECT_EQ(counter.count(), 0u);
+}
+
+TEST_F(OutputStreamPlaying, SeveralStreamsShareADevice)
+{
+    const auto device = openDevice("autodetect");
+    const auto first = openSound(device, openSampleSource(makeFile(test::SoundFormat::WAV, 0.2)));
+    stream = openSound(device, openSampleSource(makeFile(test::SoundFormat::OGG, 0.2)));
+    first->play();
+    stream->play();
+    EXPECT_FALSE(playTo(SAMPLE_RATE));
+    EXPECT_FALSE(first->isPlaying());
+}
+
+TEST_F(OutputStreamPlaying, RefusesAUselessNumberOfChannels)
+{
+    const auto holder = std::make_shared<std::vector<std::byte>>(
+        test::encodeSound(test::SoundFormat::WAV, 3, SAMPLE_RATE, test::makeNoise(300)));
+    const auto source =
+        openSampleSource(createMemoryFile({holder, holder->data()}, holder->size()));
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(openSound(openDevice("autodetect"), source), nullptr);
+}
+
+TEST_F(OutputStreamPlaying, ThereIsNoDeviceOfAnUnknownName)
+{
+    EXPECT_EQ(openDevice("no such device"), nullptr);
+}
+
+} // namespace
+} // namespace zavex::audio

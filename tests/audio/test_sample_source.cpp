@@ -1,0 +1,199 @@
+#include "audio/aud_file.h"
+#include "audio/aud_source.h"
+
+#include "support/log_capture.h"
+#include "support/sound_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#if defined(__SANITIZE_ADDRESS__)
+// libsndfile loses what libvorbis allocated when an Ogg file turns out to be broken.
+extern "C" const char* __lsan_default_suppressions(); // NOLINT(*-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions()  // NOLINT(*-reserved-identifier)
+{
+    return "leak:vorbis_info_init\n";
+}
+#endif
+
+namespace zavex::audio {
+namespace {
+
+using test::SoundFormat;
+
+std::shared_ptr<SampleSource> openBytes(std::vector<std::byte> bytes)
+{
+    const auto holder = std::make_shared<std::vector<std::byte>>(std::move(bytes));
+    return openSampleSource(createMemoryFile({holder, holder->data()}, holder->size()));
+}
+
+struct FormatCase {
+    const char* name;
+    SoundFormat format;
+    int channels;
+    int sampleRate;
+    std::int64_t frames;
+    double noise; // largest mean square of what the format changes; silence would be 0.083
+
+    friend void PrintTo(const FormatCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr FormatCase FORMAT_CASES[] = {
+    {"Wav",         SoundFormat::WAV,  2, 44100, 50021, 1e-9},
+    {"WavOneFrame", SoundFormat::WAV,  1, 8000,  1,     1e-9},
+    {"Flac",        SoundFormat::FLAC, 2, 48000, 50021, 1e-9},
+    {"FlacMono",    SoundFormat::FLAC, 1, 22050, 4097,  1e-9},
+    {"Ogg",         SoundFormat::OGG,  2, 44100, 50021, 0.06},
+};
+
+class SampleSourceFormat : public testing::TestWithParam<FormatCase> {
+protected:
+    void SetUp() override
+    {
+        const FormatCase& each = GetParam();
+        written = test::makeNoise(static_cast<std::size_t>(each.frames * each.channels));
+        source = openBytes(test::encodeSound(each.format, each.channels, each.sampleRate, written));
+        ASSERT_NE(source, nullptr);
+    }
+
+    std::vector<float> written;
+    std::shared_ptr<SampleSource> source;
+};
+
+TEST_P(SampleSourceFormat, CountsItsFramesExactlyAndDeliversThemAll)
+{
+    const FormatCase& each = GetParam();
+    EXPECT_EQ(source->getFormat().channels, each.channels);
+    EXPECT_EQ(source->getFormat().sampleRate, each.sampleRate);
+    EXPECT_EQ(source->getLength(), each.frames);
+    EXPECT_EQ(source->getPosition(), 0);
+
+    std::vector<float> read(written.size() + static_cast<std::size_t>(each.channels));
+    EXPECT_EQ(source->read(read), each.frames);
+    EXPECT_EQ(source->getPosition(), each.frames);
+    double sum = 0.0;
+    for (std::size_t i = 0; i < written.size(); ++i)
+        sum += std::pow(double{read[i]} - double{written[i]}, 2.0);
+    EXPECT_LE(sum / static_cast<double>(written.size()), each.noise);
+}
+
+TEST_P(SampleSourceFormat, DeliversTheSameFromAnyPosition)
+{
+    const FormatCase& each = GetParam();
+    std::vector<float> whole(written.size());
+    ASSERT_EQ(source->read(whole), each.frames);
+
+    constexpr std::int64_t MOVES = 50;
+    for (std::int64_t move = 0; move < MOVES; ++move) {
+        // Scattered over the sound, near and far from the move before.
+        const std::int64_t frame = each.frames * (move * 19 % MOVES) / MOVES;
+        const std::int64_t expected = std::min<std::int64_t>(700, each.frames - frame);
+        std::vector<float> read(static_cast<std::size_t>(700 * each.channels));
+        source->setPosition(frame);
+        ASSERT_EQ(source->read(read), expected);
+        EXPECT_EQ(source->getPosition(), frame + expected);
+        for (std::int64_t i = 0; i < expected * each.channels; ++i)
+            ASSERT_NEAR(read[static_cast<std::size_t>(i)],
+                        whole[static_cast<std::size_t>(frame * each.channels + i)], 1e-5)
+                << "sample " << i << " behind frame " << frame;
+    }
+}
+
+TEST_P(SampleSourceFormat, StaysWithinItsLength)
+{
+    const FormatCase& each = GetParam();
+    std::vector<float> read(static_cast<std::size_t>(each.channels));
+    source->setPosition(each.frames + 1);
+    EXPECT_EQ(source->getPosition(), each.frames);
+    EXPECT_EQ(source->read(read), 0);
+    source->setPosition(-1);
+    EXPECT_EQ(source->getPosition(), 0);
+    EXPECT_EQ(source->read(read), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceFormat, testing::ValuesIn(FORMAT_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+/** What a good file is cut to or overwritten with, so that nothing is left to be heard. */
+struct BrokenCase {
+    const char* name;
+    SoundFormat format;
+    std::size_t kept; // bytes of the good file
+    std::string_view appended;
+
+    friend void PrintTo(const BrokenCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr BrokenCase BROKEN_CASES[] = {
+    {"Empty",           SoundFormat::WAV,  0,  ""                         },
+    {"Text",            SoundFormat::WAV,  0,  "<demo><music file=\"a\"/>"},
+    {"WavMagicAlone",   SoundFormat::WAV,  4,  ""                         },
+    {"WavHeaderAlone",  SoundFormat::WAV,  44, ""                         },
+    {"FlacMagicAlone",  SoundFormat::FLAC, 4,  ""                         },
+    {"OggFirstPage",    SoundFormat::OGG,  58, ""                         },
+    {"OggMagicAndText", SoundFormat::OGG,  4,  "no page follows this"     },
+};
+
+class SampleSourceBroken : public testing::TestWithParam<BrokenCase> {};
+
+TEST_P(SampleSourceBroken, IsNoSound)
+{
+    const BrokenCase& each = GetParam();
+    std::vector<std::byte> bytes = test::encodeSound(each.format, 2, 44100, test::makeNoise(2000));
+    bytes.resize(each.kept);
+    std::ranges::transform(each.appended, std::back_inserter(bytes),
+                           [](char letter) { return static_cast<std::byte>(letter); });
+    EXPECT_EQ(openBytes(std::move(bytes)), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceBroken, testing::ValuesIn(BROKEN_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(SampleSourceTruncated, EndsWhereTheBytesEndAndSaysSo)
+{
+    std::vector<std::byte> bytes =
+        test::encodeSound(SoundFormat::FLAC, 1, 44100, test::makeNoise(50000));
+    bytes.resize(bytes.size() / 2);
+    const auto source = openBytes(std::move(bytes));
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(source->getLength(), 50000);
+
+    test::clearLog();
+    std::vector<float> samples(50000);
+    const std::int64_t delivered = source->read(samples);
+    EXPECT_GT(delivered, 15000);
+    EXPECT_LT(delivered, 35000);
+    EXPECT_EQ(source->read(samples), 0);
+    EXPECT_EQ(test::countLogged("warning", "The sound breaks off at sample frame"), 1);
+
+    source->setPosition(49000);
+    EXPECT_EQ(source->read(samples), 0) << "nothing can be had there";
+    source->setPosition(100);
+    EXPECT_GT(source->read(samples), 0) << "what is whole can still be read";
+}
+
+/** Cut anywhere, a sound opens or does not; reading and moving in it touches nothing else. */
+TEST(SampleSourceTruncated, BearsBeingCutAnywhere)
+{
+    for (const SoundFormat format : {SoundFormat::WAV, SoundFormat::FLAC, SoundFormat::OGG}) {
+        const auto whole = test::encodeSound(format, 2, 44100, test::makeNoise(3000));
+        std::vector<float> samples(4000);
+        for (std::size_t kept = 0; kept < whole.size(); kept += 1 + whole.size() / 97) {
+            const auto source =
+                openBytes({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(kept)});
+            if (!source)
+                continue;
+            EXPECT_LE(source->read(samples), 1500) << kept;
+            source->setPosition(700);
+            EXPECT_LE(source->read(samples), 800) << kept;
+        }
+    }
+}
+
+} // namespace
+} // namespace zavex::audio

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <span>
+#include <string>
+#include <sys/types.h>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace zavex::test {
+
+/**
+ * A sound server of our own with one sink, "cadenza", that plays at the pace of a real one and is
+ * heard by nobody. Its folder lies under the system's temporary folder and goes with it.
+ *
+ * Programs started with `environment` play on it, and on nothing else.
+ */
+class PulseServer {
+public:
+    /** Returns when the server can be reached. Throws std::runtime_error when it does not start. */
+    PulseServer();
+    ~PulseServer();
+    PulseServer(const PulseServer&) = delete;
+    PulseServer& operator=(const PulseServer&) = delete;
+
+    /** Environment variables, names and values. */
+    std::vector<std::pair<std::string, std::string>> environment() const;
+
+    /** Sets them in this process; call it before the sound library is used. */
+    void useHere() const;
+
+private:
+    void end();
+
+    std::filesystem::path mFolder;
+    pid_t mServer = -1;
+};
+
+/**
+ * Records what the server's sink plays, from construction until `stop`.
+ *
+ * Running, it also keeps the sink awake at a short latency, as a sound card is; before the first
+ * recording the sink takes nearly two seconds to notice a player.
+ */
+class PulseRecording {
+public:
+    static constexpr int SAMPLE_RATE = 44100; // sample frames per second
+
+    explicit PulseRecording(const PulseServer& server);
+    ~PulseRecording();
+    PulseRecording(const PulseRecording&) = delete;
+    PulseRecording& operator=(const PulseRecording&) = delete;
+
+    void stop();
+
+    /** Sample frames recorded by now; may be called while recording. */
+    std::size_t frameCount() const;
+
+    /** What was recorded on the left, full scale in -1..1. Call after `stop`. */
+    std::vector<float> samples() const;
+
+    /**
+     * The sample frame that the sink played at `time`, seconds of std::chrono::steady_clock; exact
+     * to the sink's latency, about 10 milliseconds. Call after `stop`.
+     */
+    std::int64_t frameAt(double time) const;
+
+private:
+    void receive();
+
+    pid_t mRecorder = -1;
+    int mPipe = -1;
+    std::atomic<bool> mStopping = false;
+    mutable std::mutex mMutex;
+    std::vector<std::byte> mBytes;
+    double mOrigin = 0.0; // steady seconds of the first sample frame, by the promptest delivery
+    std::thread mReceiver;
+};
+
+/** Where a piece of sound lies within another, and how alike they are there. */
+struct SoundMatch {
+    std::int64_t frame = 0;
+    double correlation = 0.0; // in -1..1
+};
+
+/** Searches `piece` in `whole` at every start in [first, last), as far as it fits. */
+SoundMatch findSound(std::span<const float> piece, std::span<const float> whole, std::int64_t first,
+                     std::int64_t last);
+
+/** Seconds of std::chrono::steady_clock. */
+double steadySeconds();
+
+} // namespace zavex::test
