@@ -1,16 +1,8 @@
 #pragma once
 
+#include "am/am_file.h"
+
 #include <memory>
-
-namespace zavex::am {
-
-struct FileStructure;
-template <typename Object>
-class TRefCount;
-template <typename Object, typename Counter>
-class TSmartPtr;
-
-} // namespace zavex::am
 
 namespace zavex::audio {
 
@@ -42,7 +34,7 @@ public:
      * @return False when there is no sound device, which is logged, or when the file is no sound or
      *         cannot be played, which is printed on standard output.
      */
-    bool setup(const am::TSmartPtr<am::FileStructure, am::TRefCount<am::FileStructure>>& file);
+    bool setup(const am::File& file);
 
     /** Starts or goes on; at the end of the song call `setTime` first. */
     void play();

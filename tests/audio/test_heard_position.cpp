@@ -3,7 +3,6 @@
 #include "audio/aud_source.h"
 #include "audio/aud_stream.h"
 
-#include "support/log_capture.h"
 #include "support/pulse_server.h"
 #include "support/sound_file.h"
 
@@ -29,7 +28,6 @@ class HeardPosition : public testing::Test {
 protected:
     void SetUp() override
     {
-        test::clearLog();
         server.useHere();
         mono = test::makeNoise(SAMPLE_RATE * 12);
         std::vector<float> stereo;
