@@ -121,8 +121,8 @@ bool DecodedFile::skipTo(std::int64_t frame)
  */
 bool DecodedFile::skipVorbisTo(std::int64_t frame)
 {
-    constexpr std::int64_t LAST_PAGE_SECONDS = 2;
-    const std::int64_t lastPage = mLength - LAST_PAGE_SECONDS * mFormat.sampleRate;
+    constexpr std::int64_t lastPageSeconds = 2;
+    const std::int64_t lastPage = mLength - lastPageSeconds * mFormat.sampleRate;
     const std::int64_t reached = std::clamp<std::int64_t>(lastPage, 0, frame);
     if (sf_seek(mSound.get(), 0, SEEK_SET) != 0 ||
         sf_seek(mSound.get(), reached, SEEK_SET) != reached)

@@ -26,7 +26,7 @@ ALenum findFormat(int channels)
         int channels;
         const char* name;
     };
-    static constexpr Named FORMATS[] = {
+    static constexpr Named formats[] = {
         {1, "AL_FORMAT_MONO_FLOAT32"  },
         {2, "AL_FORMAT_STEREO_FLOAT32"},
         {4, "AL_FORMAT_QUAD32"        },
@@ -34,7 +34,7 @@ ALenum findFormat(int channels)
         {7, "AL_FORMAT_61CHN32"       },
         {8, "AL_FORMAT_71CHN32"       },
     };
-    for (const Named& format : FORMATS)
+    for (const Named& format : formats)
         if (format.channels == channels) {
             const ALenum value = alGetEnumValue(format.name);
             return value == -1 ? AL_NONE : value;

@@ -41,15 +41,18 @@ protected:
         ASSERT_NE(stream, nullptr);
     }
 
-    /** Polls as a show does and returns the last report. */
+    /** Polls as a show does and returns the last report whose time is certain. */
     Report playFor(double seconds)
     {
+        constexpr double certain = 0.002; // seconds that a report may take
         const double end = test::steadySeconds() + seconds;
         Report report;
-        while (test::steadySeconds() < end) {
+        while (test::steadySeconds() < end || report.time == 0.0) {
             EXPECT_TRUE(stream->isPlaying());
-            report.position = stream->getPosition();
-            report.time = test::steadySeconds();
+            const double before = test::steadySeconds();
+            const std::int64_t position = stream->getPosition();
+            if (test::steadySeconds() - before < certain)
+                report = {before, position};
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
         return report;

@@ -88,10 +88,10 @@ TEST_P(SampleSourceFormat, DeliversTheSameFromAnyPosition)
     std::vector<float> whole(written.size());
     ASSERT_EQ(source->read(whole), each.frames);
 
-    constexpr std::int64_t MOVES = 50;
-    for (std::int64_t move = 0; move < MOVES; ++move) {
+    constexpr std::int64_t moves = 50;
+    for (std::int64_t move = 0; move < moves; ++move) {
         // Scattered over the sound, near and far from the move before.
-        const std::int64_t frame = each.frames * (move * 19 % MOVES) / MOVES;
+        const std::int64_t frame = each.frames * (move * 19 % moves) / moves;
         const std::int64_t expected = std::min<std::int64_t>(700, each.frames - frame);
         std::vector<float> read(static_cast<std::size_t>(700 * each.channels));
         source->setPosition(frame);

@@ -23,6 +23,8 @@ namespace zavex::test {
 namespace {
 
 constexpr int FRAME_BYTES = 4; // two channels of 16 bits
+// The sink hands to the recording what it mixes, and states that it plays it this much later.
+constexpr double SINK_BLOCK_SECONDS = 0.010;
 constexpr std::chrono::seconds START_LIMIT{20};
 
 /** Starts a program that ends with this one; `output` becomes its standard output when not -1. */
@@ -136,7 +138,6 @@ PulseRecording::PulseRecording(const PulseServer& server)
                               "--rate=" + std::to_string(SAMPLE_RATE), "--latency-msec=20"},
                              ends[1], server.environment());
     close(ends[1]);
-    mOrigin = std::numeric_limits<double>::infinity();
     mReceiver = std::thread([this] { receive(); });
 }
 
@@ -175,7 +176,16 @@ std::vector<float> PulseRecording::samples() const
 
 std::int64_t PulseRecording::frameAt(double time) const
 {
-    return std::llround((time - mOrigin) * SAMPLE_RATE);
+    // The server may stall on a busy machine, which moves everything behind; so only what was
+    // delivered about that time counts.
+    constexpr double around = 0.3; // seconds
+    const std::scoped_lock lock(mMutex);
+    double origin = std::numeric_limits<double>::infinity();
+    for (const Delivery& delivery : mDeliveries)
+        if (std::abs(delivery.time - time) < around)
+            origin =
+                std::min(origin, delivery.time - static_cast<double>(delivery.frame) / SAMPLE_RATE);
+    return std::llround((time - origin - SINK_BLOCK_SECONDS) * SAMPLE_RATE);
 }
 
 void PulseRecording::receive()
@@ -189,8 +199,7 @@ void PulseRecording::receive()
         mBytes.insert(mBytes.end(), piece.begin(), piece.begin() + count);
         // The last delivery is cut short and tells nothing about the pace.
         if (!mStopping)
-            mOrigin = std::min(mOrigin, steadySeconds() - static_cast<double>(mBytes.size()) /
-                                                              FRAME_BYTES / SAMPLE_RATE);
+            mDeliveries.push_back({steadySeconds(), std::ssize(mBytes) / FRAME_BYTES});
     }
 }
 

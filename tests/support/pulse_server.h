@@ -65,12 +65,18 @@ public:
     std::vector<float> samples() const;
 
     /**
-     * The sample frame that the sink played at `time`, seconds of std::chrono::steady_clock; exact
-     * to the sink's latency, about 10 milliseconds. Call after `stop`.
+     * The sample frame that the sink played at `time`, seconds of std::chrono::steady_clock, as the
+     * promptest delivery around that time tells. Call after `stop`.
      */
     std::int64_t frameAt(double time) const;
 
 private:
+    /** When what had been received by then ended. */
+    struct Delivery {
+        double time = 0.0; // steady seconds
+        std::int64_t frame = 0;
+    };
+
     void receive();
 
     pid_t mRecorder = -1;
@@ -78,7 +84,7 @@ private:
     std::atomic<bool> mStopping = false;
     mutable std::mutex mMutex;
     std::vector<std::byte> mBytes;
-    double mOrigin = 0.0; // steady seconds of the first sample frame, by the promptest delivery
+    std::vector<Delivery> mDeliveries; // oldest first
     std::thread mReceiver;
 };
 
