@@ -43,11 +43,19 @@ function(cadenza_test name)
     target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags GTest::gtest_main)
     cadenza_keep_loaded(test_${name})
-    set(properties LABELS "${name};${arg_LABELS}" TIMEOUT 300)
+    set(properties TIMEOUT 300)
     if(arg_SERIAL)
         list(APPEND properties RESOURCE_LOCK ${name})
     endif()
     gtest_discover_tests(test_${name} PROPERTIES ${properties} DISCOVERY_MODE PRE_TEST)
+    # A list cannot be handed through the discovery: it would end at its first semicolon.
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake @ONLY CONTENT [[
+if(test_@name@_TESTS)
+    set_tests_properties(${test_@name@_TESTS} PROPERTIES LABELS "@name@;@arg_LABELS@")
+endif()
+]])
+    set_property(DIRECTORY APPEND PROPERTY
+        TEST_INCLUDE_FILES ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake)
 endfunction()
 
 # cadenza_bench(<name> SOURCES <file...> LINK <library...>)
