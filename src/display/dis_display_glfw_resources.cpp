@@ -139,9 +139,12 @@ void DisplayGLFW::destroy(const Resource* resource)
 void DisplayGLFW::forget(const Resource* resource)
 {
     std::erase_if(mTextureCache, [=](const auto& entry) { return entry.second == resource; });
-    if (!mOpened)
+    if (!mOpened) {
+        mImmediate.discard();
         return;
+    }
 
+    mImmediate.flush();
     if (mCurrentShader == resource)
         setShader(nullptr);
     if (mCurrentFBO == resource)
@@ -154,6 +157,7 @@ void DisplayGLFW::forget(const Resource* resource)
 void DisplayGLFW::disposeResources()
 {
     ZVX_LOG("log", "app", "DisplayGLFW::disposeResources");
+    mImmediate.flush();
     resetBindings();
     for (Resource* const resource : mResources)
         if (!resource->isDisposed())

@@ -2,6 +2,7 @@
 
 #include "common/zvx_system.h"
 #include "display/dis_glinclude.h"
+#include "display/dis_texture_gl.h"
 
 #include <utility>
 
@@ -170,7 +171,10 @@ void Immediate::draw()
     const Drawing drawing(*this);
 
     apply(mArrayState);
-    drawArray();
+    if (mArrayState.texture == nullptr)
+        drawArray();
+    else
+        drawArrayWith(*mArrayState.texture);
     ++mDrawnArrays;
 }
 
@@ -193,6 +197,20 @@ void Immediate::drawArray() const
                                    static_cast<GLsizei>(mIndexCount), GL_UNSIGNED_SHORT,
                                    mIndices.get()));
     GL_CHECKED(glPopClientAttrib());
+}
+
+/** What the display has bound to channel 0 comes back after, so that its records stay true. */
+void Immediate::drawArrayWith(Texture& texture) const
+{
+    GLint unit = 0;
+    GLint bound = 0;
+    GL_CHECKED(glGetIntegerv(GL_ACTIVE_TEXTURE, &unit));
+    GL_CHECKED(glActiveTexture(GL_TEXTURE0));
+    GL_CHECKED(glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound));
+    static_cast<Texture_GL&>(texture).bind();
+    drawArray();
+    GL_CHECKED(glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound)));
+    GL_CHECKED(glActiveTexture(static_cast<GLenum>(unit)));
 }
 
 void Immediate::apply(const State& state)

@@ -189,6 +189,7 @@ private:
     void makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices);
     void draw();
     void drawArray() const;
+    void drawArrayWith(Texture& texture) const;
     void apply(const State& state);
 
     static Immediate* sLive;
