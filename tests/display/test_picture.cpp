@@ -1,0 +1,74 @@
+#include "support/picture.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace zavex::test {
+namespace {
+
+Picture grey(int width, int height, std::uint8_t level)
+{
+    return {width, height,
+            std::vector<std::uint8_t>(static_cast<std::size_t>(3 * width * height), level)};
+}
+
+class PictureTest : public testing::Test {
+protected:
+    void SetUp() override { std::filesystem::remove_all(mFolder); }
+    void TearDown() override
+    {
+        unsetenv("CADENZA_UPDATE_PICTURES");
+        std::filesystem::remove_all(mFolder);
+    }
+
+    std::string mFolder = testing::TempDir() + "cadenza_pictures_" + std::to_string(getpid());
+    PictureFolders mFolders{mFolder + "/stored", mFolder + "/actual"};
+};
+
+TEST_F(PictureTest, MeasuresTheWorstChannel)
+{
+    Picture actual = grey(2, 2, 10);
+    actual.rgb[1] = 30; // green of the first pixel
+    actual.rgb[3] = 8;  // red of the second
+
+    const PictureDifference difference = differenceOf(actual, grey(2, 2, 10));
+    EXPECT_DOUBLE_EQ(difference.mean, 5.0);
+    EXPECT_EQ(difference.maximum, 20);
+}
+
+TEST_F(PictureTest, RefusesWhatIsBeyondEitherTolerance)
+{
+    Picture actual = grey(2, 2, 10);
+    actual.rgb[0] = 20;
+    EXPECT_TRUE(isSamePicture(actual, grey(2, 2, 10), {2.5, 10}));
+    EXPECT_FALSE(isSamePicture(actual, grey(2, 2, 10), {2.4, 10}));
+    EXPECT_FALSE(isSamePicture(actual, grey(2, 2, 10), {2.5, 9}));
+    EXPECT_FALSE(isSamePicture(actual, grey(2, 3, 10), {255.0, 255}));
+}
+
+TEST_F(PictureTest, LeavesTheActualPictureBehindOnFailure)
+{
+    writePicture(mFolders.stored + "/one.png", grey(3, 2, 10));
+    EXPECT_TRUE(looksLike(grey(3, 2, 10), "one", {}, mFolders));
+    EXPECT_FALSE(std::filesystem::exists(mFolders.actual));
+
+    EXPECT_FALSE(looksLike(grey(3, 2, 90), "one", {}, mFolders));
+    EXPECT_EQ(readPicture(mFolders.actual + "/one.png").rgb, grey(3, 2, 90).rgb);
+
+    EXPECT_FALSE(looksLike(grey(3, 2, 90), "missing", {}, mFolders));
+    EXPECT_TRUE(std::filesystem::exists(mFolders.actual + "/missing.png"));
+}
+
+TEST_F(PictureTest, ReplacesTheStoredPictureWhenAsked)
+{
+    setenv("CADENZA_UPDATE_PICTURES", "1", 1);
+    EXPECT_TRUE(looksLike(grey(3, 2, 90), "one", {}, mFolders));
+    unsetenv("CADENZA_UPDATE_PICTURES");
+    EXPECT_TRUE(looksLike(grey(3, 2, 90), "one", {}, mFolders));
+}
+
+} // namespace
+} // namespace zavex::test
