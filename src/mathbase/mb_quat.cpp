@@ -11,6 +11,16 @@ namespace {
 
 constexpr float OPPOSITE = 1e-12f; // |a + b|^2 of two unit vectors that count as opposite
 
+// The axes, x being 0, in the order of the letters of each `RotationOrder`.
+constexpr int AXES_BY_ORDER[6][3] = {
+    {0, 1, 2},
+    {0, 2, 1},
+    {1, 0, 2},
+    {2, 0, 1},
+    {1, 2, 0},
+    {2, 1, 0},
+};
+
 /** Some unit vector at right angles to `v`. */
 Vector3f perpendicularTo(const Vector3f& v)
 {
@@ -32,15 +42,7 @@ void Quatf::setEuler(const Euler& euler)
     about[1].setRotY(euler.angles.y);
     about[2].setRotZ(euler.angles.z);
 
-    constexpr int AXES[6][3] = {
-        {0, 1, 2},
-        {0, 2, 1},
-        {1, 0, 2},
-        {2, 0, 1},
-        {1, 2, 0},
-        {2, 1, 0},
-    };
-    const auto& axes = AXES[order];
+    const auto& axes = AXES_BY_ORDER[order];
     *this = about[axes[0]] * about[axes[1]] * about[axes[2]];
 }
 

@@ -26,7 +26,8 @@ inline constexpr float LARGEST_BELOW_ONE = 0x1.fffffep-1f;
  * Seeding leaves the state two steps from the seed.
  */
 template <std::uint32_t MULTIPLIER, std::uint32_t INCREMENT>
-struct RandomGen_LCG {
+class RandomGen_LCG {
+public:
     constexpr explicit RandomGen_LCG(std::uint32_t seed = 0) { setSeed(seed); }
 
     constexpr void setSeed(std::uint32_t seed)
@@ -57,7 +58,8 @@ struct RandomGen_LCG {
 };
 
 /** The same operations on the C library's `rand`, whose one state all instances share. */
-struct RandomGen_Rand {
+class RandomGen_Rand { // NOLINT(readability-identifier-naming): a fixed name
+public:
     void setSeed(std::uint32_t seed);
 
     /** In 0..`getMaxLong()`. */

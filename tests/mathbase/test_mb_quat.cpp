@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace zavex::mathbase {
 
 namespace {
@@ -80,20 +82,28 @@ TEST(Quat, RefusesAnOrderThatIsNone)
     }
 }
 
-TEST(Quat, TurnsOneDirectionOntoAnother)
+constexpr Vector3f DIRECTIONS[] = {
+    X, Y, -X, {3.0f,  -2.0f, 5.0f },
+       {-3.0f, 2.0f,  -5.0f},
+       {-1.0f, 1e-4f, 0.0f }
+};
+
+class QuatOrientation : public testing::TestWithParam<std::tuple<Vector3f, Vector3f>> {};
+
+TEST_P(QuatOrientation, TurnsOneDirectionOntoAnother)
 {
-    const Vector3f directions[] = {
-        X, Y, -X, {3.0f,  -2.0f, 5.0f },
-           {-3.0f, 2.0f,  -5.0f},
-           {-1.0f, 1e-4f, 0.0f }
-    };
-    for (const Vector3f& from : directions) {
-        for (const Vector3f& to : directions) {
-            const Quatf turn(from, to);
-            EXPECT_TRUE(isNear(turn * from.getNormalized(), to.getNormalized()));
-            EXPECT_NEAR(turn.length(), 1.0f, 1e-6f);
-        }
-    }
+    const auto [from, to] = GetParam();
+    const Quatf turn(from, to);
+    EXPECT_TRUE(isNear(turn * from.getNormalized(), to.getNormalized()));
+    EXPECT_NEAR(turn.length(), 1.0f, 1e-6f);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, QuatOrientation,
+                         testing::Combine(testing::ValuesIn(DIRECTIONS),
+                                          testing::ValuesIn(DIRECTIONS)));
+
+TEST(Quat, RefusesToTurnWhatHasNoDirection)
+{
     EXPECT_EQ(thrownMessage([] { Quatf(X, Vector3f{}); }), "length>0.0000000001f");
 }
 

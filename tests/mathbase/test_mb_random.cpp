@@ -19,6 +19,11 @@ using test::PI;
 using Generator = RandomGen_LCG<69069u, 5u>;
 using Random = RandomBase<Generator>;
 
+constexpr std::uint32_t INVERSE_OF_MULTIPLIER = 2783094533u;
+static_assert(INVERSE_OF_MULTIPLIER * 69069u == 1u);
+
+constexpr int DRAWS = 40000;
+
 TEST(RandomLcg, FollowsItsSequenceFromASeed)
 {
     Generator generator(0);
@@ -33,8 +38,6 @@ TEST(RandomLcg, FollowsItsSequenceFromASeed)
 
 TEST(RandomLcg, StaysBelowOneAtItsLargestState)
 {
-    constexpr std::uint32_t INVERSE_OF_MULTIPLIER = 2783094533u;
-    static_assert(INVERSE_OF_MULTIPLIER * 69069u == 1u);
     Generator generator;
     generator.mX = (UINT32_MAX - 5u) * INVERSE_OF_MULTIPLIER;
     EXPECT_LT(generator.nextFloat(), 1.0f);
@@ -170,17 +173,16 @@ class RandomDraw : public testing::TestWithParam<DrawCase> {};
 
 TEST_P(RandomDraw, StaysWhereItBelongsAndCentresWhereItsDensityDoes)
 {
-    constexpr int COUNT = 40000;
     Random random(42);
     Vector3f sum;
-    for (int i = 0; i < COUNT; ++i) {
+    for (int i = 0; i < DRAWS; ++i) {
         const Vector3f drawn = GetParam().draw(random);
         ASSERT_TRUE(GetParam().isAllowed(drawn)) << test::text(drawn, 3);
         sum += drawn;
     }
     const float fourStandardErrors =
-        4.0f * GetParam().spread / std::sqrt(static_cast<float>(COUNT));
-    EXPECT_TRUE(isNear(sum * (1.0f / COUNT), GetParam().mean, fourStandardErrors));
+        4.0f * GetParam().spread / std::sqrt(static_cast<float>(DRAWS));
+    EXPECT_TRUE(isNear(sum * (1.0f / DRAWS), GetParam().mean, fourStandardErrors));
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, RandomDraw, testing::ValuesIn(DRAW_CASES),

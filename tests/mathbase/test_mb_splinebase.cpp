@@ -46,6 +46,7 @@ SplineFloat curve(const Keys& keys, SplineFloat::InterpolationMode interpolation
 std::vector<float> timesOf(const SplineFloat& spline)
 {
     std::vector<float> times;
+    times.reserve(static_cast<std::size_t>(spline.getNumKeys()));
     for (int i = 0; i < spline.getNumKeys(); ++i)
         times.push_back(spline[i].time);
     return times;
