@@ -70,12 +70,13 @@ am::Image loadedImage(const Resource& resource, const std::string& name, Load lo
             "Display::Resource; This resource can not load files (when loading image '%s')",
             name.c_str()};
 
+    am::ArchiveManager& archive = *resource.getDisplay()->getArchive();
     try {
-        return load(*resource.getDisplay()->getArchive());
+        return load(archive);
     } catch (const Exception& exception) {
-        throw Exception{
-            "Display::Resource; Could not read (or decode) image '%s' (am msg was '%s')",
-            name.c_str(), exception.what()};
+        throw Exception{"Display::Resource; Could not read (or decode) image '%s' (am msg was "
+                        "'%s') (searched: %s)",
+                        name.c_str(), exception.what(), archive.describeSearch().c_str()};
     }
 }
 
