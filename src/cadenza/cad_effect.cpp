@@ -1,0 +1,178 @@
+#include "cadenza/cad_effect.h"
+
+#include "am/am.h"
+#include "am/am_atomicwrite.h"
+#include "cadenza/cad_plugin.h"
+#include "common/zvx_system.h"
+#include "vellum/vel_container.h"
+#include "xml/xml_parser.h"
+
+#include <cstdio>
+
+namespace zavex::cadenza {
+
+Effect::Effect()
+{
+    mContext.addOption("on/off", "");
+    mContext.addOption("lock/unlock", "");
+}
+
+vellum::Control::Area Effect::getOccupiedArea()
+{
+    if (!mLocked)
+        return LayoutStack::getOccupiedArea();
+
+    Area header = getArea();
+    header.mMax.y = header.mMin.y + HEADER_HEIGHT;
+    return header;
+}
+
+bool Effect::acceptEvents(vellum::Event& event)
+{
+    return LayoutStack::acceptEvents(event) || mMouseOverIndex > 0;
+}
+
+void Effect::update(float time)
+{
+    for (PluginBase* plugin : mPlugin)
+        plugin->update(time);
+}
+
+void Effect::updatePlugins()
+{
+    const float width = mArea.mMax.x - mArea.mMin.x;
+    for (PluginBase* plugin : mPlugin)
+        plugin->setupControl(width);
+    recalculate(true);
+}
+
+void Effect::setIdentity(const std::string& type, const std::string& name)
+{
+    mType = type;
+    mName = name;
+}
+
+void Effect::setSpan(float start, float end)
+{
+    mStart = start;
+    mEnd = end;
+}
+
+void Effect::addPlugin(const std::string& name, PluginBase& plugin)
+{
+    std::printf("Adding %s to list of plugins\n", name.c_str());
+    plugin.mName = name;
+    mPlugin.push_back(&plugin);
+}
+
+void Effect::nameFile()
+{
+    mFilename = "script/" + mType + "." + mName + ".xml";
+}
+
+void Effect::load(display::DisplayGL* display)
+{
+    mDisplay = display;
+    nameFile();
+    ZVX_LOG("log", "app", "effect::load: filename: %s\n", mFilename.c_str());
+
+    am::ArchiveManager archive;
+    archive.addArchive("./");
+    const am::File file = archive.readFile(mFilename, -1);
+    if (file.isNull())
+        return;
+
+    xml::XmlParser parser;
+    try {
+        parser.parse(file->data, file->length);
+    } catch (const Exception& exception) {
+        throw Exception("%s: %s", mFilename.c_str(), exception.what());
+    }
+    readScript(parser);
+}
+
+void Effect::readScript(const xml::XmlParser& parser)
+{
+    if (parser.createIterator("").getRoot().getName() != "effect")
+        return;
+
+    if (xml::IteratorConst option = parser.createIterator("option"); ++option) {
+        if (option->getValueInt("inactive") != 0)
+            setInactive(true);
+        if (option->getValueInt("locked") != 0)
+            mLocked = true;
+    }
+    if (xml::IteratorConst time = parser.createIterator("time"); ++time)
+        setSpan(time->getValueFloat("start"), time->getValueFloat("end"));
+    readPlugins(parser);
+}
+
+void Effect::readPlugins(const xml::XmlParser& parser)
+{
+    for (PluginBase* plugin : mPlugin) {
+        xml::IteratorConst element = parser.createIterator("plugin");
+        while (++element) {
+            if (element->getValue("name") == plugin->mName) {
+                plugin->load(element);
+                break;
+            }
+        }
+    }
+}
+
+void Effect::save()
+{
+    nameFile();
+    ZVX_LOG("log", "app", "effect::save: filename: %s\n", mFilename.c_str());
+
+    xml::XmlParser parser;
+    writeScript(parser);
+    std::string text;
+    parser.write(text, "\t");
+
+    std::string reason;
+    if (!am::writeFileAtomically(mFilename, text, reason))
+        ZVX_LOG("log", "app", "Could not save '%s': %s\n", mFilename.c_str(), reason.c_str());
+}
+
+void Effect::writeScript(xml::XmlParser& parser)
+{
+    xml::Iterator root = parser.createIterator("");
+    root.setRoot(xml::XmlTag("effect"));
+
+    root.addChild(xml::XmlTag("option"));
+    root->setValue("inactive", getInactive() ? 1 : 0);
+    root->setValue("locked", mLocked ? 1 : 0);
+
+    root.addChild(xml::XmlTag("time"));
+    root->setValue("start", mStart);
+    root->setValue("end", mEnd);
+
+    for (PluginBase* plugin : mPlugin) {
+        xml::XmlTag tag("plugin");
+        tag.setValue("type", plugin->mType);
+        tag.setValue("name", plugin->mName);
+        xml::Iterator body = root.addChild(tag);
+        plugin->save(body);
+    }
+}
+
+void Effect::setupControl()
+{
+    if (xml::IteratorConst colours = getStyle("effect"); ++colours)
+        loadStyle(colours);
+    setArea({0, 0, 0, 0});
+
+    auto* header = new vellum::Container; // owned by this control from here on
+    header->setCaption("hej");
+    header->setArea({0, 0, HEADER_WIDTH, HEADER_HEIGHT});
+    addControl(header, 0);
+    for (PluginBase* plugin : mPlugin)
+        addControl(plugin->getControl(), 0);
+
+    const Area occupied = getOccupiedArea();
+    setArea({mStart * UNITS_PER_SECOND, occupied.mMin.y, mEnd * UNITS_PER_SECOND, occupied.mMax.y});
+    updatePlugins();
+}
+
+} // namespace zavex::cadenza

@@ -1,0 +1,192 @@
+// Start-up and shut-down; what the configuration means is in cad_setup, the frames in cad_playback.
+
+#include "cadenza/cad_main.h"
+
+#include "cadenza/cad_effect.h"
+#include "cadenza/cad_factory.h"
+#include "common/zvx_system.h"
+#include "display/dis_display.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+
+namespace zavex::cadenza {
+
+namespace {
+
+constexpr float NEW_EFFECT_END = 10.0f; // seconds
+
+} // namespace
+
+Cadenza::Cadenza() : mExceptionsAtStart(std::uncaught_exceptions()) {}
+
+Cadenza::~Cadenza()
+{
+    // A run that failed holds no state worth keeping.
+    if (mSetup && std::uncaught_exceptions() == mExceptionsAtStart)
+        saveXml();
+
+    attachToDisplay(nullptr);
+    mDisplay.reset();
+}
+
+void Cadenza::addFactory(const std::string& type, EffectFactoryBase* factory)
+{
+    mFactory[type] = factory;
+}
+
+Effect* Cadenza::addEffect(const std::string& type, const std::string& name)
+{
+    const auto factory = mFactory.find(type);
+    if (factory == mFactory.end()) {
+        ZVX_LOG("log", "app", "Effect %s not found.", type.c_str());
+        return nullptr;
+    }
+
+    Effect* effect = factory->second->create();
+    effect->setIdentity(type, name);
+    effect->setSpan(0.0f, NEW_EFFECT_END);
+    mEffect.push_back(effect);
+    return effect;
+}
+
+void Cadenza::openDisplay(int width, int height, bool fullscreen, const std::string& title)
+{
+    if (width <= 0 || height <= 0)
+        throw Exception("%s: display width and height must be positive, found %d x %d",
+                        mSetupFilename.c_str(), width, height);
+
+    display::WindowMode mode(title, width, height, fullscreen);
+    mode.canResize = true;
+    mode.fpsMode = mFpsMode;
+
+    mDisplay.reset(display::DisplayGL::create());
+    attachToDisplay(mDisplay.get());
+    if (mDumpVideo != nullptr) {
+        mode.fpsMode = display::WindowMode::FPS_DELTA;
+        mode.fps = mDumpRate;
+        prepareDumpImage(width, height);
+    }
+    mDisplay->open(mode);
+    mDisplay->setArchive(&mArchive);
+    if (mDumpVideo != nullptr)
+        requireDumpSize();
+}
+
+void Cadenza::prepareDumpImage(int width, int height)
+{
+    if (height % 2 != 0)
+        throw Exception("%s: the display height must be even to record, found %d",
+                        mSetupFilename.c_str(), height);
+    if (!mDumpImage.isNull())
+        return;
+
+    mDumpImage.assign(new am::ImageObject); // owned by the handle
+    mDumpImage->resize(width, height);
+    mDumpVideo->attach(mDumpImage);
+}
+
+void Cadenza::requireDumpSize() const
+{
+    const display::WindowMode& mode = mDisplay->getWindowMode();
+    if (mode.width != mDumpImage->getWidth() || mode.height != mDumpImage->getHeight())
+        throw Exception("%s: cannot record %d x %d pixels, the screen gave a window of %d x %d",
+                        mSetupFilename.c_str(), mDumpImage->getWidth(), mDumpImage->getHeight(),
+                        mode.width, mode.height);
+}
+
+void Cadenza::openSound(const char* filename)
+{
+    if (mNosound)
+        return;
+
+    const am::File file = mArchive.readFile(filename, -1);
+    if (file.isNull())
+        throw Exception("Could not open the file '%s'!", filename);
+    if (!mMusic.setup(file))
+        mNosound = true;
+}
+
+void Cadenza::openDevices()
+{
+    if (mFoundDisplay)
+        openDisplay(mWidth, mHeight, mFullscreen, mTitle);
+    if (!mNosound)
+        openSound(mMusicFilename.c_str());
+}
+
+void Cadenza::run()
+{
+    if (!mSetup && !mSetupFilename.empty())
+        throw Exception("%s: the root element is not 'demo', nothing is configured",
+                        mSetupFilename.c_str());
+    openDevices();
+    if (!mFoundDisplay)
+        return;
+
+    loadScripts();
+    if (!mNosound) {
+        mMusic.mute(mMuted);
+        mMusic.play();
+        mSongLength = mMusic.getSongLength();
+    }
+    setupEffects();
+    startTime();
+    runFrames();
+}
+
+void Cadenza::loadScripts()
+{
+    for (Effect* effect : mEffect)
+        effect->load(mDisplay.get());
+    mScriptsLoaded = true;
+}
+
+void Cadenza::setupEffects()
+{
+    std::printf("\nLoading gui\n");
+    for (Effect* effect : mEffect)
+        effect->setupControl();
+    for (Effect* effect : mEffect)
+        effect->setup();
+    std::printf("\n---\n");
+}
+
+void Cadenza::startTime()
+{
+    float t = std::max(mStartTime, 0.0f);
+    if (!mNosound)
+        t = seekMusic(t);
+    setClock(t);
+    hideOsd();
+
+    if (mDumpVideo != nullptr) {
+        mDumpStart = t;
+        mDumpFrame = 0;
+        mLastTime = t;
+    }
+}
+
+void Cadenza::runFrames()
+{
+    if (mDumpVideo == nullptr) {
+        mDisplay->updateBlocking();
+        return;
+    }
+    while (!isDumpComplete() && mDisplay->update()) {
+    }
+    ZVX_LOG("log", "app", "Dumped %lld frames, %d lost\n", static_cast<long long>(mDumpFrame),
+            mDumpVideo->getLostFrames());
+}
+
+void Cadenza::saveXml()
+{
+    // Effects that never read their files would overwrite them with nothing.
+    if (!mScriptsLoaded)
+        return;
+    for (Effect* effect : mEffect)
+        effect->save();
+}
+
+} // namespace zavex::cadenza

@@ -1,0 +1,248 @@
+// Playing: demo time, the work of a frame, the keys.
+
+#include "cadenza/cad_effect.h"
+#include "cadenza/cad_main.h"
+#include "common/zvx_system.h"
+#include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
+#include "display/dis_event.h"
+#include "mathbase/mb_matrix4x4col.h"
+#include "mathbase/mb_vector4.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace zavex::cadenza {
+
+namespace {
+
+using display::DisplayObsolete;
+using mathbase::Vector4f;
+
+constexpr float SEEK_STEP = 5.0f;      // seconds
+constexpr float NEVER_SHOWN = -100.0f; // demo time of a position bar that was not called up
+constexpr int OSD_LOCATIONS = 3;
+
+// The position bar, in normalised device coordinates.
+constexpr float OSD_HALF_WIDTH = 0.98f;
+constexpr float OSD_HALF_HEIGHT = 0.03f;
+constexpr float OSD_MARK_WIDTH = 0.005f;
+constexpr float OSD_MARK_HALF_HEIGHT = 0.028f;
+constexpr float OSD_CENTRE = 0.9313726f; // distance of an outer location from the middle
+constexpr float OSD_LINE_WIDTH = 1.0f;   // pixels
+
+void drawOsdMark(float progress, float centre, const Vector4f& colour)
+{
+    const float x = OSD_HALF_WIDTH * (2.0f * progress) - OSD_HALF_WIDTH;
+    DisplayObsolete::setColor(colour);
+    DisplayObsolete::drawBox(x, centre - OSD_MARK_HALF_HEIGHT, x + OSD_MARK_WIDTH,
+                             centre + OSD_MARK_HALF_HEIGHT, DisplayObsolete::SOLID);
+}
+
+void drawOsdFrame(float centre, const Vector4f& colour, DisplayObsolete::FillMode mode)
+{
+    DisplayObsolete::setColor(colour);
+    DisplayObsolete::drawBox(-OSD_HALF_WIDTH, centre - OSD_HALF_HEIGHT, OSD_HALF_WIDTH,
+                             centre + OSD_HALF_HEIGHT, mode);
+}
+
+} // namespace
+
+PictureSize letterbox(const PictureSize& window, float aspect)
+{
+    PictureSize picture{window.width, static_cast<int>(static_cast<float>(window.width) / aspect)};
+    if (picture.height > window.height)
+        picture = {static_cast<int>(static_cast<float>(window.height) * aspect), window.height};
+    return {picture.width & ~1, picture.height & ~1};
+}
+
+void Cadenza::setTime(float t)
+{
+    t = std::max(t, 0.0f);
+    if (!mNosound)
+        t = seekMusic(t);
+    setClock(t);
+    mOsdTime = t;
+}
+
+float Cadenza::seekMusic(float t)
+{
+    mMusic.setTime(t);
+    mLastTime = mMusic.getTime();
+    mClockFollower.restart(double{mLastTime});
+    return mLastTime;
+}
+
+void Cadenza::setClock(float t)
+{
+    mClock.setTime(t);
+    if (mPaused)
+        mPausedTime = t;
+}
+
+float Cadenza::getTime()
+{
+    if (mDumpVideo != nullptr) {
+        ++mDumpFrame;
+        mSystemTime = static_cast<float>(double{mDumpStart} +
+                                         static_cast<double>(mDumpFrame) / double{mDumpRate});
+        return mSystemTime;
+    }
+
+    if (!mNosound && !mPaused)
+        followMusic();
+    mSystemTime = mPaused ? mPausedTime : mClock.getTime();
+    mMusicTime = mNosound ? mSystemTime : mMusic.getTime();
+    return mSystemTime;
+}
+
+void Cadenza::followMusic()
+{
+    const float clock = mClock.getTime();
+    const double correction = mClockFollower.follow(double{clock}, double{mMusic.getTime()});
+    if (correction != 0.0)
+        mClock.setTime(static_cast<float>(double{clock} + correction));
+}
+
+void Cadenza::onDraw()
+{
+    if (!mNosound && !mMusic.isPaused() && !mMusic.isPlaying())
+        endSong();
+    getTime();
+    drawEffects();
+    mLastTime = mSystemTime;
+
+    if (mDumpVideo != nullptr) {
+        mDisplay->getScreenShot(mDumpImage);
+        mDumpVideo->writeFrame();
+    }
+    if (mDumpVideo != nullptr || (mOsd && isOsdCalledUp(mMusicTime))) {
+        mDisplay->resetStates();
+        drawOsd();
+    }
+}
+
+void Cadenza::endSong()
+{
+    if (!mLoop)
+        std::exit(0); // the way a show ends by itself: nothing was edited, nothing is saved
+
+    setTime(0.0f);
+    mMusic.play();
+    hideOsd();
+}
+
+void Cadenza::drawEffects()
+{
+    const float t = mSystemTime;
+    for (Effect* effect : mEffect) {
+        if (!effect->covers(t) || effect->getInactive())
+            continue;
+        const float local = t - effect->getStart();
+        effect->update(local);
+        effect->draw(local, t - mLastTime, local / (effect->getEnd() - effect->getStart()));
+    }
+}
+
+bool Cadenza::isDumpComplete() const
+{
+    // A length in decimals times a rate may land just above the whole number of frames it means.
+    constexpr double TOLERANCE = 1e-3;
+    return mDumpLength > 0.0 && static_cast<double>(mDumpFrame) >=
+                                    std::ceil(mDumpLength * double{mDumpRate} - TOLERANCE);
+}
+
+void Cadenza::hideOsd()
+{
+    mOsdTime = NEVER_SHOWN;
+}
+
+void Cadenza::drawOsd()
+{
+    DisplayObsolete drawing;
+    DisplayObsolete::setProject(drawing.getTransform());
+    drawing.setCamera();
+    DisplayObsolete::setFaceCulling(false);
+    DisplayObsolete::setDepthTest(false);
+    DisplayObsolete::setBlending(true);
+    DisplayObsolete::setLineWidth(OSD_LINE_WIDTH);
+
+    const float centre = static_cast<float>(mOsdLocation - 1) * -OSD_CENTRE;
+    drawOsdFrame(centre, {0.0f, 0.0f, 0.0f, 0.6f}, DisplayObsolete::SOLID);
+    drawOsdMark(mStartTime / mSongLength, centre, {0.0f, 1.0f, 0.0f, 0.6f});
+    drawOsdMark(mMusicTime / mSongLength, centre, {1.0f, 1.0f, 1.0f, 0.8f});
+    drawOsdFrame(centre, {0.0f, 0.0f, 0.0f, 1.0f}, DisplayObsolete::WIRE);
+}
+
+int Cadenza::onKeyDown(const display::KeyEvent& event)
+{
+    switch (event.key) {
+        case display::KEY_ESC:
+        case display::KEY_q: return QUIT;
+        case display::KEY_LEFT: setTime(mSystemTime - SEEK_STEP); break;
+        case display::KEY_RIGHT: setTime(mSystemTime + SEEK_STEP); break;
+        case display::KEY_p: ZVX_LOG("log", "app", "%f\n", double{mSystemTime}); break;
+        case display::KEY_SPACE: togglePause(); break;
+        case display::KEY_t: pressStartKey(event); break;
+        case display::KEY_m: toggleMute(); break;
+        case display::KEY_o: pressOsdKey(event); break;
+        default: break;
+    }
+    return WHATEVER;
+}
+
+void Cadenza::togglePause()
+{
+    mPaused = !mPaused;
+    mPausedTime = mSystemTime;
+    mOsdTime = mSystemTime;
+    if (!mNosound)
+        mMusic.pause(mPaused);
+    if (!mPaused) {
+        mClock.setTime(mPausedTime);
+        mClockFollower.restart(double{mPausedTime});
+    }
+}
+
+void Cadenza::toggleMute()
+{
+    mMuted = !mMuted;
+    if (!mNosound)
+        mMusic.mute(mMuted);
+}
+
+void Cadenza::pressStartKey(const display::KeyEvent& event)
+{
+    if (event.ctrl()) {
+        mStartTime = mMusicTime;
+    } else {
+        if (event.alt())
+            mStartTime = 0.0f;
+        setTime(mStartTime);
+    }
+    mOsdTime = mSystemTime;
+}
+
+void Cadenza::pressOsdKey(const display::KeyEvent& event)
+{
+    if (event.ctrl()) {
+        mOsd = !mOsd;
+        return;
+    }
+    if (isOsdCalledUp(mSystemTime))
+        mOsdLocation = (mOsdLocation + 1) % OSD_LOCATIONS;
+    mOsdTime = mSystemTime;
+}
+
+void Cadenza::onResize(int /*width*/, int /*height*/)
+{
+    if (!(mAspect > 0.0f))
+        return;
+
+    const display::WindowMode& mode = mDisplay->getWindowMode();
+    const PictureSize picture = letterbox({mode.width, mode.height}, mAspect);
+    mDisplay->setActiveResolution(picture.width, picture.height);
+}
+
+} // namespace zavex::cadenza

@@ -1,0 +1,91 @@
+#include "cadenza/cad_plugin_spline.h"
+
+#include "xml/xml_iterator.h"
+
+#include <string_view>
+
+namespace zavex::cadenza {
+
+namespace {
+
+using Curve = mathbase::SplineFloat;
+
+const char* interpolationWord(Curve::InterpolationMode mode)
+{
+    switch (mode) {
+        case Curve::SQUARE: return "square";
+        case Curve::LINEAR: return "linear";
+        default: return "smooth";
+    }
+}
+
+Curve::InterpolationMode interpolationMode(std::string_view word)
+{
+    if (word == "smooth")
+        return Curve::SMOOTH;
+    return word == "linear" ? Curve::LINEAR : Curve::SQUARE;
+}
+
+const char* extrapolationWord(Curve::ExtrapolationMode mode)
+{
+    switch (mode) {
+        case Curve::EXT_REPEAT: return "repeat";
+        case Curve::EXT_REPEAT_ADD: return "add";
+        default: return "constant";
+    }
+}
+
+Curve::ExtrapolationMode extrapolationMode(std::string_view word)
+{
+    if (word == "repeat")
+        return Curve::EXT_REPEAT;
+    return word == "add" ? Curve::EXT_REPEAT_ADD : Curve::EXT_CONSTANT;
+}
+
+} // namespace
+
+Spline::Spline() : PluginBase("spline"), mSpline(Curve::SMOOTH, true)
+{
+    Control::mType = PluginBase::mType;
+    mArea = {0, 0, 100, 50};
+}
+
+void Spline::load(xml::IteratorConst& it)
+{
+    for (xml::IteratorConst key = it.createIterator("key"); ++key;)
+        mSpline.addKey({key->getValueFloat("time"), key->getValueFloat("value"), 0.0f, 0.0f});
+
+    for (xml::IteratorConst modes = it.createIterator("attributes"); ++modes;) {
+        mSpline.setInterpolation(interpolationMode(modes->getValue("type")));
+        mSpline.setExtrapolationBefore(extrapolationMode(modes->getValue("before")));
+        mSpline.setExtrapolationAfter(extrapolationMode(modes->getValue("after")));
+    }
+}
+
+void Spline::save(xml::Iterator& it)
+{
+    xml::XmlTag modes("attributes");
+    modes.setValue("type", interpolationWord(mSpline.getInterpolation()));
+    modes.setValue("before", extrapolationWord(mSpline.getExtrapolationBefore()));
+    modes.setValue("after", extrapolationWord(mSpline.getExtrapolationAfter()));
+    it.addChild(modes);
+
+    for (int i = 0; i < mSpline.getNumKeys(); ++i) {
+        xml::XmlTag key("key");
+        key.setValue("time", mSpline[i].time);
+        key.setValue("value", mSpline[i].value);
+        it.addChild(key);
+    }
+}
+
+void Spline::setupControl(float width)
+{
+    fitControl(width);
+}
+
+float Spline::get(float time) const
+{
+    return mSpline.evaluate(positionAt(mArea, time));
+}
+
+} // namespace zavex::cadenza

@@ -1,0 +1,273 @@
+#include "cadenza/cad_effect.h"
+#include "cadenza/probe_effect.h"
+#include "cadenza/scratch.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace zavex::cadenza {
+namespace {
+
+using test::ProbeEffect;
+using test::readText;
+using test::thrownMessage;
+using test::writeText;
+
+constexpr const char* SCRIPT = "script/probe.it.xml";
+
+const std::string FULL = "<effect>\n"
+                         "\t<option inactive=\"1\" locked=\"1\"/>\n"
+                         "\t<time start=\"1.5\" end=\"12.3457\"/>\n"
+                         "\t<plugin type=\"spline\" name=\"curve\">\n"
+                         "\t\t<attributes type=\"linear\" before=\"constant\" after=\"add\"/>\n"
+                         "\t\t<key time=\"0\" value=\"0\"/>\n"
+                         "\t\t<key time=\"0.277778\" value=\"-1\"/>\n"
+                         "\t</plugin>\n"
+                         "\t<plugin type=\"trigger\" name=\"beat\">\n"
+                         "\t\t<action start=\"15\" delay=\"0.46875\" repeat=\"31\"/>\n"
+                         "\t</plugin>\n"
+                         "\t<plugin type=\"color\" name=\"color\">\n"
+                         "\t\t<key time=\"0.888889\" r=\"1.1\" g=\"0.672941\" b=\"1e-05\"/>\n"
+                         "\t</plugin>\n"
+                         "</effect>\n";
+
+class EffectScript : public testing::Test {
+protected:
+    EffectScript()
+    {
+        std::filesystem::create_directory("script");
+        effect.setIdentity("probe", "it");
+        effect.setSpan(0.0f, 10.0f);
+        test::clearLog();
+    }
+
+    void load(const std::string& script)
+    {
+        writeText(SCRIPT, script);
+        effect.load(nullptr);
+    }
+
+    test::ScratchFolder folder;
+    ProbeEffect effect;
+};
+
+TEST_F(EffectScript, IsSavedAsItWasLoaded)
+{
+    load(FULL);
+    effect.setupControl();
+    effect.update(3.0f);
+    effect.save();
+
+    EXPECT_EQ(readText(SCRIPT), FULL);
+    EXPECT_TRUE(effect.getInactive());
+    EXPECT_EQ(test::countLogged("log", "effect::load: filename: script/probe.it.xml\n"), 1);
+    EXPECT_EQ(test::countLogged("log", "effect::save: filename: script/probe.it.xml\n"), 1);
+}
+
+TEST_F(EffectScript, ThatIsMissingChangesNothingAndIsMadeBySaving)
+{
+    effect.load(nullptr);
+    EXPECT_EQ(effect.getStart(), 0.0f);
+    EXPECT_EQ(effect.getEnd(), 10.0f);
+    EXPECT_FALSE(effect.getInactive());
+
+    effect.setSpan(0.0f, 12.3456789f);
+    effect.save();
+    EXPECT_EQ(readText(SCRIPT),
+              "<effect>\n"
+              "\t<option inactive=\"0\" locked=\"0\"/>\n"
+              "\t<time start=\"0\" end=\"12.3457\"/>\n"
+              "\t<plugin type=\"spline\" name=\"curve\">\n"
+              "\t\t<attributes type=\"smooth\" before=\"constant\" after=\"constant\"/>\n"
+              "\t</plugin>\n"
+              "\t<plugin type=\"trigger\" name=\"beat\"/>\n"
+              "\t<plugin type=\"color\" name=\"color\"/>\n"
+              "</effect>\n");
+}
+
+struct SpanCase {
+    const char* name;
+    const char* script;
+    float start; // seconds
+    float end;   // seconds
+    bool inactive;
+
+    friend void PrintTo(const SpanCase& span, std::ostream* out) { *out << span.name; }
+};
+
+constexpr SpanCase SPAN_CASES[] = {
+    {"MissingEndIsZero",           R"(<effect><time start="3"/></effect>)",                        3, 0,  false},
+    {"NoTimeKeepsTheSpan",         R"(<effect><option inactive="1"/></effect>)",                   0, 10, true },
+    {"FirstTimeCounts",            R"(<effect><time start="1" end="2"/><time end="9"/></effect>)", 1, 2,
+     false                                                                                                     },
+    {"AnyNumberButZeroIsInactive", R"(<effect><option inactive="2"/></effect>)",                   0, 10, true },
+    {"HexadecimalZeroIsNot",       R"(<effect><option inactive="0x0"/></effect>)",                 0, 10, false},
+    {"FirstOptionCounts",          R"(<effect><option a="1"/><option inactive="1"/></effect>)",    0, 10,
+     false                                                                                                     },
+    {"OtherRootIsIgnored",         R"(<demo><time start="1" end="2"/></demo>)",                    0, 10, false},
+    {"CommentsAndUnknownElements", R"(<effect><!--hi--><x/><time start="1" end="2"/></effect>)",   1,
+     2,                                                                                                   false},
+};
+
+class EffectSpan : public EffectScript, public testing::WithParamInterface<SpanCase> {};
+
+TEST_P(EffectSpan, IsRead)
+{
+    load(GetParam().script);
+
+    EXPECT_EQ(effect.getStart(), GetParam().start);
+    EXPECT_EQ(effect.getEnd(), GetParam().end);
+    EXPECT_EQ(effect.getInactive(), GetParam().inactive);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EffectSpan, testing::ValuesIn(SPAN_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(EffectScript, ZeroInactiveDoesNotSwitchOn)
+{
+    effect.setInactive(true);
+    load(R"(<effect><option inactive="0"/></effect>)");
+    EXPECT_TRUE(effect.getInactive());
+}
+
+TEST_F(EffectScript, GivesAPluginTheFirstElementOfItsNameOnly)
+{
+    load(R"(<effect><time end="1"/>)"
+         R"(<plugin type="color" name="Curve"><key time="0" value="1"/></plugin>)"
+         R"(<plugin type="nonsense" name="curve"><key time="0" value="2"/></plugin>)"
+         R"(<plugin type="spline" name="curve"><key time="0" value="3"/></plugin></effect>)");
+
+    EXPECT_EQ(effect.curve.get(0.0f), 2.0f);
+    EXPECT_EQ(effect.color.get(0.0f).x, 0.0f);
+}
+
+TEST_F(EffectScript, ThatIsMalformedNamesFileAndPlace)
+{
+    writeText(SCRIPT, "<effect>\n<time start=12.5/>\n</effect>\n");
+    const std::string message = thrownMessage([this] { effect.load(nullptr); });
+
+    EXPECT_NE(message.find("script/probe.it.xml"), std::string::npos) << message;
+    EXPECT_NE(message.find("error at line 2"), std::string::npos) << message;
+    EXPECT_NE(message.find("'=' expected!"), std::string::npos) << message;
+}
+
+TEST_F(EffectScript, ThatCannotBeWrittenIsReportedAndLosesNothing)
+{
+    load(FULL);
+    std::filesystem::rename("script", "kept");
+    writeText("script", "in the way");
+    effect.save();
+
+    EXPECT_EQ(test::countLogged("log", "script/probe.it.xml': "), 1);
+    EXPECT_EQ(readText("kept/probe.it.xml"), FULL);
+}
+
+TEST(EffectBar, TellsThePluginsHowLongTheEffectLasts)
+{
+    ProbeEffect effect;
+    effect.setSpan(2.0f, 6.0f);
+    effect.setupControl();
+
+    EXPECT_EQ(effect.getArea().mMin.x, 20.0f);
+    EXPECT_EQ(effect.getArea().mMax.x, 60.0f);
+    EXPECT_EQ(effect.getArea().mMax.y, 20.0f + 50.0f + 20.0f + 30.0f);
+    EXPECT_EQ(effect.curve.getArea().mMin.x, 0.0f);
+    EXPECT_EQ(effect.curve.getArea().mMax.x, 40.0f);
+    EXPECT_EQ(effect.beat.getArea().mMax.x, 40.0f);
+    EXPECT_EQ(effect.color.getArea().mMax.x, 40.0f);
+
+    EXPECT_EQ(effect.curve.getArea().mMin.y, 20.0f); // below the header
+    EXPECT_EQ(effect.beat.getArea().mMin.y, 70.0f);
+    EXPECT_EQ(effect.color.getArea().mMin.y, 90.0f);
+}
+
+TEST(EffectBar, FollowsAChangeOfItsExtent)
+{
+    ProbeEffect effect;
+    effect.setSpan(2.0f, 6.0f);
+    effect.setupControl();
+
+    effect.setArea({0, 0, 100, 120});
+    effect.updatePlugins();
+    EXPECT_EQ(effect.curve.getArea().mMax.x, 100.0f);
+}
+
+TEST(EffectBar, HasAMenuAndIsNotCloned)
+{
+    ProbeEffect effect;
+    ASSERT_EQ(effect.mContext.getChildCount(), 2);
+    EXPECT_EQ(effect.mContext.getCaption(), "context");
+    EXPECT_EQ(effect.mContext.getOrder(0)->getCaption(), "on/off");
+    EXPECT_EQ(effect.mContext.getOrder(1)->getCaption(), "lock/unlock");
+    EXPECT_EQ(effect.clone(), nullptr);
+}
+
+TEST_F(EffectScript, LockedBarTakesUpItsHeaderOnly)
+{
+    load(R"(<effect><option locked="1"/><time start="1" end="3"/></effect>)");
+    effect.setupControl();
+
+    EXPECT_EQ(effect.getOccupiedArea().mMax.y, 20.0f);
+    EXPECT_EQ(effect.getOccupiedArea().mMax.x, 30.0f);
+}
+
+TEST(Effect, WithoutPluginsUpdatesAndLaysOut)
+{
+    class Bare final : public Effect {
+    public:
+        void setup() override {}
+        void draw(float, float, float) override {}
+        using Effect::draw;
+    };
+    Bare effect;
+    effect.setSpan(1.0f, 2.0f);
+    effect.setupControl();
+    effect.update(0.5f);
+    effect.updatePlugins();
+    EXPECT_EQ(effect.getArea().mMax.y, 20.0f);
+}
+
+TEST(Effect, UpdatesPluginsInTheirOrder)
+{
+    class Noting final : public PluginBase, public vellum::Control {
+    public:
+        Noting(std::string& log, char mark) : PluginBase("noting"), mLog(log), mMark(mark) {}
+        vellum::Control* getControl() override { return this; }
+        void load(xml::IteratorConst&) override {}
+        void save(xml::Iterator&) override {}
+        void update(float) override { mLog += mMark; }
+
+    private:
+        std::string& mLog;
+        char mMark;
+    };
+    class Pair final : public Effect {
+    public:
+        Pair()
+        {
+            addPlugin("a", mFirst);
+            addPlugin("b", mSecond);
+        }
+        void setup() override {}
+        void draw(float, float, float) override {}
+        using Effect::draw;
+
+        std::string log;
+
+    private:
+        Noting mFirst{log, 'a'};
+        Noting mSecond{log, 'b'};
+    };
+
+    Pair effect;
+    effect.update(1.0f);
+    effect.update(2.0f);
+    EXPECT_EQ(effect.log, "abab");
+}
+
+} // namespace
+} // namespace zavex::cadenza

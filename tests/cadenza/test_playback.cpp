@@ -1,0 +1,425 @@
+#include "cadenza/cad_factory.h"
+#include "cadenza/open_cadenza.h"
+#include "cadenza/probe_effect.h"
+#include "cadenza/scratch.h"
+#include "display/dis_event.h"
+#include "support/allocation_counter.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace zavex::cadenza {
+namespace {
+
+using test::OpenCadenza;
+using test::ProbeEffect;
+using test::writeText;
+
+constexpr const char* SILENT = R"(<music mute="nosound"/>)";
+constexpr const char* SILENT_WITHOUT_OSD = R"(<osd show="off"/><music mute="nosound"/>)";
+
+/** The application without window and sound; its clock stands still unless it is moved. */
+class Player : public testing::Test {
+protected:
+    Player() { test::clearLog(); }
+
+    ~Player() override { cadenza.reset(); }
+
+    void start(const std::string& sections)
+    {
+        writeText("setup.xml", "<demo>" + sections + "</demo>");
+        cadenza = std::make_unique<OpenCadenza>();
+        cadenza->setup(-1.0f);
+    }
+
+    /** A player that is paused, so that a seek is the time of the next frame. */
+    void startPaused()
+    {
+        start(SILENT_WITHOUT_OSD);
+        press(display::KEY_SPACE);
+    }
+
+    int press(display::Key key, int modifiers = display::KEYMOD_NONE)
+    {
+        display::KeyEvent event;
+        event.key = key;
+        event.control = modifiers;
+        return cadenza->onKeyDown(event);
+    }
+
+    void drawAt(float time)
+    {
+        cadenza->setTime(time);
+        cadenza->onDraw();
+    }
+
+    ProbeEffect& addProbe(float start, float end)
+    {
+        cadenza->addFactory("probe", &factory);
+        effects.emplace_back(cadenza->addEffect("probe", "it"));
+        effects.back()->setSpan(start, end);
+        effects.back()->setupControl();
+        return static_cast<ProbeEffect&>(*effects.back());
+    }
+
+    test::ScratchFolder folder;
+    EffectFactory<ProbeEffect> factory;
+    std::vector<std::unique_ptr<Effect>> effects;
+    std::unique_ptr<OpenCadenza> cadenza;
+};
+
+TEST_F(Player, CreatesEffectsByTypeInOrder)
+{
+    start(SILENT);
+    EXPECT_EQ(cadenza->addEffect("plasma", "one"), nullptr);
+    EXPECT_EQ(test::countLogged("log", "Effect plasma not found."), 1);
+
+    const Effect& first = addProbe(0.0f, 1.0f);
+    const Effect& second = addProbe(0.0f, 1.0f);
+    ASSERT_EQ(cadenza->mEffect.size(), 2u);
+    EXPECT_EQ(cadenza->mEffect[0], &first);
+    EXPECT_EQ(cadenza->mEffect[1], &second);
+    EXPECT_EQ(first.getEffectType(), "probe");
+    EXPECT_EQ(first.getName(), "it");
+}
+
+TEST_F(Player, GivesANewEffectTenSecondsAndTheLatestFactory)
+{
+    class Other final : public Effect {
+    public:
+        void setup() override {}
+        void draw(float, float, float) override {}
+        using Effect::draw;
+    };
+    start(SILENT);
+    EffectFactory<Other> replacement;
+    cadenza->addFactory("probe", &factory);
+    cadenza->addFactory("probe", &replacement);
+    effects.emplace_back(cadenza->addEffect("probe", "it"));
+
+    EXPECT_NE(dynamic_cast<Other*>(effects.back().get()), nullptr);
+    EXPECT_EQ(effects.back()->getStart(), 0.0f);
+    EXPECT_EQ(effects.back()->getEnd(), 10.0f);
+}
+
+struct SpanCase {
+    const char* name;
+    float time; // demo seconds
+    bool drawn;
+
+    friend void PrintTo(const SpanCase& span, std::ostream* out) { *out << span.name; }
+};
+
+constexpr SpanCase SPAN_CASES[] = {
+    {"Before",     4.0f,   false},
+    {"AtItsStart", 5.0f,   false},
+    {"JustInside", 5.001f, true },
+    {"Inside",     6.5f,   true },
+    {"AtItsEnd",   8.0f,   false},
+    {"After",      9.0f,   false},
+};
+
+class EffectCover : public Player, public testing::WithParamInterface<SpanCase> {};
+
+TEST_P(EffectCover, IsOpenAtBothEnds)
+{
+    startPaused();
+    const ProbeEffect& effect = addProbe(5.0f, 8.0f);
+    drawAt(GetParam().time);
+    EXPECT_EQ(effect.draws, GetParam().drawn ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EffectCover, testing::ValuesIn(SPAN_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(Player, DrawsWithTimesRelativeToTheEffect)
+{
+    startPaused();
+    writeText("script/probe.it.xml",
+              R"(<effect><time start="5" end="8"/><plugin name="curve">)"
+              R"(<attributes type="linear"/><key time="0" value="0"/><key time="1" value="3"/>)"
+              R"(</plugin><plugin name="beat"><action start="1" delay="9"/></plugin></effect>)");
+    ProbeEffect& effect = addProbe(0.0f, 1.0f);
+    effect.load(nullptr);
+    effect.setArea({50, 0, 80, 100});
+    effect.updatePlugins();
+
+    drawAt(6.0f);
+    drawAt(6.5f);
+    EXPECT_EQ(effect.last, (ProbeEffect::Drawn{1.5f, 0.5f, 0.5f, 1.5f, 1}));
+
+    cadenza->onDraw(); // the same moment again, as while paused
+    EXPECT_EQ(effect.last, (ProbeEffect::Drawn{1.5f, 0.0f, 0.5f, 1.5f, 0}));
+}
+
+TEST_F(Player, SkipsAnEffectThatIsSwitchedOff)
+{
+    startPaused();
+    ProbeEffect& effect = addProbe(5.0f, 8.0f);
+    effect.setInactive(true);
+    drawAt(6.0f);
+    EXPECT_EQ(effect.draws, 0);
+}
+
+TEST_F(Player, AllocatesNothingInAFrame)
+{
+    startPaused();
+    addProbe(5.0f, 8.0f);
+    addProbe(0.0f, 9.0f);
+    drawAt(6.0f);
+
+    const test::AllocationCounter allocations;
+    for (int i = 0; i < 10; ++i)
+        cadenza->onDraw();
+    EXPECT_EQ(allocations.count(), 0u);
+}
+
+TEST_F(Player, RunsOnItsClockWhilePlaying)
+{
+    start(SILENT_WITHOUT_OSD);
+    drawAt(6.5f);
+    EXPECT_EQ(cadenza->getSystemTime(), 6.5f);
+    EXPECT_EQ(cadenza->mMusicTime, 6.5f);
+}
+
+struct KeyCase {
+    const char* name;
+    display::Key key;
+    int modifiers;
+    int answer;
+
+    friend void PrintTo(const KeyCase& key, std::ostream* out) { *out << key.name; }
+};
+
+constexpr KeyCase KEY_CASES[] = {
+    {"Escape", display::KEY_ESC,  display::KEYMOD_NONE,   display::Listener::QUIT    },
+    {"Q",      display::KEY_q,    display::KEYMOD_LSHIFT, display::Listener::QUIT    },
+    {"Left",   display::KEY_LEFT, display::KEYMOD_NONE,   display::Listener::WHATEVER},
+    {"T",      display::KEY_t,    display::KEYMOD_NONE,   display::Listener::WHATEVER},
+    {"Unused", display::KEY_z,    display::KEYMOD_NONE,   display::Listener::WHATEVER},
+};
+
+class KeyAnswer : public Player, public testing::WithParamInterface<KeyCase> {};
+
+TEST_P(KeyAnswer, AsksToQuitForTheQuitKeysOnly)
+{
+    start(SILENT);
+    EXPECT_EQ(press(GetParam().key, GetParam().modifiers), GetParam().answer);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, KeyAnswer, testing::ValuesIn(KEY_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(Player, SeeksByFiveSecondsFromTheFrameShown)
+{
+    startPaused();
+    drawAt(12.0f);
+    press(display::KEY_RIGHT);
+    press(display::KEY_RIGHT);
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 17.0f);
+    EXPECT_EQ(cadenza->mOsdTime, 17.0f);
+
+    drawAt(3.0f);
+    press(display::KEY_LEFT);
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 0.0f);
+}
+
+TEST_F(Player, PausesAndGoesOnAtTheFrameShown)
+{
+    start(SILENT_WITHOUT_OSD);
+    drawAt(6.5f);
+    press(display::KEY_SPACE);
+    EXPECT_TRUE(cadenza->mPaused);
+    EXPECT_EQ(cadenza->mOsdTime, 6.5f);
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 6.5f);
+
+    drawAt(20.0f);
+    press(display::KEY_SPACE);
+    EXPECT_FALSE(cadenza->mPaused);
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 20.0f);
+}
+
+TEST_F(Player, MarksTheStartPointAndReturnsToIt)
+{
+    startPaused();
+    drawAt(42.5f);
+    press(display::KEY_t, display::KEYMOD_RCTRL);
+    EXPECT_EQ(cadenza->getStartTime(), 42.5f);
+
+    drawAt(60.0f);
+    press(display::KEY_t);
+    EXPECT_EQ(cadenza->mOsdTime, 60.0f); // of the frame shown, not of the point jumped to
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 42.5f);
+
+    press(display::KEY_t, display::KEYMOD_LALT);
+    EXPECT_EQ(cadenza->getStartTime(), 0.0f);
+    cadenza->onDraw();
+    EXPECT_EQ(cadenza->getSystemTime(), 0.0f);
+}
+
+TEST_F(Player, MovesThePositionBarOnlyWhileItShows)
+{
+    start(SILENT);
+    cadenza->mOsd = false;
+    cadenza->setTime(50.0f);
+    cadenza->onDraw();
+    cadenza->mOsd = true;
+    cadenza->mOsdTime = -100.0f;
+
+    press(display::KEY_o);
+    EXPECT_EQ(cadenza->mOsdLocation, 0);
+    EXPECT_EQ(cadenza->mOsdTime, 50.0f);
+    for (const int location : {1, 2, 0}) {
+        press(display::KEY_o);
+        EXPECT_EQ(cadenza->mOsdLocation, location);
+    }
+
+    press(display::KEY_o, display::KEYMOD_LCTRL);
+    EXPECT_FALSE(cadenza->mOsd);
+    EXPECT_EQ(cadenza->mOsdLocation, 0);
+    press(display::KEY_o, display::KEYMOD_RCTRL);
+    EXPECT_TRUE(cadenza->mOsd);
+}
+
+TEST_F(Player, MutesAndLogsTheTime)
+{
+    startPaused();
+    drawAt(2.25f);
+    press(display::KEY_m);
+    EXPECT_TRUE(cadenza->mMuted);
+    press(display::KEY_m);
+    EXPECT_FALSE(cadenza->mMuted);
+
+    press(display::KEY_p);
+    EXPECT_EQ(test::countLogged("log", "2.250000\n"), 1);
+}
+
+TEST_F(Player, StepsARecordingByWholeFramesWithoutDrift)
+{
+    start(R"(<dump name="a.png" rate="29.97"/>)");
+    float last = 0.0f;
+    for (int frame = 1; frame <= 100000; ++frame)
+        last = cadenza->getTime();
+
+    EXPECT_EQ(last, static_cast<float>(100000.0 / double{29.97f}));
+    EXPECT_EQ(cadenza->getSystemTime(), last);
+    EXPECT_EQ(cadenza->mMusicTime, 0.0f);
+}
+
+TEST_F(Player, OpensTheSongEvenWithoutAWindow)
+{
+    start("");
+    EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }), "Could not open the file ''!");
+    start(R"(<music filename="gone.ogg"/>)");
+    EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }),
+              "Could not open the file 'gone.ogg'!");
+}
+
+TEST_F(Player, WithoutAWindowNeitherLoadsNorSavesScripts)
+{
+    const std::string script = R"(<effect><time start="5" end="8"/></effect>)";
+    start(SILENT);
+    writeText("script/probe.it.xml", script);
+    const ProbeEffect& effect = addProbe(0.0f, 1.0f);
+    cadenza->run();
+
+    EXPECT_EQ(effect.getEnd(), 1.0f);
+    EXPECT_EQ(effect.setups, 0);
+    cadenza.reset();
+    EXPECT_EQ(test::readText("script/probe.it.xml"), script);
+}
+
+TEST_F(Player, TreatsASongThatIsNoSoundAsNone)
+{
+    start(R"(<music filename="noise.ogg"/>)");
+    writeText("noise.ogg", "this is no sound");
+    cadenza->run();
+    EXPECT_TRUE(cadenza->mNosound);
+}
+
+struct DisplayCase {
+    const char* name;
+    const char* sections;
+    const char* expected; // part of the message
+
+    friend void PrintTo(const DisplayCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr DisplayCase DISPLAY_CASES[] = {
+    {"NoSize",         "<display/>",                            "setup.xml: display width and height must be positive, found 0 x 0"},
+    {"NegativeHeight", R"(<display width="64" height="-48"/>)",
+     "setup.xml: display width and height must be positive, found 64 x -48"                                                        },
+};
+
+class BadDisplay : public Player, public testing::WithParamInterface<DisplayCase> {};
+
+TEST_P(BadDisplay, SaysWhatIsWrongAndSavesNothing)
+{
+    const std::string script = R"(<effect><time start="5" end="8"/></effect>)";
+    start(GetParam().sections);
+    writeText("script/probe.it.xml", script);
+    addProbe(0.0f, 1.0f);
+    const std::string message = test::thrownMessage([this] { cadenza->run(); });
+
+    EXPECT_NE(message.find(GetParam().expected), std::string::npos) << message;
+    cadenza.reset();
+    EXPECT_EQ(test::readText("script/probe.it.xml"), script);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, BadDisplay, testing::ValuesIn(DISPLAY_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(Player, WithoutAScreenFailsAndKeepsTheScripts)
+{
+    const std::string script = R"(<effect><time start="5" end="8"/></effect>)";
+    start(R"(<display width="64" height="48"/><music mute="nosound"/>)");
+    writeText("script/probe.it.xml", script);
+    addProbe(0.0f, 1.0f);
+    setenv("DISPLAY", ":no-such-screen", 1);
+    EXPECT_NE(test::thrownMessage([this] { cadenza->run(); }), "nothing was thrown");
+
+    cadenza.reset();
+    EXPECT_EQ(test::readText("script/probe.it.xml"), script);
+}
+
+struct LetterboxCase {
+    const char* name;
+    PictureSize window;
+    float aspect;
+    PictureSize expected;
+
+    friend void PrintTo(const LetterboxCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr LetterboxCase LETTERBOX_CASES[] = {
+    {"BarsAboveAndBelow",     {1024, 768}, 2.0f,        {1024, 512}},
+    {"BarsAtTheSides",        {1000, 400}, 2.0f,        {800, 400} },
+    {"Exact",                 {1024, 768}, 4.0f / 3.0f, {1024, 768}},
+    {"TruncatedThenMadeEven", {1024, 768}, 1.777809f,   {1024, 574}},
+    {"OddWindow",             {801, 601},  1.0f,        {600, 600} },
+    {"Sliver",                {10, 10},    100.0f,      {10, 0}    },
+};
+
+class Letterbox : public testing::TestWithParam<LetterboxCase> {};
+
+TEST_P(Letterbox, FitsThePictureIntoTheWindow)
+{
+    const PictureSize picture = letterbox(GetParam().window, GetParam().aspect);
+    EXPECT_EQ(picture.width, GetParam().expected.width);
+    EXPECT_EQ(picture.height, GetParam().expected.height);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, Letterbox, testing::ValuesIn(LETTERBOX_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+} // namespace
+} // namespace zavex::cadenza

@@ -1,0 +1,124 @@
+#include "cadenza/cad_plugin_spline.h"
+#include "cadenza/plugin_body.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace zavex::cadenza {
+namespace {
+
+constexpr float WIDTH = 40.0f; // of an effect of four seconds
+
+std::string ramp(const std::string& attributes)
+{
+    return attributes + "<key time=\"0\" value=\"0\"/><key time=\"1\" value=\"1\"/>";
+}
+
+const std::string LINEAR = R"(<attributes type="linear" before="constant" after="constant"/>)";
+
+struct ValueCase {
+    const char* name;
+    std::string body;
+    float time; // seconds
+    float expected;
+
+    friend void PrintTo(const ValueCase& value, std::ostream* out) { *out << value.name; }
+};
+
+class SplineValue : public testing::TestWithParam<ValueCase> {};
+
+TEST_P(SplineValue, SpansTheEffect)
+{
+    Spline spline;
+    test::loadBody(spline, GetParam().body);
+    spline.setupControl(WIDTH);
+
+    EXPECT_FLOAT_EQ(spline.get(GetParam().time), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, SplineValue,
+    testing::Values(
+        ValueCase{"NoKeysAreZero", "", 2.0f, 0.0f},
+        ValueCase{"OneKeyIsEverywhere", R"(<key time="0.5" value="3"/>)", 0.0f, 3.0f},
+        ValueCase{"Start", ramp(LINEAR), 0.0f, 0.0f}, ValueCase{"Middle", ramp(LINEAR), 2.0f, 0.5f},
+        ValueCase{"End", ramp(LINEAR), 4.0f, 1.0f},
+        ValueCase{"HeldAfterTheEnd", ramp(LINEAR), 6.0f, 1.0f},
+        ValueCase{"ClimbsOnWithAdd",
+                  ramp(R"(<attributes type="linear" before="constant" after="add"/>)"), 6.0f, 1.5f},
+        ValueCase{"RepeatsBefore",
+                  ramp(R"(<attributes type="linear" before="repeat" after="constant"/>)"), -1.0f,
+                  0.75f},
+        ValueCase{"ModesAreSmoothAndConstantByDefault", ramp(""), 6.0f, 1.0f},
+        ValueCase{"UnknownTypeIsSquare", ramp(R"(<attributes type="Smooth"/>)"), 3.9f, 0.0f},
+        ValueCase{"UnknownExtrapolationIsConstant",
+                  ramp(R"(<attributes type="linear" before="Add" after="REPEAT"/>)"), 7.0f, 1.0f},
+        ValueCase{"LastAttributesWin",
+                  ramp(LINEAR + R"(<attributes type="square" before="add" after="add"/>)"), 2.0f,
+                  0.0f},
+        ValueCase{"MissingNumbersAreZero", LINEAR + R"(<key value="2"/><key time="1"/>)", 1.0f,
+                  1.5f},
+        ValueCase{"KeysMayComeInAnyOrder",
+                  LINEAR + R"(<key time="1" value="1"/><key time="0" value="0"/>)", 1.0f, 0.25f}),
+    [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Spline, LoadedKeysKeepTheTangentsOfTheModesBefore)
+{
+    Spline constant;
+    Spline repeating;
+    const std::string keys = R"(<key time="0" value="0"/><key time="0.25" value="1"/>)"
+                             R"(<key time="1" value="0"/>)";
+    test::loadBody(constant, keys);
+    test::loadBody(repeating,
+                   R"(<attributes type="smooth" before="repeat" after="repeat"/>)" + keys);
+    constant.setupControl(WIDTH);
+    repeating.setupControl(WIDTH);
+
+    EXPECT_FLOAT_EQ(repeating.get(0.5f), constant.get(0.5f));
+}
+
+TEST(Spline, WithoutWidthShowsItsStart)
+{
+    Spline spline;
+    test::loadBody(spline, ramp(LINEAR));
+    spline.setupControl(0.0f);
+
+    EXPECT_EQ(spline.get(3.0f), 0.0f);
+}
+
+TEST(Spline, RoundTripsAndAddsToWhatIsThere)
+{
+    const std::string body =
+        R"(<attributes type="square" before="repeat" after="add"/>)"
+        R"(<key time="-0.125" value="1e-05"/><key time="0.277778" value="-1"/>)";
+    Spline spline;
+    test::loadBody(spline, body);
+    EXPECT_EQ(test::savedBody(spline), body);
+
+    test::loadBody(spline, body);
+    EXPECT_EQ(test::savedBody(spline).size(), body.size() + body.size() - body.find("<key"));
+}
+
+TEST(Spline, AnEmptyOneSavesItsModes)
+{
+    Spline spline;
+    EXPECT_EQ(test::savedBody(spline),
+              R"(<attributes type="smooth" before="constant" after="constant"/>)");
+}
+
+TEST(Spline, IsItsOwnControlAndIsNeverDuplicated)
+{
+    Spline spline;
+    EXPECT_EQ(spline.getControl(), &spline);
+    EXPECT_EQ(spline.clone(), &spline);
+    EXPECT_EQ(spline.getArea().mMax.x, 100.0f);
+    EXPECT_EQ(spline.getArea().mMax.y, 50.0f);
+
+    spline.setArea({30, 5, 60, 55});
+    spline.setupControl(WIDTH);
+    EXPECT_EQ(spline.getArea().mMax.x, 70.0f);
+}
+
+} // namespace
+} // namespace zavex::cadenza

@@ -1,0 +1,218 @@
+// The application with a window of its own.
+
+#include "am/am_image.h"
+#include "cadenza/cad_effect.h"
+#include "cadenza/cad_factory.h"
+#include "cadenza/open_cadenza.h"
+#include "cadenza/scratch.h"
+#include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
+#include "support/allocation_counter.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zavex::cadenza {
+namespace {
+
+using display::DisplayObsolete;
+using test::OpenCadenza;
+using test::readText;
+using test::writeText;
+
+/** Fills the window with a flat colour and notes the times that it is given. */
+class Filler final : public Effect {
+public:
+    void setup() override { ++setups; }
+    void draw(float time, float delta, float) override
+    {
+        times.push_back(getStart() + time);
+        deltas.push_back(delta);
+        DisplayObsolete::clear({0.2f, 0.4f, 0.6f, 1.0f}, 1.0f);
+        if (fails)
+            throw Exception("cannot go on");
+    }
+    using Effect::draw;
+
+    int setups = 0;
+    bool fails = false;
+    std::vector<float> times;  // demo seconds
+    std::vector<float> deltas; // seconds
+};
+
+constexpr const char* SCRIPT = "script/filler.it.xml";
+const std::string WHOLE_SHOW = "<effect>\n"
+                               "\t<option inactive=\"0\" locked=\"0\"/>\n"
+                               "\t<time start=\"0\" end=\"60\"/>\n"
+                               "</effect>\n";
+
+class Run : public testing::Test {
+protected:
+    Run()
+    {
+        writeText(SCRIPT, WHOLE_SHOW);
+        test::clearLog();
+    }
+
+    void start(const std::string& sections)
+    {
+        writeText("setup.xml", "<demo>" + sections + "</demo>");
+        cadenza = std::make_unique<OpenCadenza>();
+        cadenza->setup(-1.0f);
+        cadenza->addFactory("filler", &factory);
+        effect.reset(static_cast<Filler*>(cadenza->addEffect("filler", "it")));
+    }
+
+    /** A pixel of the window: blue, green, red, alpha. The first row is the top. */
+    std::vector<int> pixelAt(int x, int y)
+    {
+        const display::WindowMode& mode = cadenza->mDisplay->getWindowMode();
+        am::Image image(new am::ImageObject);
+        image->resize(mode.width, mode.height);
+        cadenza->mDisplay->getScreenShot(image);
+        const unsigned char* const pixel = image->getData() + 4 * (y * mode.width + x);
+        return {pixel, pixel + 4};
+    }
+
+    test::ScratchFolder folder;
+    EffectFactory<Filler> factory;
+    std::unique_ptr<Filler> effect;
+    std::unique_ptr<OpenCadenza> cadenza;
+};
+
+constexpr const char* RECORDING = R"(<time start="3"/><display width="64" height="48"/>)"
+                                  R"(<dump name="film/a.png" rate="25" length="0.2"/>)"
+                                  R"(<music filename="none.ogg"/>)";
+
+std::size_t filesIn(const char* folder)
+{
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(folder))
+        ++count;
+    return count;
+}
+
+TEST_F(Run, RecordsItsLengthFromTheStartTimeInExactSteps)
+{
+    start(RECORDING);
+    cadenza->run();
+
+    EXPECT_EQ(effect->times, (std::vector<float>{3.04f, 3.08f, 3.12f, 3.16f, 3.2f}));
+    for (const float delta : effect->deltas)
+        EXPECT_NEAR(delta, 0.04f, 1e-6f);
+    EXPECT_EQ(effect->setups, 1);
+    EXPECT_EQ(filesIn("film"), 5u);
+    EXPECT_TRUE(std::filesystem::exists("film/a.000004.png"));
+    EXPECT_EQ(test::countLogged("log", "Dumped 5 frames, 0 lost\n"), 1);
+
+    cadenza.reset();
+    EXPECT_EQ(readText(SCRIPT), WHOLE_SHOW);
+}
+
+TEST_F(Run, CountsTheFramesThatWereLost)
+{
+    start(RECORDING);
+    writeText("film", "in the way");
+    cadenza->run();
+    EXPECT_EQ(test::countLogged("log", "Dumped 5 frames, 5 lost\n"), 1);
+}
+
+TEST_F(Run, RefusesToRecordAnOddHeight)
+{
+    start(R"(<display width="64" height="47"/><dump name="a.png"/><music/>)");
+    const std::string message = test::thrownMessage([this] { cadenza->run(); });
+    EXPECT_NE(message.find("setup.xml: the display height must be even to record, found 47"),
+              std::string::npos)
+        << message;
+}
+
+TEST_F(Run, ThatFailsSavesNothing)
+{
+    const std::string script = R"(<effect><time start="0" end="60"/></effect>)";
+    writeText(SCRIPT, script);
+    const std::string message = test::thrownMessage([this] {
+        start(RECORDING);
+        effect->fails = true;
+        const std::unique_ptr<OpenCadenza> failing = std::move(cadenza);
+        failing->run();
+    });
+
+    EXPECT_EQ(message, "cannot go on");
+    EXPECT_EQ(readText(SCRIPT), script);
+}
+
+TEST_F(Run, StopsAtAMalformedScriptAndKeepsIt)
+{
+    writeText(SCRIPT, "<effect><time start=1.5/></effect>");
+    start(RECORDING);
+    const std::string message = test::thrownMessage([this] { cadenza->run(); });
+    cadenza.reset();
+
+    EXPECT_NE(message.find(SCRIPT), std::string::npos) << message;
+    EXPECT_EQ(readText(SCRIPT), "<effect><time start=1.5/></effect>");
+}
+
+/** A window of 200 x 100 with the position bar in the middle, two fifths of the way through. */
+class PositionBar : public Run {
+protected:
+    PositionBar()
+    {
+        start(R"(<display width="200" height="100"/><osd show="on" location="middle"/>)"
+              R"(<music mute="nosound"/>)");
+        cadenza->openDevices();
+        effect->setSpan(0.0f, 500.0f);
+        cadenza->setTime(200.0f);
+    }
+};
+
+TEST_F(PositionBar, ShowsAfterASeek)
+{
+    cadenza->mDisplay->update();
+
+    const std::vector<int> picture = pixelAt(60, 20);
+    EXPECT_EQ(picture, (std::vector<int>{153, 102, 51, 255}));
+    const std::vector<int> bar = pixelAt(60, 50);
+    EXPECT_NEAR(bar[0], 153 * 0.4, 2.0);
+    const std::vector<int> outside = pixelAt(60, 54);
+    EXPECT_EQ(outside, picture);
+    EXPECT_EQ(pixelAt(0, 50), picture);
+}
+
+TEST_F(PositionBar, HidesAfterItsDelay)
+{
+    cadenza->mOsdTime = 190.0f;
+    cadenza->mDisplay->update();
+    EXPECT_EQ(pixelAt(60, 50), pixelAt(60, 20));
+}
+
+TEST_F(PositionBar, IsDrawnWithoutAllocating)
+{
+    for (int frame = 0; frame < 3; ++frame)
+        cadenza->mDisplay->update();
+    effect->times.reserve(100);
+    effect->deltas.reserve(100);
+
+    const test::AllocationCounter allocations;
+    for (int frame = 0; frame < 10; ++frame)
+        cadenza->mDisplay->update();
+    EXPECT_EQ(allocations.count(), 0u);
+}
+
+TEST_F(Run, LetterboxesThePicture)
+{
+    start(R"(<display width="200" height="100"/><music mute="nosound"/>)");
+    cadenza->setup(1.0f);
+    cadenza->openDevices();
+
+    const display::WindowMode& mode = cadenza->mDisplay->getWindowMode();
+    EXPECT_EQ(mode.getActiveWidth(), 100);
+    EXPECT_EQ(mode.getActiveHeight(), 100);
+}
+
+} // namespace
+} // namespace zavex::cadenza

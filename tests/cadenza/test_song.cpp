@@ -1,0 +1,121 @@
+// The application with a song on a silent sound device.
+
+#include "cadenza/open_cadenza.h"
+#include "cadenza/scratch.h"
+#include "display/dis_event.h"
+#include "support/sound_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zavex::cadenza {
+namespace {
+
+using test::OpenCadenza;
+using test::writeText;
+
+constexpr int SAMPLE_RATE = 44100;
+
+std::string silence(int frames)
+{
+    const std::vector<float> samples(static_cast<std::size_t>(frames), 0.0f);
+    const auto bytes = test::encodeSound(test::SoundFormat::WAV, 1, SAMPLE_RATE, samples);
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+class Song : public testing::Test {
+protected:
+    Song()
+    {
+        setenv("ALSOFT_DRIVERS", "null", 1);
+        writeText("song.wav", silence(2 * SAMPLE_RATE));
+    }
+
+    ~Song() override { cadenza.reset(); }
+
+    /** Opens the song, which then stands still. */
+    void open(const std::string& loop)
+    {
+        writeText("setup.xml", "<demo><time loop=\"" + loop +
+                                   "\"/><osd show=\"off\"/><music filename=\"song.wav\"/></demo>");
+        cadenza = std::make_unique<OpenCadenza>();
+        cadenza->setup(-1.0f);
+        cadenza->openDevices();
+        ASSERT_FALSE(cadenza->mNosound);
+    }
+
+    test::ScratchFolder folder;
+    std::unique_ptr<OpenCadenza> cadenza;
+};
+
+struct SeekCase {
+    const char* name;
+    float time;     // seconds
+    float expected; // seconds
+
+    friend void PrintTo(const SeekCase& seek, std::ostream* out) { *out << seek.name; }
+};
+
+constexpr SeekCase SEEK_CASES[] = {
+    {"Negative",       -2.0f,    0.0f},
+    {"LandsOnASample", 1.00001f, 1.0f},
+    {"End",            2.0f,     2.0f},
+    {"BeyondTheEnd",   1e9f,     2.0f},
+};
+
+class SongSeek : public Song, public testing::WithParamInterface<SeekCase> {};
+
+TEST_P(SongSeek, MovesSongAndDemoTogether)
+{
+    open("on");
+    cadenza->setTime(GetParam().time);
+
+    EXPECT_EQ(cadenza->getTime(), GetParam().expected);
+    EXPECT_EQ(cadenza->mMusicTime, GetParam().expected);
+    EXPECT_EQ(cadenza->mOsdTime, GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SongSeek, testing::ValuesIn(SEEK_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(Song, StartsAgainAtItsEndWhenItLoops)
+{
+    open("on");
+    cadenza->setTime(2.0f);
+    cadenza->onDraw();
+
+    EXPECT_EQ(cadenza->getSystemTime(), 0.0f);
+    EXPECT_LT(cadenza->mOsdTime, -50.0f);
+}
+
+TEST_F(Song, EndsTheProgramAtItsEndWhenItDoesNot)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            open("off");
+            cadenza->onDraw();
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Song, DoesNotEndWhilePaused)
+{
+    open("off");
+    cadenza->setTime(1.5f);
+    display::KeyEvent space;
+    space.key = display::KEY_SPACE;
+    cadenza->onKeyDown(space);
+    cadenza->setTime(1.5f);
+    cadenza->onDraw();
+
+    EXPECT_EQ(cadenza->getSystemTime(), 1.5f);
+    EXPECT_EQ(cadenza->mMusicTime, 1.5f);
+}
+
+} // namespace
+} // namespace zavex::cadenza
