@@ -36,10 +36,7 @@ ArchivePath split(const std::string& path)
 
 ArchiveManager::ArchiveManager() : mImageManager(std::make_unique<ImageManager>()) {}
 
-ArchiveManager::~ArchiveManager()
-{
-    mArchives.clear();
-}
+ArchiveManager::~ArchiveManager() = default;
 
 int ArchiveManager::addArchive(const std::string& path)
 {

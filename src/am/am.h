@@ -67,8 +67,8 @@ public:
 private:
     ArchiveBase* find(int archive) const;
 
+    std::unique_ptr<ImageManager> mImageManager; // outlives the archives
     std::vector<std::unique_ptr<ArchiveBase>> mArchives;
-    std::unique_ptr<ImageManager> mImageManager; // goes first: it stands last
 };
 
 } // namespace zavex::am

@@ -8,6 +8,8 @@ namespace zavex::am {
 class ArchiveZIP final : public ArchiveBase {
 public:
     explicit ArchiveZIP(const std::string& path);
+    ArchiveZIP(const ArchiveZIP&) = delete;
+    ArchiveZIP& operator=(const ArchiveZIP&) = delete;
     ~ArchiveZIP() override;
 
     /** One '.' and then one separator in front of the name are ignored. */

@@ -61,9 +61,15 @@ Image::Image(const Image& other) : mObjectRef(other.mObjectRef)
 
 Image::Image(Image&& other) noexcept : mObjectRef(std::exchange(other.mObjectRef, nullptr)) {}
 
-Image& Image::operator=(Image other) noexcept
+Image& Image::operator=(const Image& other)
 {
-    std::swap(mObjectRef, other.mObjectRef);
+    return *this = Image(other);
+}
+
+Image& Image::operator=(Image&& other) noexcept
+{
+    Image taken(std::move(other));
+    std::swap(mObjectRef, taken.mObjectRef);
     return *this;
 }
 

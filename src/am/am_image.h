@@ -83,7 +83,8 @@ public:
 
     Image(const Image& other);
     Image(Image&& other) noexcept;
-    Image& operator=(Image other) noexcept;
+    Image& operator=(const Image& other);
+    Image& operator=(Image&& other) noexcept;
     ~Image() { decRef(); }
 
     /** Lets go of what is held and takes `object`, which is owned from here on and may be null. */

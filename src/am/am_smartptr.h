@@ -40,9 +40,12 @@ public:
 
     TSmartPtr(TSmartPtr&& other) noexcept : mRef(std::exchange(other.mRef, nullptr)) {}
 
-    TSmartPtr& operator=(TSmartPtr other) noexcept
+    TSmartPtr& operator=(const TSmartPtr& other) { return *this = TSmartPtr(other); }
+
+    TSmartPtr& operator=(TSmartPtr&& other) noexcept
     {
-        std::swap(mRef, other.mRef);
+        TSmartPtr taken(std::move(other));
+        std::swap(mRef, taken.mRef);
         return *this;
     }
 
