@@ -109,10 +109,8 @@ void Image::decRef()
     --counter->mRef;
     ImageObject* const object = counter->mObject;
     if (counter->mRef == 1 && object->getManager() != nullptr) {
-        // Only the cache is left: its handle ends the image and this counter. A copy of the name
-        // outlives both.
-        const std::string id = object->getId();
-        object->getManager()->releaseImage(id);
+        // Only the cache is left: its handle ends the image and this counter.
+        object->getManager()->releaseImage(*object);
         return;
     }
     if (counter->mRef == 0) {

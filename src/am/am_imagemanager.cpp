@@ -84,16 +84,33 @@ Image ImageManager::getImage(const std::string& name)
 
 int ImageManager::removeImage(const std::string& name)
 {
-    if (mImageCache.erase(name) == 0)
+    const auto found = mImageCache.find(name);
+    if (found == mImageCache.end())
         throw Exception("ImageManager::removeImage, Image %s not found!", name.c_str());
+    drop(found);
     return 0;
+}
+
+void ImageManager::releaseImage(const ImageObject& object) noexcept
+{
+    const auto found = mImageCache.find(object.getId());
+    if (found != mImageCache.end() && &*found->second == &object)
+        drop(found);
+}
+
+/** Detaches the image, so that its handles do not come back here when they go. */
+void ImageManager::drop(ImageCache::iterator entry)
+{
+    const Image image = std::move(entry->second);
+    mImageCache.erase(entry);
+    image->setManager(nullptr);
+    image->setId("");
 }
 
 void ImageManager::empty()
 {
-    for (auto& [name, image] : mImageCache)
-        image->setManager(nullptr);
-    mImageCache.clear();
+    while (!mImageCache.empty())
+        drop(mImageCache.begin());
 }
 
 std::string ImageManager::getExtension(const std::string& name)

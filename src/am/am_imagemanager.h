@@ -42,24 +42,31 @@ public:
     /** The cached image of that name, or a null one. */
     Image getImage(const std::string& name);
 
-    /** Takes an image out of the cache; its other holders keep it. Throws Exception when there is
-        none. @return 0. */
+    /**
+     * Takes an image out of the cache; for those that still hold it, it becomes private and
+     * writable. Throws Exception when there is none of that name.
+     *
+     * @return 0.
+     */
     int removeImage(const std::string& name);
 
-    /** As `removeImage`, for the handle that leaves only the cache's behind; never throws. */
-    void releaseImage(const std::string& name) noexcept { mImageCache.erase(name); }
+    /** As `removeImage`, but for this very image; does nothing when it is not in the cache. */
+    void releaseImage(const ImageObject& object) noexcept;
 
-    /** Empties the cache; images that are still held become private and writable. */
+    /** Removes every image. */
     void empty();
 
     /** What follows the last '.', empty when there is none. */
     static std::string getExtension(const std::string& name);
 
 private:
+    using ImageCache = std::map<std::string, Image>;
+
+    void drop(ImageCache::iterator entry);
     ImageCodec* findCodec(const std::string& name) const;
     void addCodec(std::unique_ptr<ImageCodec> codec);
 
-    std::map<std::string, Image> mImageCache;
+    ImageCache mImageCache;
     std::map<std::string, std::unique_ptr<ImageCodec>> mImageCodecs; // by lower-case extension
 };
 

@@ -237,14 +237,37 @@ TEST(Images, AreSharedWhileTheyAreHeld)
               "ImageManager::removeImage, Image a.png not found!");
 }
 
+TEST(Images, ThatWereRemovedLeaveTheirSuccessorInTheCache)
+{
+    ImageManager manager;
+    const File file = makeFile("a.png", smallPng());
+    Image removed = manager.loadImage("a.png", file, false);
+    Image other = removed;
+    manager.removeImage("a.png");
+    EXPECT_EQ(removed->getId(), "");
+    const Image successor = manager.loadImage("a.png", file, false);
+    other = Image();
+    EXPECT_FALSE(manager.getImage("a.png").isNull());
+    removed = Image();
+    EXPECT_EQ(manager.loadImage("a.png", file, false)->getData(), successor->getData());
+}
+
 TEST(Images, OutliveTheirManager)
 {
-    Image image;
+    Image cached;
+    Image removed;
     {
         ImageManager manager;
-        image = manager.loadImage("a.png", makeFile("a.png", smallPng()), false);
+        const File file = makeFile("a.png", smallPng());
+        removed = manager.loadImage("a.png", file, false);
+        manager.removeImage("a.png");
+        cached = manager.loadImage("a.png", file, false);
     }
-    EXPECT_NE(image->getWriteData(), nullptr);
+    for (Image* const image : {&cached, &removed}) {
+        Image other = *image;
+        other = Image();
+        EXPECT_NE((*image)->getWriteData(), nullptr);
+    }
 }
 
 TEST(Images, ANullHandleSaysHowItWasUsed)
