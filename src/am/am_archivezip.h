@@ -12,7 +12,10 @@ public:
     ArchiveZIP& operator=(const ArchiveZIP&) = delete;
     ~ArchiveZIP() override;
 
-    /** One '.' and then one separator in front of the name are ignored. */
+    /**
+     * One '.' and then one separator in front of the name are ignored. Letters are compared as the
+     * system's file names are: on Linux, case matters.
+     */
     File read(const std::string& name) override;
 
     /** Always false. */
