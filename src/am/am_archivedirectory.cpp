@@ -2,11 +2,11 @@
 
 #include "am/am_atomicwrite.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <limits>
 #include <string_view>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace zavex::am {
@@ -18,7 +18,20 @@ bool isSeparator(char character)
     return character == '/' || character == '\\';
 }
 
+bool isDirectory(const std::string& path)
+{
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 using OpenFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+OpenFile openForReading(const std::string& path)
+{
+    // A pipe of that name must not make the program wait for its other end.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    return {descriptor < 0 ? nullptr : fdopen(descriptor, "rb"), std::fclose};
+}
 
 /** The size of a regular file in bytes; -1 for anything that `File` cannot hold. */
 std::int32_t readableSize(std::FILE* file)
@@ -34,7 +47,7 @@ std::int32_t readableSize(std::FILE* file)
 
 bool CreateDirectory(const std::string& path)
 {
-    return mkdir(path.c_str(), 0777) == 0 || errno == EEXIST;
+    return mkdir(path.c_str(), 0777) == 0 || isDirectory(path);
 }
 
 bool createFullDirectory(const std::string& path)
@@ -56,7 +69,7 @@ ArchiveDirectory::ArchiveDirectory(const std::string& path) : mPath(path)
 
 File ArchiveDirectory::read(const std::string& name)
 {
-    const OpenFile file(std::fopen((mPath + name).c_str(), "rb"), std::fclose);
+    const OpenFile file = openForReading(mPath + name);
     if (!file)
         return {};
     const std::int32_t length = readableSize(file.get());
@@ -72,6 +85,8 @@ File ArchiveDirectory::read(const std::string& name)
 
 bool ArchiveDirectory::write(File file)
 {
+    if (file.isNull())
+        return false;
     std::string reason;
     const std::string_view bytes(file->data, static_cast<std::size_t>(file->length));
     return writeFileAtomically(mPath + file->filename, bytes, reason);

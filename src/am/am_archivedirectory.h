@@ -4,7 +4,7 @@
 
 namespace zavex::am {
 
-/** Creates one directory, open to everyone before the umask. True when it is there afterwards. */
+/** Creates one directory, open to everyone before the umask. True when there is one afterwards. */
 bool CreateDirectory(const std::string& path);
 
 /**
@@ -19,10 +19,10 @@ public:
     /** @param path  Empty for the working directory as it is when a file is named. */
     explicit ArchiveDirectory(const std::string& path);
 
-    /** Null also for a directory and for a file of 2^31 bytes or more. */
+    /** Null also for what is no regular file and for a file of 2^31 bytes or more. */
     File read(const std::string& name) override;
 
-    /** Replaces an old file only once the new one is whole; creates missing directories. */
+    /** As `writeFileAtomically`; creates missing directories. False also for a null file. */
     bool write(File file) override;
 
     const std::string& getLocation() const override { return mPath; }

@@ -1,12 +1,18 @@
 #include "am/am.h"
+#include "am/am_archivedirectory.h"
 #include "am/am_atomicwrite.h"
 #include "am/am_fixture.h"
 
 #include "support/log_capture.h"
 
-#include <csignal>
 #include <minizip/zip.h>
+
+#include <csignal>
+
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace zavex::am {
 namespace {
@@ -108,7 +114,8 @@ TEST_F(Archives, NamesInAZipMayLeadWithADotAndASeparator)
     writeZip("pack.zip", "packed");
     for (const char* name : {"inside.txt", "./inside.txt", "/inside.txt", ".\\inside.txt"})
         EXPECT_EQ(readInside("pack.zip", name), "packed") << name;
-    EXPECT_EQ(readInside("pack.zip", "../inside.txt"), "(null)");
+    for (const char* name : {"../inside.txt", "Inside.txt", "inside.TXT"})
+        EXPECT_EQ(readInside("pack.zip", name), "(null)") << name;
 }
 
 TEST_F(Archives, WritingGoesToTheFirstArchiveAndCreatesFolders)
@@ -128,6 +135,39 @@ TEST_F(Archives, WritingGoesToTheFirstArchiveAndCreatesFolders)
     zipFirst.addArchive(path("pack.zip"));
     zipFirst.addArchive(path(""));
     EXPECT_FALSE(zipFirst.writeFile(makeFile("y.txt", "text"), -1));
+}
+
+TEST_F(Archives, AFileIsNoFolder)
+{
+    write("file", "in the way");
+    EXPECT_FALSE(CreateDirectory(path("file")));
+    EXPECT_FALSE(createFullDirectory(path("file/x")));
+    EXPECT_TRUE(createFullDirectory(path("folder/x")));
+    EXPECT_TRUE(CreateDirectory(path("folder")));
+
+    ArchiveManager manager;
+    manager.addArchive(path(""));
+    EXPECT_TRUE(manager.readFile("folder", 0).isNull());
+    EXPECT_FALSE(manager.writeFile(makeFile("file/x", "text"), 0));
+    EXPECT_FALSE(manager.writeFile(File(), 0));
+    EXPECT_EQ(files(), std::vector<std::string>{"file"});
+}
+
+TEST_F(Archives, APipeIsNotReadAndWrittenAsItIs)
+{
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    ArchiveManager manager;
+    manager.addArchive(path(""));
+    EXPECT_TRUE(manager.readFile("pipe", 0).isNull());
+
+    const int reader = open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    EXPECT_TRUE(manager.writeFile(makeFile("pipe", "text"), 0));
+    char bytes[8] = {};
+    EXPECT_EQ(::read(reader, bytes, sizeof(bytes)), 4);
+    EXPECT_STREQ(bytes, "text");
+    close(reader);
+    EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
 }
 
 TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndSaysWhy)
@@ -158,8 +198,27 @@ TEST_F(Archives, ReplacingKeepsPermissionsAndLinks)
     ASSERT_TRUE(writeFileAtomically(path("link.xml"), "new", reason)) << reason;
     EXPECT_TRUE(fs::is_symlink(path("link.xml")));
     EXPECT_EQ(read("real.xml"), "new");
+    fs::create_symlink("gone.xml", path("dangling.xml"));
+    ASSERT_TRUE(writeFileAtomically(path("dangling.xml"), "newer", reason)) << reason;
+    EXPECT_TRUE(fs::is_symlink(path("dangling.xml")));
+    EXPECT_EQ(read("gone.xml"), "newer");
+    fs::create_symlink("circle.xml", path("circle.xml"));
+    EXPECT_FALSE(writeFileAtomically(path("circle.xml"), "lost", reason));
+    EXPECT_EQ(reason, "Too many levels of symbolic links");
     EXPECT_EQ(fs::status(path("real.xml")).permissions(),
               fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Archives, ReplacingLeavesItsNeighboursAlone)
+{
+    const std::string longest(255, 'n'); // as long as a name may be
+    write(longest, "old");
+    write(".part0", "somebody's");
+    std::string reason;
+    ASSERT_TRUE(writeFileAtomically(path(longest), "new", reason)) << reason;
+    EXPECT_EQ(read(longest), "new");
+    EXPECT_EQ(read(".part0"), "somebody's");
+    EXPECT_EQ(files(), (std::vector<std::string>{".part0", longest}));
 }
 
 TEST_F(Archives, AZipCutAnywhereGivesTheWholeFileOrNone)
