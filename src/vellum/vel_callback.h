@@ -29,7 +29,7 @@ public:
      * menu to the option, joined by full stops ("spline.type.square").
      */
     virtual void contextAction([[maybe_unused]] Context* context,
-                               [[maybe_unused]] std::string action)
+                               [[maybe_unused]] const std::string& action)
     {}
 
     /** `control` is where the action started, which need not be the control that is observed. */

@@ -83,7 +83,7 @@ Root::Root(Area area) : Probe("root", area)
     mType = "workspace";
 }
 
-void Observer::contextAction(Context*, std::string action)
+void Observer::contextAction(Context*, const std::string& action)
 {
     chosen.push_back(action);
     if (onAction)

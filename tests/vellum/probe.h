@@ -99,7 +99,7 @@ public:
 /** Notes the actions it hears of and calls `onAction` for each. */
 class Observer final : public Callback {
 public:
-    void contextAction(Context* context, std::string action) override;
+    void contextAction(Context* context, const std::string& action) override;
     void controlAction(Control* control, Action action) override;
 
     struct Heard {
