@@ -44,6 +44,7 @@ constexpr float SIDE_TEXCOORDS[4][2] = {{0, 1}, {1, 1}, {1, 0}, {0, 0}};
 // clang-format on
 
 constexpr std::size_t CIRCLE_SEGMENTS = 32;
+constexpr float CIRCLE_STEP = 2.0f * std::numbers::pi_v<float> / CIRCLE_SEGMENTS; // radians
 
 /** Vertices handed over at once: whole lines and triangles, and less than fits an array. */
 constexpr std::size_t CHUNK = 49152;
@@ -120,10 +121,9 @@ struct UnitCircle {
 
     UnitCircle()
     {
-        constexpr float STEP = 2.0f * std::numbers::pi_v<float> / CIRCLE_SEGMENTS;
         for (std::size_t i = 0; i <= CIRCLE_SEGMENTS; ++i) {
-            x[i] = std::cos(STEP * static_cast<float>(i));
-            y[i] = std::sin(STEP * static_cast<float>(i));
+            x[i] = std::cos(CIRCLE_STEP * static_cast<float>(i));
+            y[i] = std::sin(CIRCLE_STEP * static_cast<float>(i));
         }
     }
 };
@@ -338,6 +338,7 @@ void DisplayObsolete::drawCircle(float x, float y, float radiusX, float radiusY,
         *out++ = vertexAt(x + radiusX * unit.x[i], y + radiusY * unit.y[i], 0.0f, color);
 }
 
+// NOLINTNEXTLINE(readability-function-size): two corners
 void DisplayObsolete::drawBox(float x0, float y0, float z0, float x1, float y1, float z1)
 {
     drawBox(Vector3f{x0, y0, z0}, Vector3f{x1, y1, z1});
@@ -399,6 +400,7 @@ void DisplayObsolete::drawLine(const Vector3f& from, const Vector3f& to)
     ends[1] = vertexAt(to.x, to.y, to.z, color);
 }
 
+// NOLINTNEXTLINE(readability-function-size): the parameters are fixed
 void DisplayObsolete::drawLine(const Vector3f& from, const Vector3f& to, const Vector4f& color,
                                float width, bool dashed, int count)
 {

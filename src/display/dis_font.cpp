@@ -176,8 +176,10 @@ void Font::draw(const std::string& text, const mathbase::Vector2f& scale,
     float x = startOf(text, scale.x);
     for (const char letter : text) {
         const auto glyph = static_cast<unsigned char>(letter);
-        const float u = static_cast<float>(glyph % GLYPHS_PER_ROW) * mLetterWidth;
-        const float v = static_cast<float>(glyph / GLYPHS_PER_ROW) * mLetterHeight;
+        const int column = glyph % GLYPHS_PER_ROW;
+        const int row = glyph / GLYPHS_PER_ROW;
+        const float u = static_cast<float>(column) * mLetterWidth;
+        const float v = static_cast<float>(row) * mLetterHeight;
         appendQuad(immediate, origin, {std::round(x), bottom, std::round(x + width), top},
                    {u, v + mLetterHeight, u + mLetterWidth, v}, color);
         x += mKerning[glyph] * scale.x;

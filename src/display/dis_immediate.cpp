@@ -4,8 +4,6 @@
 #include "display/dis_glinclude.h"
 #include "display/dis_texture_gl.h"
 
-#include <utility>
-
 namespace zavex::display {
 
 namespace {
@@ -77,6 +75,71 @@ void loadMatrix(GLenum mode, const mathbase::Matrix4x4Col& matrix)
 {
     GL_CHECKED(glMatrixMode(mode));
     GL_CHECKED(glLoadMatrixf(matrix.mData));
+}
+
+/** From the state that the driver is in to the one that it is to be in. */
+struct Changes {
+    const Immediate::State& from;
+    const Immediate::State& to;
+    bool all; // `from` says nothing about the driver: everything changes
+
+    template <typename Field>
+    bool in(Field Immediate::State::*field) const
+    {
+        return all || to.*field != from.*field;
+    }
+};
+
+void applyMatrices(const Changes& changes)
+{
+    if (changes.in(&Immediate::State::projection))
+        loadMatrix(GL_PROJECTION, changes.to.projection);
+    if (changes.in(&Immediate::State::modelView))
+        loadMatrix(GL_MODELVIEW, changes.to.modelView);
+    GL_CHECKED(glMatrixMode(GL_MODELVIEW));
+}
+
+void applyBlending(const Changes& changes)
+{
+    const Immediate::State& to = changes.to;
+    if (changes.in(&Immediate::State::blending))
+        enable(GL_BLEND, to.blending);
+    if (changes.in(&Immediate::State::blendSource) ||
+        changes.in(&Immediate::State::blendDestination))
+        GL_CHECKED(glBlendFunc(glName(to.blendSource), glName(to.blendDestination)));
+    if (changes.in(&Immediate::State::blendEquation))
+        setBlendEquation(to.blendEquation);
+}
+
+/** What becomes of the corners of a shape: its lines' width, its points' size, its faces. */
+void applyShapes(const Changes& changes)
+{
+    const Immediate::State& to = changes.to;
+    if (changes.in(&Immediate::State::lineWidth))
+        GL_CHECKED(glLineWidth(to.lineWidth));
+    if (changes.in(&Immediate::State::pointSize))
+        GL_CHECKED(glPointSize(to.pointSize));
+    if (changes.in(&Immediate::State::frontFace))
+        GL_CHECKED(glFrontFace(to.frontFace == Winding::CLOCKWISE ? GL_CW : GL_CCW));
+    if (changes.in(&Immediate::State::faceCulling))
+        enable(GL_CULL_FACE, to.faceCulling);
+    if (changes.in(&Immediate::State::texturing))
+        enableTexturing(to.texturing);
+}
+
+/** Which pixels are drawn at all. */
+void applyTests(const Changes& changes)
+{
+    const Immediate::State& to = changes.to;
+    const Immediate::Rectangle& box = to.scissor;
+    if (changes.in(&Immediate::State::scissor))
+        GL_CHECKED(glScissor(box.x, box.y, box.width, box.height));
+    if (changes.in(&Immediate::State::scissorTest))
+        enable(GL_SCISSOR_TEST, to.scissorTest);
+    if (changes.in(&Immediate::State::depthTest))
+        enable(GL_DEPTH_TEST, to.depthTest);
+    if (changes.in(&Immediate::State::depthWriting))
+        GL_CHECKED(glDepthMask(to.depthWriting ? GL_TRUE : GL_FALSE));
 }
 
 } // namespace
@@ -215,41 +278,14 @@ void Immediate::drawArrayWith(Texture& texture) const
 
 void Immediate::apply(const State& state)
 {
-    const bool all = !mDriverKnown;
-    const auto differs = [&](auto field) { return all || state.*field != mDriverState.*field; };
+    const Changes changes{mDriverState, state, !mDriverKnown};
 
     // What the driver is in is unknown while the calls are made: one of them may throw.
     mDriverKnown = false;
-    if (differs(&State::projection))
-        loadMatrix(GL_PROJECTION, state.projection);
-    if (differs(&State::modelView))
-        loadMatrix(GL_MODELVIEW, state.modelView);
-    GL_CHECKED(glMatrixMode(GL_MODELVIEW));
-    if (differs(&State::scissor))
-        GL_CHECKED(
-            glScissor(state.scissor.x, state.scissor.y, state.scissor.width, state.scissor.height));
-    if (differs(&State::lineWidth))
-        GL_CHECKED(glLineWidth(state.lineWidth));
-    if (differs(&State::pointSize))
-        GL_CHECKED(glPointSize(state.pointSize));
-    if (differs(&State::blendSource) || differs(&State::blendDestination))
-        GL_CHECKED(glBlendFunc(glName(state.blendSource), glName(state.blendDestination)));
-    if (differs(&State::blendEquation))
-        setBlendEquation(state.blendEquation);
-    if (differs(&State::frontFace))
-        GL_CHECKED(glFrontFace(state.frontFace == Winding::CLOCKWISE ? GL_CW : GL_CCW));
-    if (differs(&State::blending))
-        enable(GL_BLEND, state.blending);
-    if (differs(&State::texturing))
-        enableTexturing(state.texturing);
-    if (differs(&State::depthTest))
-        enable(GL_DEPTH_TEST, state.depthTest);
-    if (differs(&State::depthWriting))
-        GL_CHECKED(glDepthMask(state.depthWriting ? GL_TRUE : GL_FALSE));
-    if (differs(&State::faceCulling))
-        enable(GL_CULL_FACE, state.faceCulling);
-    if (differs(&State::scissorTest))
-        enable(GL_SCISSOR_TEST, state.scissorTest);
+    applyMatrices(changes);
+    applyBlending(changes);
+    applyShapes(changes);
+    applyTests(changes);
     mDriverState = state;
     mDriverKnown = true;
 }

@@ -163,9 +163,8 @@ public:
      */
     static void writeQuad(Index* indices, Index first, const std::array<Index, 4>& corners)
     {
-        constexpr std::size_t ORDER[6] = {0, 1, 2, 0, 2, 3};
-        for (std::size_t i = 0; i < 6; ++i)
-            indices[i] = static_cast<Index>(first + corners[ORDER[i]]);
+        for (const std::size_t corner : {0, 1, 2, 0, 2, 3})
+            *indices++ = static_cast<Index>(first + corners[corner]);
     }
 
     /** Draws everything appended and puts the driver into the present state. */

@@ -465,7 +465,7 @@ TEST_F(ImmediateTest, DropsWhatTheDriverRefusesAndGoesOn)
     Draw::setLineWidth(-1.0f);
     Draw::drawLine(0.5f, 0.5f, 20.5f, 0.5f);
     const std::string message = test::thrownMessage([] { Draw::flush(); });
-    EXPECT_NE(message.find("Line: glLineWidth(state.lineWidth)\nError: 'GL_INVALID_VALUE'"),
+    EXPECT_NE(message.find("Line: glLineWidth(to.lineWidth)\nError: 'GL_INVALID_VALUE'"),
               std::string::npos)
         << message;
 
