@@ -12,7 +12,8 @@ namespace zavex::am {
 
 namespace {
 
-// A file cannot hold more pixels than this per byte: even an empty block of 16 x 16 takes six bits.
+// More pixels than this per byte are taken for a lie: in Huffman coding even an empty square of
+// 16 x 16 takes six bits. Arithmetic coding can hold more, and is refused then.
 constexpr std::int64_t MOST_PIXELS_PER_BYTE = 2048;
 constexpr std::size_t BYTES_PER_PIXEL = 4;
 

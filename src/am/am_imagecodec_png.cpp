@@ -140,7 +140,9 @@ public:
 
     bool write(const ImageObject& image, png_bytepp rows, std::vector<unsigned char>& file)
     {
-        if (mInfo == nullptr || setjmp(png_jmpbuf(mPng)) != 0)
+        if (mInfo == nullptr)
+            return false;
+        if (setjmp(png_jmpbuf(mPng)) != 0)
             return false;
         png_set_write_fn(mPng, &file, appendBytes, flushNothing);
         png_set_IHDR(mPng, mInfo, static_cast<png_uint_32>(image.getWidth()),

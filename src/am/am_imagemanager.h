@@ -28,6 +28,7 @@ public:
      *
      * Throws Exception when no codec serves the extension or the file cannot be decoded.
      *
+     * @param file      Must not be null, unless the image is cached.
      * @param uncached  Decode in any case, into a private, writable image.
      */
     Image loadImage(const std::string& name, const File& file, bool uncached);

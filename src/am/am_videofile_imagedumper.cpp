@@ -18,7 +18,7 @@ void VideoFileImageDumper::writeFrame()
     std::snprintf(name, NAME_SIZE, "%s.%06d.%s", mFilename.c_str(), mFrameNumber,
                   mExtension.c_str());
     ++mFrameNumber;
-    if (!mArchive->writeImage(name, mImage))
+    if (mArchive == nullptr || !mArchive->writeImage(name, mImage))
         ++mLostFrames;
 }
 

@@ -13,7 +13,10 @@ class VideoFileImageDumper final : public VideoFile {
 public:
     void attach(Image& image) override { mImage = image; }
 
-    /** Writes the attached picture, which must be there and writable. */
+    /**
+     * Writes the attached picture. Throws Exception when there is none or it is shared through a
+     * cache. A frame of a dumper that was not opened is lost.
+     */
     void writeFrame() override;
 
     const Format& getFormat() const override { return mFormat; }
