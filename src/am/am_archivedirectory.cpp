@@ -2,6 +2,7 @@
 
 #include "am/am_atomicwrite.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <limits>
 #include <string_view>
@@ -47,18 +48,23 @@ std::int32_t readableSize(std::FILE* file)
 
 bool CreateDirectory(const std::string& path)
 {
-    return mkdir(path.c_str(), 0777) == 0 || isDirectory(path);
+    if (mkdir(path.c_str(), 0777) == 0)
+        return true;
+    const int error = errno;
+    if (isDirectory(path))
+        return true;
+    errno = error;
+    return false;
 }
 
 bool createFullDirectory(const std::string& path)
 {
     const std::size_t first = path.find_first_not_of("./\\");
-    bool created = true;
     for (std::size_t at = first; at < path.size(); ++at) {
         if (isSeparator(path[at]) && !CreateDirectory(path.substr(0, at)))
-            created = false;
+            return false;
     }
-    return created;
+    return true;
 }
 
 ArchiveDirectory::ArchiveDirectory(const std::string& path) : mPath(path)

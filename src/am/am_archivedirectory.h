@@ -4,12 +4,16 @@
 
 namespace zavex::am {
 
-/** Creates one directory, open to everyone before the umask. True when there is one afterwards. */
+/**
+ * Creates one directory, open to everyone before the umask. True when there is one afterwards, else
+ * errno says why not.
+ */
 bool CreateDirectory(const std::string& path);
 
 /**
  * Creates every directory that `path` names before its last separator ('/' or '\\'). Dots and
- * separators that lead the path are not created. False when one could not be.
+ * separators that lead the path are not created. Stops, and is false, at the first that cannot be;
+ * errno says why.
  */
 bool createFullDirectory(const std::string& path);
 

@@ -100,11 +100,13 @@ bool pass(const std::string& target, std::string_view bytes)
 bool write(const std::string& target, std::string_view bytes)
 {
     struct stat old {};
-    if (stat(target.c_str(), &old) == 0) {
-        return S_ISREG(old.st_mode) ? replace(target, bytes, old.st_mode & PERMISSIONS)
-                                    : pass(target, bytes);
-    }
-    return errno == ENOENT && replace(target, bytes, std::nullopt);
+    if (stat(target.c_str(), &old) != 0)
+        return errno == ENOENT && replace(target, bytes, std::nullopt);
+    if (!S_ISREG(old.st_mode))
+        return pass(target, bytes);
+    // Renaming over a write-protected file would work.
+    return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0 &&
+           replace(target, bytes, old.st_mode & PERMISSIONS);
 }
 
 } // namespace

@@ -11,6 +11,7 @@ namespace zavex::am {
  * The bytes go to a file beside it, which is renamed over it. A file that replaces another reaches
  * the disk before the old one goes; one that replaces nothing is not waited for. Missing
  * directories are created; a symbolic link stays one. A device or a pipe gets the bytes as it is.
+ * A write-protected file is not replaced.
  *
  * @param reason  Receives why it failed, as the system words it; left alone on success.
  * @return False when the file could not be written; the old one is whole then.

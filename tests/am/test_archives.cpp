@@ -188,6 +188,44 @@ TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndSaysWhy)
     EXPECT_EQ(files(), std::vector<std::string>{"saved.xml"});
 }
 
+/** Nothing is forbidden to root: acts as another user while it lives. */
+class CommonUser {
+public:
+    CommonUser() : mChanged(geteuid() == 0 && seteuid(NOBODY) == 0) {}
+    CommonUser(const CommonUser&) = delete;
+    CommonUser& operator=(const CommonUser&) = delete;
+    ~CommonUser() { EXPECT_TRUE(!mChanged || seteuid(0) == 0); }
+
+private:
+    static constexpr uid_t NOBODY = 65534;
+    bool mChanged;
+};
+
+TEST_F(Archives, WhatIsWriteProtectedStaysAndTheReasonSaysSo)
+{
+    namespace fs = std::filesystem;
+    constexpr auto READ = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+    constexpr auto ENTER = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    write("open/file", "old");
+    write("closed/file", "old");
+    fs::permissions(path("open/file"), READ);
+    fs::permissions(path("open"), fs::perms::all);
+    fs::permissions(path("closed/file"), fs::perms::all);
+    fs::permissions(path("closed"), READ | ENTER);
+    fs::permissions(mFolder, fs::perms::all);
+    {
+        const CommonUser user;
+        for (const char* name : {"open/file", "closed/file", "closed/new", "closed/a/b/new"}) {
+            std::string reason;
+            EXPECT_FALSE(writeFileAtomically(path(name), "new", reason)) << name;
+            EXPECT_EQ(reason, "Permission denied") << name;
+        }
+    }
+    fs::permissions(path("closed"), fs::perms::all);
+    EXPECT_EQ(read("open/file") + read("closed/file"), "oldold");
+    EXPECT_EQ(files(), (std::vector<std::string>{"closed/file", "open/file"}));
+}
+
 TEST_F(Archives, ReplacingKeepsPermissionsAndLinks)
 {
     namespace fs = std::filesystem;
