@@ -12,9 +12,10 @@ namespace zavex::am {
 
 namespace {
 
-constexpr std::size_t SIGNATURE_SIZE = 8;   // bytes
+constexpr std::size_t SIGNATURE_SIZE = 8; // bytes
+constexpr unsigned char OPAQUE = 255;
 constexpr std::size_t DEFLATE_LIMIT = 1032; // deflate never expands a byte to more
-constexpr int BYTES_PER_PIXEL = 4;
+constexpr std::size_t BYTES_PER_PIXEL = 4;
 
 // libpng reports an error by a jump out of its own frames. The functions that it jumps to hold
 // nothing with a destructor; everything they need is owned by their callers.
@@ -71,15 +72,11 @@ public:
         return true;
     }
 
-    /** The pixels as blue, green, red, alpha, and what follows them. */
+    /** The pixels as they are stored, and what follows them. */
     bool readPixels(png_bytepp rows)
     {
         if (setjmp(png_jmpbuf(mPng)) != 0)
             return false;
-        png_set_bgr(mPng);
-        png_set_add_alpha(mPng, 255, PNG_FILLER_AFTER);
-        png_set_interlace_handling(mPng);
-        png_read_update_info(mPng, mInfo);
         png_read_image(mPng, rows);
         png_read_end(mPng, nullptr);
         return true;
@@ -89,6 +86,7 @@ public:
     int height() const { return static_cast<int>(png_get_image_height(mPng, mInfo)); }
     int colourType() const { return png_get_color_type(mPng, mInfo); }
     int bitDepth() const { return png_get_bit_depth(mPng, mInfo); }
+    /** Of the pixels as they are stored. */
     std::size_t rowBytes() const { return png_get_rowbytes(mPng, mInfo); }
 
 private:
@@ -112,6 +110,22 @@ bool isPlausible(const Reader& reader, std::size_t bytesLeft)
 {
     const std::size_t claimed = reader.rowBytes() * static_cast<std::size_t>(reader.height());
     return claimed / DEFLATE_LIMIT <= bytesLeft;
+}
+
+/** @param rowBytes  width x 3 for red, green and blue; width x 4 with alpha. */
+std::unique_ptr<unsigned char[]> toBgra(const unsigned char* stored, std::size_t rowBytes,
+                                        int width, int height)
+{
+    const std::size_t size = ImageObject::byteCount(width, height);
+    std::unique_ptr<unsigned char[]> pixels(new unsigned char[size]);
+    const std::size_t channels = rowBytes / static_cast<std::size_t>(width);
+    for (std::size_t at = 0; at < size; at += BYTES_PER_PIXEL, stored += channels) {
+        pixels[at] = stored[2];
+        pixels[at + 1] = stored[1];
+        pixels[at + 2] = stored[0];
+        pixels[at + 3] = channels == BYTES_PER_PIXEL ? stored[3] : OPAQUE;
+    }
+    return pixels;
 }
 
 void appendBytes(png_structp png, png_bytep bytes, png_size_t count)
@@ -160,10 +174,10 @@ private:
     png_infop mInfo;
 };
 
-std::vector<png_bytep> rowsOf(unsigned char* pixels, int width, int height)
+/** @param stride  Bytes from one row to the next. */
+std::vector<png_bytep> rowsOf(unsigned char* pixels, std::size_t stride, int height)
 {
     std::vector<png_bytep> rows(static_cast<std::size_t>(height));
-    const std::size_t stride = static_cast<std::size_t>(width) * BYTES_PER_PIXEL;
     for (std::size_t y = 0; y < rows.size(); ++y)
         rows[y] = pixels + y * stride;
     return rows;
@@ -180,23 +194,28 @@ void ImageCodecPNG::decodeImage(const unsigned char* data, std::size_t size, Ima
     Source source{data + SIGNATURE_SIZE, size - SIGNATURE_SIZE};
     if (!reader.readHeader(source))
         throw Exception("[loadPNG] Error when decoding png-file!");
-    requireFormat(reader);
     if (!isPlausible(reader, size))
         throw Exception("[loadPNG] Error when decoding png-file!");
 
+    // A damaged file is called so, whatever its format: the format is looked at when all is read.
     const int width = reader.width();
     const int height = reader.height();
-    std::unique_ptr<unsigned char[]> pixels(
-        new unsigned char[ImageObject::byteCount(width, height)]);
-    std::vector<png_bytep> rows = rowsOf(pixels.get(), width, height);
+    const std::unique_ptr<unsigned char[]> stored(
+        new unsigned char[reader.rowBytes() * static_cast<std::size_t>(height)]);
+    std::vector<png_bytep> rows = rowsOf(stored.get(), reader.rowBytes(), height);
     if (!reader.readPixels(rows.data()))
         throw Exception("[loadPNG] Error when decoding png-file!");
-    out.setData(width, height, std::move(pixels));
+    requireFormat(reader);
+    out.setData(width, height, toBgra(stored.get(), reader.rowBytes(), width, height));
 }
 
 bool ImageCodecPNG::encodeImage(unsigned char** data, std::size_t* size, ImageObject& in)
 {
-    std::vector<png_bytep> rows = rowsOf(in.getWriteData(), in.getWidth(), in.getHeight());
+    unsigned char* const pixels = in.getWriteData();
+    if (pixels == nullptr)
+        return false;
+    const std::size_t stride = static_cast<std::size_t>(in.getWidth()) * BYTES_PER_PIXEL;
+    std::vector<png_bytep> rows = rowsOf(pixels, stride, in.getHeight());
     std::vector<unsigned char> file;
     if (!Writer().write(in, rows.data(), file))
         return false;

@@ -115,6 +115,8 @@ constexpr RefusedPng REFUSED[] = {
     {"Grey",      PNG_COLOR_TYPE_GRAY,       8,  "[loadPNG] No support for grayscale images yet"},
     {"DeepGrey",  PNG_COLOR_TYPE_GRAY,       16,
      "[loadPNG] Bad color format of image (type 0, 16 bits per channel)"                        },
+    {"FewBits",   PNG_COLOR_TYPE_GRAY,       1,
+     "[loadPNG] Bad color format of image (type 0, 1 bits per channel)"                         },
     {"GreyAlpha", PNG_COLOR_TYPE_GRAY_ALPHA, 8,
      "[loadPNG] Bad color format of image (type 4, 8 bits per channel)"                         },
     {"Deep",      PNG_COLOR_TYPE_RGB,        16,
@@ -128,6 +130,8 @@ TEST_P(RefusedPngs, SayWhatTheyAre)
     const std::string png =
         encodePng(GetParam().type, GetParam().depth, 1, 1, std::string(8, '\0'));
     EXPECT_EQ(thrownMessage([&] { decode("a.png", png); }), GetParam().message);
+    EXPECT_EQ(thrownMessage([&] { decode("a.png", png.substr(0, png.size() - 1)); }),
+              "[loadPNG] Error when decoding png-file!");
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, RefusedPngs, testing::ValuesIn(REFUSED),
