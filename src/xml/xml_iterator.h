@@ -25,8 +25,9 @@ public:
 
     /**
      * Inserts a copy of `tag` behind the current child (as the first one before the first step) and
-     * stands on it, whether or not it meets the search criteria. Throws `Exception` after a step
-     * has returned false: there is no place behind the end.
+     * stands on it, whether or not it meets the search criteria. After a search that found nothing
+     * more, that is behind the last child found; but after a step from the last child of all there
+     * is no place, and `Exception` is thrown.
      *
      * @return  An iterator over the new child's own children.
      */

@@ -11,11 +11,15 @@ bool IteratorConst::operator++()
 
     atBegin = false;
     const int count = context->getNumChildren();
-    for (++currentChild; currentChild < count; ++currentChild) {
-        if (searchCriteria.empty() || child().getTag().getName() == searchCriteria)
+    for (int next = currentChild + 1; next < count; ++next) {
+        if (searchCriteria.empty() ||
+            context->getChildren(next)->getTag().getName() == searchCriteria) {
+            currentChild = next;
             return true;
+        }
     }
-    currentChild = count;
+    if (currentChild + 1 >= count)
+        currentChild = count;
     atEnd = true;
     return false;
 }

@@ -115,6 +115,22 @@ TEST_F(Iteration, InsertsBehindTheCurrentChildAndStandsOnTheNewOne)
               "<r>\n<first/>\n<k n=\"1\"/>\n<second>\n<inner/>\n</second>\n");
 }
 
+TEST_F(Iteration, InsertsBehindTheLastFindWhenASearchEnds)
+{
+    Iterator each = parser.createIterator("x");
+    while (++each) {
+    }
+    each.addChild(XmlTag("added"));
+    EXPECT_FALSE(each.isAtEnd());
+    EXPECT_EQ(each->getName(), "added");
+    EXPECT_EQ(each.getContext()->getChildren(2)->getTag().getName(), "added");
+
+    Iterator none = parser.createIterator("none");
+    EXPECT_FALSE(++none);
+    none.addChild(XmlTag("first"));
+    EXPECT_EQ(none.getContext()->getChildren(0)->getTag().getName(), "first");
+}
+
 TEST_F(Iteration, HasNoPlaceForAChildBehindItsEnd)
 {
     Iterator each = parser.createIterator("");
