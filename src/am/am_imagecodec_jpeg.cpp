@@ -12,8 +12,8 @@ namespace zavex::am {
 
 namespace {
 
-// More pixels than this per byte are taken for a lie: in Huffman coding even an empty square of
-// 16 x 16 takes six bits. Arithmetic coding can hold more, and is refused then.
+// A Huffman code cannot hold more pixels than this per byte: even an empty block of 16 x 16 takes
+// six bits.
 constexpr std::int64_t MOST_PIXELS_PER_BYTE = 2048;
 constexpr std::size_t BYTES_PER_PIXEL = 4;
 
@@ -73,6 +73,13 @@ public:
         return true;
     }
 
+    /** False when `size` bytes cannot hold as many pixels as the header claims. */
+    bool isPlausible(std::size_t size) const
+    {
+        const std::int64_t pixels = std::int64_t{width()} * height();
+        return mInfo.arith_code || pixels / MOST_PIXELS_PER_BYTE <= static_cast<std::int64_t>(size);
+    }
+
     int width() const { return static_cast<int>(mInfo.output_width); }
     int height() const { return static_cast<int>(mInfo.output_height); }
     const char* message() const { return mExit.message; }
@@ -89,8 +96,7 @@ void ImageCodecJPEG::decodeImage(const unsigned char* data, std::size_t size, Im
     Decoder decoder;
     if (!decoder.start(data, size))
         throw Exception("Internal jpeglib error; %s", decoder.message());
-    const std::int64_t pixelCount = std::int64_t{decoder.width()} * decoder.height();
-    if (pixelCount / MOST_PIXELS_PER_BYTE > static_cast<std::int64_t>(size))
+    if (!decoder.isPlausible(size))
         throw Exception("Internal jpeglib error; %d x %d pixels cannot be in %zu bytes",
                         decoder.width(), decoder.height(), size);
 

@@ -47,6 +47,7 @@ Image ImageManager::loadImage(const std::string& name, const File& file, bool un
     ImageCodec* const codec = findCodec(name);
     if (codec == nullptr)
         throw Exception("ImageManager::loadImage, No decoder found for %s", name.c_str());
+    ZVX_REQUIRE(!file.isNull(), "!file.isNull()");
 
     auto object = std::make_unique<ImageObject>();
     codec->decodeImage(reinterpret_cast<const unsigned char*>(file->data),

@@ -14,8 +14,9 @@ public:
     void attach(Image& image) override { mImage = image; }
 
     /**
-     * Writes the attached picture. Throws Exception when there is none or it is shared through a
-     * cache. A frame of a dumper that was not opened is lost.
+     * Writes the attached picture and goes on to the next number, whatever comes of it. Loses the
+     * frame unless opened; throws Exception when there is no picture or it is shared through a
+     * cache.
      */
     void writeFrame() override;
 

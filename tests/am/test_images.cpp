@@ -1,6 +1,7 @@
 #include "am/am.h"
 #include "am/am_fixture.h"
 #include "am/am_videofile.h"
+#include "am/am_videofile_imagedumper.h"
 
 #include "support/log_capture.h"
 
@@ -47,7 +48,7 @@ std::string smallPng()
     return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, std::string("\xff\0\0\0\0\xff", 6));
 }
 
-std::string encodeJpeg(int width, int height)
+std::string encodeJpeg(int width, int height, bool arithmetic = false)
 {
     jpeg_compress_struct info{};
     jpeg_error_mgr errors{};
@@ -62,6 +63,7 @@ std::string encodeJpeg(int width, int height)
     info.in_color_space = JCS_RGB;
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, 95, TRUE);
+    info.arith_code = arithmetic ? TRUE : FALSE;
     jpeg_start_compress(&info, TRUE);
     std::string row;
     for (int x = 0; x < width; ++x)
@@ -176,6 +178,16 @@ TEST(Jpeg, DecodesWithinItsLossAndOpaque)
     EXPECT_NEAR(last[1], 0x40, 3);
     EXPECT_NEAR(last[2], 0xe0, 3);
     EXPECT_EQ(last[3], 255);
+}
+
+TEST(Jpeg, OfOneColourMayBeTinyInAnArithmeticCode)
+{
+    constexpr int SIDE = 2048;
+    const std::string jpeg = encodeJpeg(SIDE, SIDE, true);
+    ASSERT_LT(jpeg.size(), 2000u);
+    const Image image = decode("a.jpg", jpeg);
+    const unsigned char* const last = image->getData() + (SIDE * SIDE - 1) * 4;
+    EXPECT_NEAR(last[2], 0xe0, 3);
 }
 
 TEST(Jpeg, CutAtAnyByteIsRefused)
@@ -322,6 +334,26 @@ TEST_F(Dumping, NumbersItsFramesAndCountsTheLostOnes)
               (std::vector<std::string>{"frames/a.b.000000.png", "frames/a.b.000002.png"}));
     const Image written = mArchives.loadImage("frames/a.b.000002.png", -1, true);
     EXPECT_EQ(pixelsOf(written), pixelsOf(mPicture));
+}
+
+TEST_F(Dumping, GoesOnAfterAPictureThatIsNotThereOrNotItsOwn)
+{
+    VideoFileImageDumper video;
+    EXPECT_EQ(video.getFormat().frameRateBase, 1);
+    video.writeFrame();
+    EXPECT_EQ(video.getLostFrames(), 1);
+
+    ASSERT_TRUE(video.openForWrite("a.png", VideoFile::Format(4, 2, 25), &mArchives));
+    EXPECT_EQ(thrownMessage([&] { video.writeFrame(); }),
+              "Image::operator*() Attempt to dereference (NULL)ImageObject!");
+    ImageManager manager;
+    Image cached = manager.loadImage("a.png", makeFile("a.png", smallPng()), false);
+    video.attach(cached);
+    EXPECT_EQ(thrownMessage([&] { video.writeFrame(); }),
+              "ImageObbject::getWriteData, Access not allowed!");
+    video.attach(mPicture);
+    video.writeFrame();
+    EXPECT_EQ(files(), std::vector<std::string>{"a.000002.png"});
 }
 
 TEST_F(Dumping, RefusesWhatItCannotWriteOrRead)
