@@ -1,16 +1,16 @@
 #include "am/am_archivezip.h"
 
+#include <minizip/unzip.h>
+
 #include <algorithm>
 #include <limits>
 #include <vector>
-
-#include <minizip/unzip.h>
 
 namespace zavex::am {
 
 namespace {
 
-constexpr int CASE_BY_SYSTEM = 0; // minizip: compare names as the file system does
+constexpr int CASE_BY_SYSTEM = 0; // minizip: compare names as the system's file names are
 constexpr std::size_t NAME_SIZE = 512;
 constexpr std::size_t CHUNK = 1U << 18U;    // bytes
 constexpr std::size_t DEFLATE_LIMIT = 1032; // deflate never expands a byte to more

@@ -2,11 +2,12 @@
 
 #include "common/zvx_system.h"
 
-#include <csetjmp>
-#include <cstdint>
 #include <cstdio> // jpeglib.h needs it before
 
 #include <jpeglib.h>
+
+#include <csetjmp>
+#include <cstdint>
 
 namespace zavex::am {
 

@@ -2,11 +2,11 @@
 
 #include "common/zvx_system.h"
 
+#include <png.h>
+
 #include <algorithm>
 #include <cstring>
 #include <vector>
-
-#include <png.h>
 
 namespace zavex::am {
 
