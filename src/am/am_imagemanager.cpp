@@ -43,7 +43,6 @@ Image ImageManager::loadImage(const std::string& name, const File& file, bool un
             return cached->second;
     }
 
-    ZVX_REQUIRE(!file.isNull(), "!file.isNull()");
     ImageCodec* const codec = findCodec(name);
     if (codec == nullptr)
         throw Exception("ImageManager::loadImage, No decoder found for %s", name.c_str());
