@@ -11,6 +11,20 @@
 
 namespace zavex::cadenza {
 
+namespace {
+
+/** Steps to the first element with this "name"; false when there is none. */
+bool stepTo(xml::IteratorConst& element, const std::string& name)
+{
+    while (++element) {
+        if (element->getValue("name") == name)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 Effect::Effect()
 {
     mContext.addOption("on/off", "");
@@ -111,12 +125,8 @@ void Effect::readPlugins(const xml::XmlParser& parser)
 {
     for (PluginBase* plugin : mPlugin) {
         xml::IteratorConst element = parser.createIterator("plugin");
-        while (++element) {
-            if (element->getValue("name") == plugin->mName) {
-                plugin->load(element);
-                break;
-            }
-        }
+        if (stepTo(element, plugin->mName))
+            plugin->load(element);
     }
 }
 

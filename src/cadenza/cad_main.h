@@ -58,6 +58,10 @@ PictureSize letterbox(const PictureSize& window, float aspect);
 class Cadenza : public display::Listener {
 public:
     Cadenza();
+    Cadenza(const Cadenza&) = delete;
+    Cadenza(Cadenza&&) = delete;
+    Cadenza& operator=(const Cadenza&) = delete;
+    Cadenza& operator=(Cadenza&&) = delete;
 
     /** Saves the project unless an exception is under way, then deletes the display. */
     ~Cadenza() override;
@@ -182,6 +186,7 @@ private:
 
     float seekMusic(float t);
     void setClock(float t);
+    float readClock();
     void followMusic();
     void endSong();
     void drawEffects();
@@ -196,6 +201,7 @@ private:
     std::string mSetupFilename;  // the configuration that was read; empty before
     bool mScriptsLoaded = false; // the effects hold what their files hold
     MusicClockFollower mClockFollower;
+    float mClockFloor = 0.0f;    // the clock's latest time since it was moved, seconds
     float mDumpStart = 0.0f;     // demo time at which the recording begins, seconds
     double mDumpLength = 0.0;    // seconds; at most 0: until a quit key
     std::int64_t mDumpFrame = 0; // frames recorded

@@ -24,6 +24,9 @@ constexpr float SEEK_STEP = 5.0f;      // seconds
 constexpr float NEVER_SHOWN = -100.0f; // demo time of a position bar that was not called up
 constexpr int OSD_LOCATIONS = 3;
 
+// A length in decimals times a rate may land just above the whole number of frames that it means.
+constexpr double FRAME_TOLERANCE = 1e-3;
+
 // The position bar, in normalised device coordinates.
 constexpr float OSD_HALF_WIDTH = 0.98f;
 constexpr float OSD_HALF_HEIGHT = 0.03f;
@@ -77,6 +80,7 @@ float Cadenza::seekMusic(float t)
 void Cadenza::setClock(float t)
 {
     mClock.setTime(t);
+    mClockFloor = t;
     if (mPaused)
         mPausedTime = t;
 }
@@ -92,9 +96,17 @@ float Cadenza::getTime()
 
     if (!mNosound && !mPaused)
         followMusic();
-    mSystemTime = mPaused ? mPausedTime : mClock.getTime();
+    mSystemTime = mPaused ? mPausedTime : readClock();
     mMusicTime = mNosound ? mSystemTime : mMusic.getTime();
     return mSystemTime;
+}
+
+float Cadenza::readClock()
+{
+    // A clock that was just set may read a rounding error less than before, which would be a jump
+    // back in time to a trigger.
+    mClockFloor = std::max(mClock.getTime(), mClockFloor);
+    return mClockFloor;
 }
 
 void Cadenza::followMusic()
@@ -147,10 +159,8 @@ void Cadenza::drawEffects()
 
 bool Cadenza::isDumpComplete() const
 {
-    // A length in decimals times a rate may land just above the whole number of frames it means.
-    constexpr double TOLERANCE = 1e-3;
     return mDumpLength > 0.0 && static_cast<double>(mDumpFrame) >=
-                                    std::ceil(mDumpLength * double{mDumpRate} - TOLERANCE);
+                                    std::ceil(mDumpLength * double{mDumpRate} - FRAME_TOLERANCE);
 }
 
 void Cadenza::hideOsd()
@@ -200,7 +210,7 @@ void Cadenza::togglePause()
     if (!mNosound)
         mMusic.pause(mPaused);
     if (!mPaused) {
-        mClock.setTime(mPausedTime);
+        setClock(mPausedTime);
         mClockFollower.restart(double{mPausedTime});
     }
 }

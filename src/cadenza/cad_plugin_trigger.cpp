@@ -11,15 +11,15 @@ namespace {
 
 constexpr float FLASH_FALL = 5.0f; // per second
 
+// Passed in one step; far beyond any series, it keeps the conversion to an integer defined.
+constexpr float MOST_FIRINGS = 1e9f;
+
 /** How many firings lie before `elapsed` seconds (positive) since the first. */
 std::uint32_t firingsBefore(const Trigger::ActionData& action, float elapsed)
 {
-    // Firings beyond this are never counted one by one; the bound keeps the conversion defined.
-    constexpr float MOST = 1e9f;
-
     if (!(action.mDelay > 0.0f))
         return action.mRepeat;
-    return 1 + static_cast<std::uint32_t>(std::min(elapsed / action.mDelay, MOST));
+    return 1 + static_cast<std::uint32_t>(std::min(elapsed / action.mDelay, MOST_FIRINGS));
 }
 
 } // namespace

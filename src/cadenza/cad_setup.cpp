@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* LOCAL_SETUP = "setup.local.xml";
 constexpr const char* SHARED_SETUP = "setup.xml";
+constexpr std::string_view SCHEME_END = "://"; // of an archive's path
 
 constexpr float DEFAULT_OSD_DELAY = 2.0f;  // seconds
 constexpr float DEFAULT_DUMP_RATE = 60.0f; // frames per second
@@ -29,7 +30,6 @@ bool isOn(const xml::XmlTag& tag, const char* attribute)
 /** Whether an archive's path leads to anything; "zip://" may stand before it. */
 bool isThere(std::string_view path)
 {
-    constexpr std::string_view SCHEME_END = "://";
     if (const std::size_t scheme = path.find(SCHEME_END); scheme != std::string_view::npos)
         path.remove_prefix(scheme + SCHEME_END.size());
     std::error_code unreadable;
@@ -78,7 +78,7 @@ void Cadenza::applySections(const xml::XmlParser& parser)
         void (Cadenza::*apply)(const xml::XmlTag&);
     };
     // The order matters: a recording, when there is one, switches the music off.
-    static constexpr Section SECTIONS[] = {
+    static constexpr Section sections[] = {
         {"time",    &Cadenza::applyTime   },
         {"archive", &Cadenza::applyArchive},
         {"display", &Cadenza::applyDisplay},
@@ -88,7 +88,7 @@ void Cadenza::applySections(const xml::XmlParser& parser)
         {"log",     &Cadenza::applyLog    },
     };
 
-    for (const Section& section : SECTIONS) {
+    for (const Section& section : sections) {
         for (xml::IteratorConst element = parser.createIterator(section.name); ++element;)
             (this->*section.apply)(*element.operator->());
     }
@@ -141,7 +141,7 @@ void Cadenza::applyOsd(const xml::XmlTag& tag)
 void Cadenza::applyDump(const xml::XmlTag& tag)
 {
     std::string name = tag.getValue("name");
-    mDumpRate = tag.hasValue("rate") ? tag.getValueFloat("rate") : DEFAULT_DUMP_RATE;
+    mDumpRate = tag.getValue("rate").empty() ? DEFAULT_DUMP_RATE : tag.getValueFloat("rate");
     mDumpLength = tag.getValueDouble("length");
     if (!(mDumpRate > 0.0f))
         throw Exception("%s: the dump rate must be positive, found '%s'", mSetupFilename.c_str(),

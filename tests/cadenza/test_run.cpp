@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -75,7 +76,8 @@ protected:
         am::Image image(new am::ImageObject);
         image->resize(mode.width, mode.height);
         cadenza->mDisplay->getScreenShot(image);
-        const unsigned char* const pixel = image->getData() + 4 * (y * mode.width + x);
+        const auto index = static_cast<std::size_t>(y * mode.width + x);
+        const unsigned char* const pixel = image->getData() + 4 * index;
         return {pixel, pixel + 4};
     }
 
