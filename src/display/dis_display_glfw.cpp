@@ -76,7 +76,7 @@ void DisplayGLFW::init()
 DisplayGLFW::~DisplayGLFW()
 {
     if (mOpened)
-        withoutThrowing([this] { resetStates(); });
+        withoutThrowing([this] { DisplayGLFW::resetStates(); });
     if (!mResources.empty())
         ZVX_LOG("log", "app",
                 "When destructing glfw-display, there was %d resources not destroyed.",
@@ -92,7 +92,7 @@ DisplayGLFW::~DisplayGLFW()
     mTextureCache.clear();
 
     if (mOpened)
-        withoutThrowing([this] { close(); });
+        withoutThrowing([this] { DisplayGLFW::close(); });
     glfwTerminate();
 }
 
@@ -225,7 +225,7 @@ void DisplayGLFW::close()
 {
     ZVX_REQUIRE(mOpened, "mOpened");
     ZVX_LOG("info", "display", "closing display");
-    resetStates();
+    DisplayGLFW::resetStates();
     glfwSwapInterval(0);
     for (int i = 0; i < CLEARED_FRAMES; ++i) {
         GL_CHECKED(glClearColor(0.0f, 0.0f, 0.0f, 0.0f));
@@ -441,7 +441,7 @@ void DisplayGLFW::resetStates()
     ZVX_REQUIRE(mOpened, "mOpened");
     mImmediate.flush();
     // A render target has no draw buffer of the window's, which the attributes would bring back.
-    setFBO(nullptr);
+    DisplayGLFW::setFBO(nullptr);
     if (std::exchange(mPushedStates, false))
         GL_CHECKED(glPopAttrib());
     GL_CHECKED(glPushAttrib(GL_ALL_ATTRIB_BITS));

@@ -7,12 +7,12 @@
 #include "display/dis_listenerlist.h"
 
 #include <array>
-#include <compare>
 #include <exception>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 struct GLFWwindow;
@@ -35,11 +35,16 @@ public:
         std::string identifier; // the file's name
         Texture::TextureDeclaration decl;
 
-        auto operator<=>(const TextureKey&) const = default;
+        bool operator<(const TextureKey& other) const
+        {
+            return std::tie(identifier, decl) < std::tie(other.identifier, other.decl);
+        }
     };
 
     /** Throws Exception when a display lives or the window library finds no screen. */
     DisplayGLFW();
+    DisplayGLFW(const DisplayGLFW&) = delete;
+    DisplayGLFW& operator=(const DisplayGLFW&) = delete;
     ~DisplayGLFW() override;
 
     void getModes(std::vector<WindowMode>& modes) override;
@@ -105,6 +110,14 @@ public:
     /** A key of the window library; `action` is its press, repeat (counts as press) or release. */
     void onKey(int glfwKey, int action, int scancode = 0);
 
+    /**
+     * The modifiers that are down on the keyboard, as bits of the window library.
+     *
+     * A modifier that goes down or up while another window has the focus, such as the one that a
+     * full-screen switch replaces, causes no event of its own.
+     */
+    void onModifiers(int glfwModifiers);
+
     /** A Unicode character, pressed or released. */
     void onChar(int character, int action);
 
@@ -166,7 +179,6 @@ private:
     void requestQuit();
     void fillEvent(Event& event) const;
     void recordPressed(int key, int action);
-    void syncModifiers(int glfwModifiers);
     void rememberTyped(int character);
     void releaseTyped(int scancode);
     template <typename EventType>

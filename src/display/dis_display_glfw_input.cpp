@@ -121,7 +121,7 @@ struct DisplayGLFW::Callbacks {
         guarded(window, [=](DisplayGLFW& display) {
             const int translated = translateKey(key, scancode);
             if (translated < KEY_LSHIFT || translated > KEY_RALT)
-                display.syncModifiers(modifiers);
+                display.onModifiers(modifiers);
             display.mTypingScancode = scancode;
             display.onKey(key, action, scancode);
             if (!isPressed(action))
@@ -140,7 +140,7 @@ struct DisplayGLFW::Callbacks {
     static void mouseButton(GLFWwindow* window, int button, int action, int modifiers)
     {
         guarded(window, [=](DisplayGLFW& display) {
-            display.syncModifiers(modifiers);
+            display.onModifiers(modifiers);
             display.onMouseButton(button, action);
         });
     }
@@ -338,13 +338,8 @@ void DisplayGLFW::recordPressed(int key, int action)
         mPressed[static_cast<std::size_t>(key)] = isPressed(action);
 }
 
-/**
- * Brings the modifiers that are down in line with the keyboard's.
- *
- * A modifier that is pressed or released while another window has the focus, such as the one that a
- * full-screen switch replaces, causes no event of its own here.
- */
-void DisplayGLFW::syncModifiers(int glfwModifiers)
+/** Which of a modifier's two keys is down the library does not say: the left one is taken. */
+void DisplayGLFW::onModifiers(int glfwModifiers)
 {
     for (const Modifier& modifier : MODIFIERS) {
         const bool down = (glfwModifiers & modifier.glfwBit) != 0;

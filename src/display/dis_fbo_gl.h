@@ -20,6 +20,8 @@ public:
 
     /** @param width, height  Pixels, not 0. */
     FBO_GL(DisplayGL* display, int width, int height, bool renderZ);
+    FBO_GL(const FBO_GL&) = delete;
+    FBO_GL& operator=(const FBO_GL&) = delete;
     ~FBO_GL() override;
 
     void disposeResource(bool lost) override;

@@ -45,29 +45,31 @@ std::string infoLog(GLuint handle, GetParameter getParameter, GetLog getLog)
     return log;
 }
 
-/**
- * Appends the active variables of a program.
- *
- * @param countName, lengthName  The library's names for their number and their longest name.
- * @param getActive, getLocation  Its queries for one of them.
- */
-template <typename GetActive, typename GetLocation>
-void appendVariables(GLuint program, GLenum countName, GLenum lengthName, GetActive getActive,
-                     GetLocation getLocation, std::vector<VertexAttribute>& variables)
+/** How the graphics library is asked for one kind of a program's variables. */
+struct VariableQueries {
+    GLenum count;
+    GLenum nameLength; // of the longest name, its end included
+    decltype(glGetActiveUniform) getActive;
+    decltype(glGetUniformLocation) getLocation;
+};
+
+void appendVariables(GLuint program, const VariableQueries& queries,
+                     std::vector<VertexAttribute>& variables)
 {
     GLint count = 0;
     GLint nameLength = 0;
-    GL_CHECKED(glGetProgramiv(program, countName, &count));
-    GL_CHECKED(glGetProgramiv(program, lengthName, &nameLength));
+    GL_CHECKED(glGetProgramiv(program, queries.count, &count));
+    GL_CHECKED(glGetProgramiv(program, queries.nameLength, &nameLength));
     std::string buffer(static_cast<std::size_t>(std::max(nameLength, 1)), '\0');
     for (GLint i = 0; i < count; ++i) {
         GLint arraySize = 0;
         GLenum type = 0;
-        GL_CHECKED(getActive(program, static_cast<GLuint>(i), static_cast<GLsizei>(buffer.size()),
-                             nullptr, &arraySize, &type, buffer.data()));
+        GL_CHECKED(queries.getActive(program, static_cast<GLuint>(i),
+                                     static_cast<GLsizei>(buffer.size()), nullptr, &arraySize,
+                                     &type, buffer.data()));
         const std::string name{buffer.c_str()};
         const Variable variable = getVaribleFromGLType(type);
-        const GLint location = GL_CHECKED(getLocation(program, name.c_str()));
+        const GLint location = GL_CHECKED(queries.getLocation(program, name.c_str()));
         variables.emplace_back(location, name, 0, variable.type, variable.numElements);
     }
 }
@@ -138,7 +140,7 @@ void ShaderSource_GL::compile(const char* data, std::size_t size, const std::str
 
     std::string text; // the defines, then the file; an explicit length, so no zero byte is needed
     for (const auto& [define, value] : mDefines)
-        text += "#define " + define + " " + value + "\n";
+        text.append("#define ").append(define).append(" ").append(value).append("\n");
     text.append(data, size);
     const GLchar* const start = text.data();
     const auto length = static_cast<GLint>(text.size());
@@ -233,8 +235,9 @@ void Shader_GL::linkProgram()
     }
 
     attachSources();
-    for (const auto& [name, index] : mVertexAttribMap)
-        GL_CHECKED(glBindAttribLocation(mHandle, static_cast<GLuint>(index), name.c_str()));
+    for (const auto& binding : mVertexAttribMap)
+        GL_CHECKED(glBindAttribLocation(mHandle, static_cast<GLuint>(binding.second),
+                                        binding.first.c_str()));
     GL_CHECKED(glLinkProgram(mHandle));
 
     GLint linked = GL_FALSE;
@@ -300,15 +303,19 @@ int Shader_GL::getVertexAttribLocation(const std::string& name)
 void Shader_GL::getUniforms(std::vector<VertexAttribute>& uniforms)
 {
     ZVX_REQUIRE(!mDisposed, "!mDisposed");
-    appendVariables(mHandle, GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH, glGetActiveUniform,
-                    glGetUniformLocation, uniforms);
+    appendVariables(mHandle,
+                    {GL_ACTIVE_UNIFORMS, GL_ACTIVE_UNIFORM_MAX_LENGTH, glGetActiveUniform,
+                     glGetUniformLocation},
+                    uniforms);
 }
 
 void Shader_GL::getVertexAttribs(std::vector<VertexAttribute>& attributes)
 {
     ZVX_REQUIRE(!mDisposed, "!mDisposed");
-    appendVariables(mHandle, GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH,
-                    glGetActiveAttrib, glGetAttribLocation, attributes);
+    appendVariables(mHandle,
+                    {GL_ACTIVE_ATTRIBUTES, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH, glGetActiveAttrib,
+                     glGetAttribLocation},
+                    attributes);
 }
 
 void Shader_GL::setVertexAttrib(int index, const std::string& name)

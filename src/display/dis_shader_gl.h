@@ -15,6 +15,8 @@ class ShaderSource_GL : public ShaderSource {
 public:
     /** @param filename  The file's name in the archives. */
     ShaderSource_GL(DisplayGL* display, const std::string& filename);
+    ShaderSource_GL(const ShaderSource_GL&) = delete;
+    ShaderSource_GL& operator=(const ShaderSource_GL&) = delete;
     ~ShaderSource_GL() override;
 
     void disposeResource(bool lost) override;
@@ -64,6 +66,8 @@ public:
 class Shader_GL final : public Shader {
 public:
     using Shader::Shader;
+    Shader_GL(const Shader_GL&) = delete;
+    Shader_GL& operator=(const Shader_GL&) = delete;
     ~Shader_GL() override;
 
     void disposeResource(bool lost) override;

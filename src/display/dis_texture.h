@@ -2,7 +2,7 @@
 
 #include "display/dis_resource.h"
 
-#include <compare>
+#include <tuple>
 
 namespace zavex::display {
 
@@ -56,7 +56,14 @@ public:
         int repeatMode = REPEAT_XYZ; // `RepeatMode` bits
         bool useMipmaps = true;      // build and sample mipmaps
 
-        auto operator<=>(const TextureDeclaration&) const = default;
+        bool operator<(const TextureDeclaration& other) const
+        {
+            const auto fields = [](const TextureDeclaration& each) {
+                return std::tie(each.width, each.height, each.channelType, each.channelFormat,
+                                each.target, each.repeatMode, each.useMipmaps);
+            };
+            return fields(*this) < fields(other);
+        }
     };
 
     using Resource::Resource;

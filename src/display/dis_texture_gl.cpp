@@ -97,26 +97,35 @@ private:
     std::array<GLint, TARGETS.size()> mNames{};
 };
 
-/** The region between two corners, pixel by pixel in the order in which they walk the image. */
-std::vector<std::uint8_t> copiedRegion(am::Image& image, int x0, int y0, int x1, int y1,
-                                       bool transpose)
-{
-    const int columns = std::abs(x1 - x0) + 1;
-    const int rows = std::abs(y1 - y0) + 1;
-    const int stepX = x1 < x0 ? -1 : 1;
-    const int stepY = y1 < y0 ? -1 : 1;
-    const int width = image->getWidth();
-    const std::uint8_t* const source = image->getData();
+/** Part of an image between two corners, both included; reversed corners walk it backwards. */
+struct Region {
+    int x0;
+    int y0;
+    int x1;
+    int y1;
+    bool transpose; // swap rows and columns
 
-    std::vector<std::uint8_t> pixels(pixelBytes(columns, rows));
-    for (int row = 0; row < rows; ++row)
-        for (int column = 0; column < columns; ++column) {
-            const int x = x0 + column * stepX;
-            const int y = y0 + row * stepY;
-            const std::size_t from = pixelBytes(width, y) + pixelBytes(x, 1);
-            const std::size_t to = transpose ? pixelBytes(rows, column) + pixelBytes(row, 1)
-                                             : pixelBytes(columns, row) + pixelBytes(column, 1);
-            std::memcpy(&pixels[to], source + from, BYTES_PER_PIXEL);
+    int columns() const { return std::abs(x1 - x0) + 1; }
+    int rows() const { return std::abs(y1 - y0) + 1; }
+
+    int width() const { return transpose ? rows() : columns(); }
+    int height() const { return transpose ? columns() : rows(); }
+};
+
+std::vector<std::uint8_t> copiedRegion(am::Image& image, const Region& region)
+{
+    const int stepX = region.x1 < region.x0 ? -1 : 1;
+    const int stepY = region.y1 < region.y0 ? -1 : 1;
+    std::vector<std::uint8_t> pixels(pixelBytes(region.width(), region.height()));
+    for (int row = 0; row < region.rows(); ++row)
+        for (int column = 0; column < region.columns(); ++column) {
+            const int x = region.x0 + column * stepX;
+            const int y = region.y0 + row * stepY;
+            const int toX = region.transpose ? row : column;
+            const int toY = region.transpose ? column : row;
+            std::memcpy(&pixels[pixelBytes(region.width(), toY) + pixelBytes(toX, 1)],
+                        image->getData() + pixelBytes(image->getWidth(), y) + pixelBytes(x, 1),
+                        BYTES_PER_PIXEL);
         }
     return pixels;
 }
@@ -248,6 +257,7 @@ void Texture_GL::setParameters() const
     GL_CHECKED(glTexParameteri(mTargetGL, GL_TEXTURE_WRAP_R, wrap(REPEAT_Z)));
 }
 
+// NOLINTNEXTLINE(readability-function-size)
 void Texture_GL::loadImage(am::Image& image, GLenum target, GLint format, int x0, int y0, int x1,
                            int y1, bool transpose) const
 {
@@ -257,20 +267,18 @@ void Texture_GL::loadImage(am::Image& image, GLenum target, GLint format, int x0
         return;
     }
 
-    int width = std::abs(x1 - x0) + 1;
-    int height = std::abs(y1 - y0) + 1;
+    const Region region{x0, y0, x1, y1, transpose};
+    const bool isDeclaredSize = region.width() == mDecl.width && region.height() == mDecl.height;
     const bool whole = x0 == 0 && y0 == 0 && x1 == image->getWidth() - 1 &&
                        y1 == image->getHeight() - 1 && !transpose;
-    if (whole && width == mDecl.width && height == mDecl.height) {
+    if (whole && isDeclaredSize) {
         upload(target, format, image->getData(), false);
         return;
     }
 
-    std::vector<std::uint8_t> pixels = copiedRegion(image, x0, y0, x1, y1, transpose);
-    if (transpose)
-        std::swap(width, height);
-    if (width != mDecl.width || height != mDecl.height)
-        pixels = scaled(pixels.data(), width, height);
+    std::vector<std::uint8_t> pixels = copiedRegion(image, region);
+    if (!isDeclaredSize)
+        pixels = scaled(pixels.data(), region.width(), region.height());
     upload(target, format, pixels.data(), false);
 }
 

@@ -26,6 +26,8 @@ public:
     /** Empty, of the declared size. */
     Texture_GL(DisplayGL* display, const TextureDeclaration& declaration);
 
+    Texture_GL(const Texture_GL&) = delete;
+    Texture_GL& operator=(const Texture_GL&) = delete;
     ~Texture_GL() override;
 
     void disposeResource(bool lost) override;
@@ -59,6 +61,7 @@ private:
      *
      * @param transpose  Swaps the region's rows and columns.
      */
+    // NOLINTNEXTLINE(readability-function-size): as texture uploads are asked for.
     void loadImage(am::Image& image, GLenum target, GLint format, int x0, int y0, int x1, int y1,
                    bool transpose) const;
     std::vector<std::uint8_t> scaled(const std::uint8_t* pixels, int width, int height) const;

@@ -4,7 +4,12 @@
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <array>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
 
 namespace zavex::test {
 
@@ -192,6 +197,21 @@ TEST_F(Events, ModifiersCountFromTheirOwnPressOn)
     EXPECT_FALSE(mA.mKey.shift());
 }
 
+TEST_F(Events, ModifiersFollowTheKeyboardWhenAnotherWindowHadTheFocus)
+{
+    const auto control = [this] {
+        mDisplay.onMouseMove(1.0f, 1.0f);
+        return mA.mMove.control;
+    };
+    press(GLFW_KEY_RIGHT_ALT);
+    mDisplay.onModifiers(GLFW_MOD_ALT);
+    EXPECT_EQ(control(), display::KEYMOD_RALT) << "known already";
+    mDisplay.onModifiers(GLFW_MOD_SHIFT);
+    EXPECT_EQ(control(), display::KEYMOD_LSHIFT) << "one released, another pressed elsewhere";
+    mDisplay.onModifiers(0);
+    EXPECT_EQ(control(), display::KEYMOD_NONE);
+}
+
 TEST_F(Events, ARepeatedKeyIsPressedAgain)
 {
     press(GLFW_KEY_UP);
@@ -350,6 +370,46 @@ TEST_F(Events, EveryKeyOfTheLibraryHasItsOwnKey)
         if (key.glfwKey == GLFW_KEY_ESCAPE)
             mDisplay.update();
     }
+}
+
+/** Keys sent to the window by the screen's server, as a user would press them; A looks on. */
+class RealKeys : public Events {
+protected:
+    RealKeys()
+    {
+        mB.attachToDisplay(nullptr);
+        display::WindowMode mode = smallMode();
+        mode.title = mTitle;
+        mDisplay.open(mode);
+        told();
+    }
+
+    /** Sends keys and runs frames until `expected` keys and characters were told. */
+    Protocol typed(const std::string& keys, std::ptrdiff_t expected)
+    {
+        const auto isInput = [](const std::string& line) {
+            return line.starts_with("A key") || line.starts_with("A char");
+        };
+        EXPECT_EQ(std::system(("xdotool search --sync --name '^" + mTitle + "$' " + keys).c_str()),
+                  0);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+        while (std::ranges::count_if(mProtocol, isInput) < expected &&
+               std::chrono::steady_clock::now() < deadline)
+            mDisplay.update();
+        Protocol seen = told();
+        std::erase_if(seen, [&](const std::string& line) { return !isInput(line); });
+        return seen;
+    }
+
+    const std::string mTitle = "keys " + std::to_string(getpid());
+};
+
+TEST_F(RealKeys, ACharacterIsReleasedWithTheKeyThatTypedIt)
+{
+    EXPECT_EQ(typed("key --window %1 e", 4),
+              (Protocol{"A keydown", "A chardown", "A keyup", "A charup"}));
+    EXPECT_EQ(mA.mKey.key, display::KEY_e);
+    EXPECT_EQ(mA.mChar.key, 'e');
 }
 
 } // namespace zavex::test

@@ -42,7 +42,8 @@ inline Picture screenshot(display::DisplayGL& display)
     Picture picture;
     picture.width = display.getWindowMode().width;
     picture.height = display.getWindowMode().height;
-    picture.rgb.resize(static_cast<std::size_t>(picture.width * picture.height * 3));
+    picture.rgb.resize(static_cast<std::size_t>(picture.width) *
+                       static_cast<std::size_t>(picture.height) * 3);
     display.getScreenShotRGB24(picture.rgb.data());
     return picture;
 }
@@ -61,8 +62,9 @@ inline Picture pictureOf(display::DisplayGL& display, const std::function<void()
 /** A pixel's colour as 0xRRGGBB; (0, 0) is the top-left one. */
 inline unsigned pixelAt(const Picture& picture, int x, int y)
 {
-    const std::uint8_t* const rgb =
-        &picture.rgb[static_cast<std::size_t>(y * picture.width + x) * 3];
+    const auto index = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +
+                       static_cast<std::size_t>(x);
+    const std::uint8_t* const rgb = &picture.rgb[index * 3];
     return static_cast<unsigned>(rgb[0] << 16 | rgb[1] << 8 | rgb[2]);
 }
 
