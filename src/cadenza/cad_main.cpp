@@ -127,7 +127,7 @@ void Cadenza::run()
 
     loadScripts();
     if (!mNosound) {
-        mMusic.mute(mMuted);
+        mMusic.mute(true); // until the effects are set up and it is moved to the start
         mMusic.play();
         mSongLength = mMusic.getSongLength();
     }
@@ -156,8 +156,10 @@ void Cadenza::setupEffects()
 void Cadenza::startTime()
 {
     float t = std::max(mStartTime, 0.0f);
-    if (!mNosound)
+    if (!mNosound) {
+        mMusic.mute(mMuted);
         t = seekMusic(t);
+    }
     setClock(t);
     hideOsd();
 
