@@ -205,6 +205,8 @@ void DisplayGLFW::showWindow()
     mWindowMode.activeWidth = mWindowMode.width;
     mWindowMode.activeHeight = mWindowMode.height;
     notifyResize();
+    if (!mOpened) // by a listener
+        return;
     markDirty();
 
     installCallbacks();
@@ -282,7 +284,7 @@ bool DisplayGLFW::update()
         draw = std::exchange(mDirty, false);
 
     readWindowState();
-    draw = draw && !mIconified;
+    draw = draw && mOpened && !mIconified;
     if (draw)
         drawFrame();
     pace();

@@ -115,8 +115,10 @@ void FBO_GL::build()
 void FBO_GL::disposeResource(bool lost)
 {
     ZVX_REQUIRE(!mDisposed, "!mDisposed");
-    if (!lost)
+    if (!lost) {
         deleteObjects();
+        GL_REPORT_ERROR(__FILE__, __LINE__, "glDeleteFramebuffersEXT(1, &mFrameBuffer)");
+    }
     mFrameBuffer = 0;
     mDepthTexture = 0;
     mDisposed = true;

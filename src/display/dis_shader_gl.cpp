@@ -278,6 +278,8 @@ void Shader_GL::disposeResource(bool lost)
     if (lost)
         mHandle = 0;
     deleteHandle();
+    if (!lost)
+        GL_REPORT_ERROR(__FILE__, __LINE__, "glDeleteProgram(mHandle)");
     mDisposed = true;
 }
 

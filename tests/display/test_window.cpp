@@ -203,6 +203,30 @@ TEST_F(Frame, AListenerMayCloseTheDisplay)
     EXPECT_TRUE(mDisplay.update());
 }
 
+TEST_F(Frame, WhatAListenerThrowsInsideTheLibraryComesOutOfTheUpdate)
+{
+    struct Thrower : Listener {
+        void onResize(int, int) override
+        {
+            if (display != nullptr && mThrows)
+                throw Exception{"from a listener"};
+        }
+        bool mThrows = false;
+    } thrower;
+    thrower.attachToDisplay(&mDisplay);
+    mDisplay.update();
+    thrower.mThrows = true;
+    GLFWwindow* const window = glfwGetCurrentContext();
+    glfwSetWindowSize(window, 70, 50);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+    std::string message;
+    do
+        message = thrownMessage([&] { mDisplay.update(); });
+    while (message != "from a listener" && std::chrono::steady_clock::now() < deadline);
+    EXPECT_EQ(message, "from a listener");
+    EXPECT_EQ(mDisplay.getWindowMode().width, 70);
+}
+
 TEST_F(Frame, ScreenShotsBeginWithTheTopRow)
 {
     const Picture picture = pictureOf(drawFlag);
