@@ -1,0 +1,53 @@
+// The picture, its glow over it, and film grain over both.
+//
+// Every pass before this one mirrored its picture: the original has been drawn once, bottom row
+// first, and the glow three more times, so only the original is turned over here.
+
+uniform sampler2D originalTexture;
+uniform sampler2D glowTexture;
+uniform float time;       // seconds
+uniform float r;          // in [0, 1), another one each frame
+uniform float glow;       // in 0..1
+uniform float glownoise;  // in 0..1
+
+varying vec2 position;
+
+const float GLOW_GAIN = 2.6;
+const float GRAIN = 0.16;      // amplitude of full noise where the picture is half bright
+const float SHOULDER = 0.75;   // brightness from which highlights are rolled off
+
+// A hash without sine, so that every driver draws the same grain.
+float noise(vec2 cell, float seed)
+{
+    vec3 p = fract(vec3(cell.xyx) * 0.1031 + seed);
+    p += dot(p, p.yzx + 33.33);
+    return fract((p.x + p.y) * p.z);
+}
+
+// Triangular in -1..1: the sum of two even distributions.
+float grain(vec2 cell, float seed)
+{
+    return noise(cell, seed) + noise(cell + 17.0, seed + 0.37) - 1.0;
+}
+
+vec3 rollOff(vec3 colour)
+{
+    vec3 over = max(colour - SHOULDER, 0.0);
+    return min(colour, SHOULDER) + (1.0 - SHOULDER) * (1.0 - exp(-over / (1.0 - SHOULDER)));
+}
+
+void main()
+{
+    vec3 colour = texture2D(originalTexture, vec2(position.x, 1.0 - position.y)).rgb;
+    colour += GLOW_GAIN * glow * texture2D(glowTexture, position).rgb;
+    colour = rollOff(max(colour, 0.0));
+
+    // Grain lives in the light and leaves black alone; the last term dithers away the banding of
+    // eight bits.
+    float seed = r + fract(time * 0.61803);
+    float level = dot(colour, vec3(0.299, 0.587, 0.114));
+    float amount = GRAIN * glownoise * sqrt(level) * (1.0 - 0.5 * level);
+    colour += amount * grain(floor(gl_FragCoord.xy), seed) * (colour + 0.15);
+    colour += grain(floor(gl_FragCoord.xy) + 101.0, seed) / 255.0;
+    gl_FragColor = vec4(colour, 1.0);
+}
