@@ -12,7 +12,7 @@ uniform float glownoise;  // in 0..1
 
 varying vec2 position;
 
-const float GLOW_GAIN = 2.6;
+const float GLOW_GAIN = 1.5;
 const float GRAIN = 0.16;      // amplitude of full noise where the picture is half bright
 const float SHOULDER = 0.75;   // brightness from which highlights are rolled off
 

@@ -11,7 +11,7 @@ const int PAIRS = 24;          // on each side
 const float REACH = 49.0;      // texels; where the kernel ends, at nothing
 const float CORE = 4.5;        // standard deviation of the core, texels
 const float SKIRT = 20.0;      // standard deviation of the skirt, texels
-const float CORE_SHARE = 0.45; // weight of the core at its middle
+const float CORE_SHARE = 0.6; // weight of the core at its middle
 
 float weight(float x)
 {

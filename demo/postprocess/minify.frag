@@ -6,15 +6,12 @@ uniform float cutoff;   // brightness at which everything above it glows in full
 
 varying vec2 position;
 
-const float KNEE = 0.75; // of cutoff: where the glow begins to set in, so that nothing pops
+const float ONSET = 0.3; // of cutoff: the brightness at which the glow sets in, so that nothing pops
 
 vec3 bright(vec3 colour)
 {
     float level = max(colour.r, max(colour.g, colour.b));
-    float knee = KNEE * cutoff;
-    float soft = clamp(level - cutoff + knee, 0.0, 2.0 * knee);
-    float passed = max(soft * soft / (4.0 * knee), level - cutoff);
-    return colour * (passed / max(level, 0.0001));
+    return colour * smoothstep(ONSET * cutoff, cutoff, level);
 }
 
 void main()

@@ -1,0 +1,72 @@
+// The levels of plasma's cells for one frame: evaluated per axis against the formula per cell.
+
+#include "effects/plasma_field.h"
+
+#include "figure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+using zavex::effects::PlasmaField;
+
+/** The same frame as written: six trigonometric calls for each of the 15,625 cells. */
+void advancePerCell(std::vector<float>& level, float phase, float fade, float gain)
+{
+    std::size_t index = 0;
+    for (int x = 0; x < PlasmaField::SIZE; ++x) {
+        for (int y = 0; y < PlasmaField::SIZE; ++y) {
+            for (int z = 0; z < PlasmaField::SIZE; ++z, ++index) {
+                const auto i = static_cast<float>(x);
+                const auto j = static_cast<float>(y);
+                const auto k = static_cast<float>(z);
+                float p = level[index] - fade;
+                const float w = 0.5f * (std::sin(0.15f * i + 2.0f * phase) *
+                                            std::cos(0.3f * phase + 0.2f * i + 1.0f) +
+                                        std::sin(0.12f * j + 1.0f + 3.0f * phase) *
+                                            std::cos(0.2f * phase + 0.3f * j + 3.0f) -
+                                        std::cos(0.1f * phase + 0.4f * k + 5.0f) *
+                                            std::sin(4.0f * phase + 0.11f * k + 2.0f));
+                if (w > 0.1f)
+                    p = w * gain;
+                level[index] = std::max(p, 0.0f);
+            }
+        }
+    }
+}
+
+} // namespace
+
+int main()
+{
+    constexpr float FRAME = 1.0f / 60.0f; // seconds
+    constexpr float FADE = 0.3f * FRAME;
+    constexpr float GAIN = 0.8f;
+    constexpr int FRAMES = 300;
+
+    PlasmaField field;
+    std::vector<float> expected(PlasmaField::COUNT, 0.0f);
+    float largestDifference = 0.0f;
+    for (int frame = 0; frame < FRAMES; ++frame) {
+        const float phase = static_cast<float>(frame) * FRAME;
+        field.advance(phase, FADE, GAIN);
+        advancePerCell(expected, phase, FADE, GAIN);
+        for (int index = 0; index < PlasmaField::COUNT; ++index)
+            largestDifference =
+                std::max(largestDifference,
+                         std::abs(field.level(index) - expected[static_cast<std::size_t>(index)]));
+    }
+
+    float phase = 0.0f;
+    const double ratio = zavex::bench::medianRatio(
+        101, [&] { advancePerCell(expected, phase += FRAME, FADE, GAIN); },
+        [&] { field.advance(phase, FADE, GAIN); });
+
+    zavex::bench::Figures figures;
+    figures.report("plasma_cells_speedup", ratio, 10.0, zavex::bench::Bound::AT_LEAST);
+    figures.report("plasma_cells_difference", largestDifference, 1e-4,
+                   zavex::bench::Bound::AT_MOST);
+    return figures.exitStatus();
+}

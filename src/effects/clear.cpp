@@ -1,0 +1,21 @@
+#include "effects/clear.h"
+
+#include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
+#include "effects/common.h"
+
+namespace zavex::effects {
+
+Clear::Clear()
+{
+    addPlugin("color", mColor);
+}
+
+void Clear::draw(float time, float /*delta*/, float /*progress*/)
+{
+    mDisplay->setFBO(mCommon->mVaddr[0]);
+    const mathbase::Vector3f colour = mColor.get(time);
+    display::DisplayObsolete::clear({colour.x, colour.y, colour.z, 1.0f}, 1.0f);
+}
+
+} // namespace zavex::effects

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cadenza/cad_plugin_color.h"
+#include "effects/common_effect.h"
+
+namespace zavex::effects {
+
+/** Begins the picture of a frame: binds the shared target and clears it to an animated colour. */
+class Clear final : public CommonEffect {
+public:
+    Clear();
+
+    void setup() override {}
+    void draw(float time, float delta, float progress) override;
+    using Effect::draw;
+
+private:
+    cadenza::Color mColor;
+};
+
+} // namespace zavex::effects

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "cadenza/cad_plugin_spline.h"
+#include "display/dis_display_obsolete.h"
+#include "effects/common_effect.h"
+
+namespace zavex::display {
+class Shader;
+} // namespace zavex::display
+
+namespace zavex::effects {
+
+/**
+ * Ends the picture of a frame: shows the shared target with its glow and grain on the screen.
+ *
+ * Outside its span nothing is shown. Both curves are mapped from [-1, 1] to [0, 1].
+ */
+class PostProcess final : public CommonEffect {
+public:
+    PostProcess();
+
+    void setup() override;
+    void draw(float time, float delta, float progress) override;
+    using Effect::draw;
+
+private:
+    void drawQuad();
+    void minify();
+    void blur();
+    void combine(float time);
+
+    display::Shader* mGlowHor = nullptr; // owned by the display, as all four
+    display::Shader* mGlowVer = nullptr;
+    display::Shader* mCombineShader = nullptr;
+    display::Shader* mMinifyShader = nullptr;
+    cadenza::Spline mGlow;
+    cadenza::Spline mGlowNoise;
+    display::DisplayObsolete ds;
+};
+
+} // namespace zavex::effects

@@ -1,0 +1,286 @@
+#include "e2e/program.h"
+
+#include "common/zvx_system.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include <poll.h>
+#include <pty.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace zavex::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+Clock::time_point after(double seconds)
+{
+    return Clock::now() +
+           std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+int millisecondsUntil(Clock::time_point deadline)
+{
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    return static_cast<int>(std::max<long>(left.count(), 0));
+}
+
+/** In the child: replaces the process image, or ends with 127 as a shell does. */
+[[noreturn]] void execute(const std::vector<std::string>& arguments, const Environment& environment)
+{
+    for (const auto& [name, value] : environment)
+        setenv(name.c_str(), value.c_str(), 1);
+    std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
+    for (const std::string& argument : arguments)
+        pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    execvp(pointers[0], pointers.data());
+    _exit(127);
+}
+
+int statusOf(int wait)
+{
+    return WIFEXITED(wait) ? WEXITSTATUS(wait) : 128 + WTERMSIG(wait);
+}
+
+std::string readAll(int descriptor)
+{
+    std::string text;
+    std::array<char, 4096> buffer{};
+    ssize_t count = 0;
+    while ((count = ::read(descriptor, buffer.data(), buffer.size())) > 0)
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    return text;
+}
+
+} // namespace
+
+ScratchFolder::ScratchFolder()
+{
+    std::string pattern = (fs::temp_directory_path() / "cadenza-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw Exception("No scratch folder '%s'", pattern.c_str());
+    mPath = pattern;
+}
+
+ScratchFolder::~ScratchFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(mPath, ignored);
+}
+
+ShowCopy::ShowCopy(std::string_view sections)
+{
+    fs::copy(CADENZA_DEMO_DIR, path(), fs::copy_options::recursive);
+    fs::remove(path() / "setup.local.xml");
+    write("setup.xml", "<demo>\n" + std::string(sections) + "\n</demo>\n");
+}
+
+std::string ShowCopy::read(const std::string& name) const
+{
+    std::ifstream in(path() / name, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void ShowCopy::write(const std::string& name, std::string_view content) const
+{
+    fs::create_directories((path() / name).parent_path());
+    std::ofstream(path() / name, std::ios::binary) << content;
+}
+
+std::vector<std::pair<std::string, std::string>> ShowCopy::scripts() const
+{
+    std::vector<std::pair<std::string, std::string>> found;
+    for (const auto& entry : fs::directory_iterator(path() / "script")) {
+        const std::string name = entry.path().filename().string();
+        found.emplace_back(name, read("script/" + name));
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+VirtualScreen::VirtualScreen()
+{
+    std::array<int, 2> ready{};
+    if (pipe(ready.data()) != 0)
+        throw Exception("No pipe for the virtual screen");
+    mPid = fork();
+    if (mPid == 0) {
+        close(ready[0]);
+        execute({"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0", "1024x768x24",
+                 "+extension", "GLX", "-nolisten", "tcp"},
+                {});
+    }
+    close(ready[1]);
+    // The number and the end of its line may come one after the other.
+    std::string number;
+    for (char digit = 0; ::read(ready[0], &digit, 1) == 1 && digit != '\n';)
+        number += digit;
+    close(ready[0]);
+    if (number.empty()) {
+        waitpid(mPid, nullptr, 0);
+        throw Exception("The virtual screen does not start");
+    }
+    mDisplay = ":" + number;
+}
+
+VirtualScreen::~VirtualScreen()
+{
+    kill(mPid, SIGTERM);
+    waitpid(mPid, nullptr, 0);
+}
+
+Program::Program(const fs::path& folder, const Environment& environment,
+                 std::optional<std::size_t> fileSize)
+{
+    termios raw{};
+    cfmakeraw(&raw);
+    mPid = forkpty(&mTerminal, nullptr, &raw, nullptr);
+    if (mPid < 0)
+        throw Exception("The program cannot be started");
+    if (mPid == 0) {
+        if (chdir(folder.c_str()) != 0)
+            _exit(126);
+        if (fileSize) {
+            // An ignored signal stays ignored in the program, so that its writes fail instead.
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{*fileSize, *fileSize};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        }
+        execute({CADENZA_PROGRAM}, environment);
+    }
+}
+
+Program::~Program()
+{
+    if (!mEnded) {
+        kill(mPid, SIGKILL);
+        waitpid(mPid, nullptr, 0);
+    }
+    close(mTerminal);
+}
+
+/** False when nothing came in time or nothing will come any more. */
+bool Program::readSome(double seconds)
+{
+    pollfd waiting{mTerminal, POLLIN, 0};
+    if (poll(&waiting, 1, millisecondsUntil(after(seconds))) <= 0)
+        return false;
+    std::array<char, 4096> buffer{};
+    const ssize_t count = ::read(mTerminal, buffer.data(), buffer.size());
+    if (count <= 0)
+        return false;
+    mPartial.append(buffer.data(), static_cast<std::size_t>(count));
+    for (std::size_t end = 0; (end = mPartial.find('\n')) != std::string::npos;) {
+        mLines.push_back({Clock::now(), mPartial.substr(0, end)});
+        mPartial.erase(0, end + 1);
+    }
+    return true;
+}
+
+int Program::waitForLine(std::string_view part, std::size_t from, double seconds)
+{
+    const Clock::time_point deadline = after(seconds);
+    for (std::size_t index = from;;) {
+        for (; index < mLines.size(); ++index) {
+            if (mLines[index].text.find(part) != std::string::npos)
+                return static_cast<int>(index);
+        }
+        if (!readSome(millisecondsUntil(deadline) / 1000.0) && mLines.size() <= index)
+            return -1;
+    }
+}
+
+void Program::listen(double seconds)
+{
+    const Clock::time_point deadline = after(seconds);
+    while (millisecondsUntil(deadline) > 0) {
+        if (!readSome(millisecondsUntil(deadline) / 1000.0))
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+int Program::waitForEnd(double seconds)
+{
+    const Clock::time_point deadline = after(seconds);
+    while (millisecondsUntil(deadline) > 0) {
+        readSome(0.02);
+        int wait = 0;
+        if (waitpid(mPid, &wait, WNOHANG) != mPid)
+            continue;
+        mEnded = true;
+        while (readSome(0.0)) {
+        }
+        return statusOf(wait);
+    }
+    return -1;
+}
+
+std::string Program::output() const
+{
+    std::string text;
+    for (const OutputLine& line : mLines)
+        text += line.text + "\n";
+    return text + mPartial;
+}
+
+Keyboard::Keyboard(const VirtualScreen& screen, const std::string& title)
+    : mDisplay(screen.display())
+{
+    runProgram(
+        {
+            "xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowfocus",
+            "--sync"
+    },
+        {{"DISPLAY", mDisplay}});
+}
+
+void Keyboard::press(const std::string& keys) const
+{
+    runProgram(
+        {
+            "xdotool", "key", keys
+    },
+        {{"DISPLAY", mDisplay}});
+}
+
+std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment)
+{
+    std::array<int, 2> out{};
+    if (pipe(out.data()) != 0)
+        throw Exception("No pipe for '%s'", arguments[0].c_str());
+    const int pid = fork();
+    if (pid == 0) {
+        dup2(out[1], STDOUT_FILENO);
+        close(out[0]);
+        close(out[1]);
+        execute(arguments, environment);
+    }
+    close(out[1]);
+    std::string text = readAll(out[0]);
+    close(out[0]);
+    int wait = 0;
+    waitpid(pid, &wait, 0);
+    if (statusOf(wait) != 0)
+        throw Exception("'%s' ended with status %d", arguments[0].c_str(), statusOf(wait));
+    return text;
+}
+
+} // namespace zavex::test

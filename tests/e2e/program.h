@@ -1,0 +1,126 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zavex::test {
+
+using Environment = std::vector<std::pair<std::string, std::string>>;
+
+/** A folder of its own that is removed with the object. */
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder();
+
+    const std::filesystem::path& path() const { return mPath; }
+
+private:
+    std::filesystem::path mPath;
+};
+
+/** A working copy of the show: `demo/` without its song unless asked for, with settings of its own.
+ */
+class ShowCopy {
+public:
+    /** @param sections  What stands inside the `demo` element of its setup file. */
+    explicit ShowCopy(std::string_view sections);
+
+    const std::filesystem::path& path() const { return mFolder.path(); }
+
+    std::string read(const std::string& name) const;
+    void write(const std::string& name, std::string_view content) const;
+
+    /** Every script by name and content. */
+    std::vector<std::pair<std::string, std::string>> scripts() const;
+
+private:
+    ScratchFolder mFolder;
+};
+
+/** An X server without a screen, 1024 x 768, for one test. Throws when none starts. */
+class VirtualScreen {
+public:
+    VirtualScreen();
+    VirtualScreen(const VirtualScreen&) = delete;
+    VirtualScreen& operator=(const VirtualScreen&) = delete;
+    ~VirtualScreen();
+
+    /** For the environment: ":7". */
+    const std::string& display() const { return mDisplay; }
+
+private:
+    int mPid = -1;
+    std::string mDisplay;
+};
+
+/** One line of what a program printed, and when it was read. */
+struct OutputLine {
+    std::chrono::steady_clock::time_point when;
+    std::string text;
+};
+
+/**
+ * The built program, started in a folder. Its output is read through a terminal, so that lines
+ * come as they are printed. Killed, if it still runs, with the object.
+ */
+class Program {
+public:
+    static constexpr double PATIENCE = 60.0; // seconds; generous: software rendering, sanitizers
+
+    /** @param fileSize  Largest file that it may write, bytes; a stand-in for a full disk. */
+    Program(const std::filesystem::path& folder, const Environment& environment,
+            std::optional<std::size_t> fileSize = std::nullopt);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program();
+
+    /** Reads on until a line after `from` contains `part`; its index, -1 when none comes in time.
+     */
+    int waitForLine(std::string_view part, std::size_t from = 0, double seconds = PATIENCE);
+
+    /** Reads on for `seconds` whatever comes. */
+    void listen(double seconds);
+
+    /** Reads on until the program ends. @return its status, 128 + signal, -1 when it does not end.
+     */
+    int waitForEnd(double seconds = PATIENCE);
+
+    const std::vector<OutputLine>& lines() const { return mLines; }
+    std::string output() const;
+    int pid() const { return mPid; }
+
+private:
+    bool readSome(double seconds);
+
+    int mPid = -1;
+    int mTerminal = -1;
+    bool mEnded = false;
+    std::string mPartial;
+    std::vector<OutputLine> mLines;
+};
+
+/** Sends real keys to the program's window, which must be the only one on its screen. */
+class Keyboard {
+public:
+    /** Waits for the window with this title and gives it the keyboard. */
+    Keyboard(const VirtualScreen& screen, const std::string& title);
+
+    /** Presses and releases, by xdotool's names: "space", "ctrl+t", "alt+Return". */
+    void press(const std::string& keys) const;
+
+private:
+    std::string mDisplay;
+};
+
+/** Runs a program to its end. @return its standard output; throws when its status is not 0. */
+std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment);
+
+} // namespace zavex::test

@@ -1,0 +1,85 @@
+#include "e2e/program.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace zavex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* RECORDING =
+    R"(<time start="17"/><display width="160" height="120" title="recording"/>)"
+    R"(<dump name="frames/shot.png" rate="25" length="1"/><music filename="afterglow.ogg"/>)";
+
+std::vector<std::pair<std::string, std::string>> record(const VirtualScreen& screen)
+{
+    const ShowCopy show(RECORDING);
+    Program program(show.path(), {
+                                     {"DISPLAY",      screen.display()},
+                                     {"CADENZA_SEED", "7"             }
+    });
+    EXPECT_EQ(program.waitForEnd(240.0), 0) << program.output();
+
+    std::vector<std::pair<std::string, std::string>> frames;
+    for (const auto& entry : fs::directory_iterator(show.path() / "frames")) {
+        const std::string name = entry.path().filename().string();
+        frames.emplace_back(name, show.read("frames/" + name));
+    }
+    std::sort(frames.begin(), frames.end());
+    return frames;
+}
+
+/** Width and height from the header chunk of a PNG file, big-endian at bytes 16 and 20. */
+std::pair<int, int> sizeOf(const std::string& png)
+{
+    const auto number = [&png](std::size_t at) {
+        int value = 0;
+        for (std::size_t index = at; index < at + 4; ++index)
+            value = value * 256 + static_cast<unsigned char>(png.at(index));
+        return value;
+    };
+    return {number(16), number(20)};
+}
+
+TEST(Recording, WritesOnePictureAFrameAndTheSameTwice)
+{
+    const VirtualScreen screen;
+    const auto frames = record(screen);
+    ASSERT_EQ(frames.size(), 25u);
+    EXPECT_EQ(frames.front().first, "shot.000000.png");
+    EXPECT_EQ(frames.back().first, "shot.000024.png");
+    for (const auto& [name, png] : frames)
+        EXPECT_EQ(sizeOf(png), std::pair(160, 120)) << name;
+    EXPECT_NE(frames.front().second, frames.back().second);
+
+    const auto again = record(screen);
+    ASSERT_EQ(again.size(), frames.size());
+    for (std::size_t index = 0; index < frames.size(); ++index)
+        EXPECT_TRUE(again[index].second == frames[index].second) << frames[index].first;
+}
+
+TEST(Recording, AFullDiskLosesFramesAndSaysHowMany)
+{
+    const VirtualScreen screen;
+    const ShowCopy show(R"(<display width="160" height="120" title="full"/>)"
+                        R"(<dump name="frames/shot.png" rate="25" length="0.2"/>)"
+                        R"(<music mute="nosound"/>)");
+    const auto before = show.scripts();
+    constexpr std::size_t LARGEST_FILE = 100; // bytes: no picture and no script fits
+    Program program(show.path(),
+                    {
+                        {"DISPLAY", screen.display()}
+    },
+                    LARGEST_FILE);
+    EXPECT_EQ(program.waitForEnd(), 0) << program.output();
+    EXPECT_NE(program.output().find("5 frames"), std::string::npos) << program.output();
+    EXPECT_EQ(show.scripts(), before);
+    EXPECT_NE(program.output().find("script/plasma.plasma.xml"), std::string::npos);
+    for (const auto& entry : fs::recursive_directory_iterator(show.path() / "frames"))
+        ADD_FAILURE() << entry.path() << " was left behind";
+}
+
+} // namespace
+} // namespace zavex::test

@@ -1,0 +1,320 @@
+#include "effects/clear.h"
+#include "effects/common.h"
+#include "effects/flash.h"
+#include "effects/plasma.h"
+#include "effects/postprocess.h"
+
+#include "am/am.h"
+#include "display/dis_fbo.h"
+#include "display/dis_immediate.h"
+#include "support/allocation_counter.h"
+#include "support/gl_display.h"
+#include "support/picture.h"
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+namespace zavex::effects {
+namespace {
+
+namespace fs = std::filesystem;
+
+using display::BlendFactor;
+using display::DisplayObsolete;
+using display::Immediate;
+using test::Picture;
+
+constexpr int WIDTH = 320;
+constexpr int HEIGHT = 240;
+constexpr float SPAN = 10.0f; // seconds that each effect lasts
+
+std::string script(const std::string& plugins)
+{
+    return "<effect>\n\t<time start=\"0\" end=\"10\"/>\n" + plugins + "</effect>\n";
+}
+
+std::string flat(const std::string& name, float value)
+{
+    return "\t<plugin type=\"spline\" name=\"" + name + "\">\n\t\t<key time=\"0\" value=\"" +
+           std::to_string(value) + "\"/>\n\t</plugin>\n";
+}
+
+std::string colour(const std::string& values)
+{
+    return "\t<plugin type=\"color\" name=\"color\">\n\t\t<key time=\"0\" " + values +
+           "/>\n\t</plugin>\n";
+}
+
+/** Effects on a display of their own, in a working directory with the show's pictures and shaders.
+ */
+class Effects : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string pattern = (fs::temp_directory_path() / "effects-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        mFolder = pattern;
+        mBefore = fs::current_path();
+        for (const char* part : {"plasma", "postprocess"})
+            fs::copy(fs::path(CADENZA_DEMO_DIR) / part, mFolder / part,
+                     fs::copy_options::recursive);
+        fs::create_directory(mFolder / "script");
+        fs::current_path(mFolder);
+
+        mArchives.addArchive("./");
+        mWindow->setArchive(&mArchives);
+        prepare(mCommon, "common", "");
+    }
+
+    void TearDown() override
+    {
+        fs::current_path(mBefore);
+        fs::remove_all(mFolder);
+    }
+
+    /** Loads and sets up an effect with this script. */
+    template <typename EffectClass>
+    void prepare(EffectClass& effect, const std::string& type, const std::string& plugins)
+    {
+        std::ofstream(mFolder / "script" / (type + "." + type + ".xml")) << script(plugins);
+        effect.setIdentity(type, type);
+        effect.setSpan(0.0f, SPAN);
+        if constexpr (std::is_base_of_v<CommonEffect, EffectClass>)
+            effect.setCommon(&mCommon);
+        effect.load(&*mWindow);
+        effect.setupControl();
+        effect.setup();
+    }
+
+    /** As in the show: with glow and grain as given, 0 for none. */
+    void preparePostProcess(float glow, float noise)
+    {
+        prepare(mPostProcess, "postprocess",
+                flat("glow", 2.0f * glow - 1.0f) + flat("glownoise", 2.0f * noise - 1.0f));
+    }
+
+    template <typename Draw>
+    Picture present(Draw draw)
+    {
+        return test::pictureOf(*mWindow, [&] {
+            draw();
+            mPostProcess.draw(1.0f, 0.04f, 0.1f);
+        });
+    }
+
+    static void step(cadenza::Effect& effect, float time, float delta)
+    {
+        effect.update(time);
+        effect.draw(time, delta, time / SPAN);
+    }
+
+    // Effects stand before the display: it deletes what they hold of it.
+    Common mCommon;
+    Clear mClear;
+    Flash mFlash;
+    Plasma mPlasma;
+    PostProcess mPostProcess;
+    am::ArchiveManager mArchives;
+    test::GlDisplay mWindow{WIDTH, HEIGHT};
+
+private:
+    fs::path mFolder;
+    fs::path mBefore;
+};
+
+/** Red, green and blue at a point, from the top left. */
+std::array<int, 3> at(const Picture& picture, int x, int y)
+{
+    const std::uint8_t* rgb = &picture.rgb[static_cast<std::size_t>(y * picture.width + x) * 3];
+    return {rgb[0], rgb[1], rgb[2]};
+}
+
+TEST_F(Effects, TheSharedTargetsHaveTheWindowsSizeAndHalfOfIt)
+{
+    EXPECT_EQ(mCommon.mVaddr[0]->getWidth(), WIDTH);
+    EXPECT_EQ(mCommon.mVaddr[0]->getHeight(), HEIGHT);
+    for (const display::FBO* half : mCommon.mVaddrHalf) {
+        EXPECT_EQ(half->getWidth(), WIDTH / 2);
+        EXPECT_EQ(half->getHeight(), HEIGHT / 2);
+    }
+}
+
+TEST_F(Effects, ClearFillsAndFlashDarkensByTwiceItsCurve)
+{
+    struct Row {
+        float flash;
+        int expected; // of 102, the cleared level
+    };
+    prepare(mClear, "clear", colour(R"(r="0.4" g="0.2" b="0")"));
+    preparePostProcess(0.0f, 0.0f);
+    for (const Row& row : {
+             Row{0.0f,  102},
+             Row{0.25f, 51 },
+             Row{0.5f,  0  },
+             Row{0.8f,  0  }
+    }) {
+        Flash flash;
+        prepare(flash, "flash", flat("flash", row.flash));
+        const Picture picture = present([&] {
+            step(mClear, 1.0f, 0.04f);
+            step(flash, 1.0f, 0.04f);
+            EXPECT_TRUE(Immediate::live().state().blending);
+            EXPECT_EQ(Immediate::live().state().blendSource, BlendFactor::ONE);
+            EXPECT_EQ(Immediate::live().state().blendDestination, BlendFactor::ONE);
+        });
+        EXPECT_NEAR(at(picture, 160, 120)[0], row.expected, 1) << row.flash;
+        EXPECT_NEAR(at(picture, 3, 236)[1], row.expected / 2, 1) << row.flash;
+        EXPECT_NEAR(at(picture, 3, 3)[2], 0, 1) << row.flash;
+    }
+}
+
+TEST_F(Effects, WithoutClearTheTargetKeepsItsPicture)
+{
+    prepare(mClear, "clear", colour(R"(r="0.4" g="0.2" b="0")"));
+    preparePostProcess(0.0f, 0.0f);
+    present([&] { step(mClear, 1.0f, 0.04f); });
+    EXPECT_NEAR(at(present([] {}), 160, 120)[0], 102, 1);
+}
+
+/** A small bright square, off the middle so that a mirrored picture would show. */
+void drawLamp()
+{
+    DisplayObsolete::setProject(mathbase::Matrix4x4Col());
+    DisplayObsolete().setCamera();
+    DisplayObsolete::setColor(1.0f, 0.9f, 0.7f, 1.0f);
+    DisplayObsolete::drawBox(-0.65f, 0.35f, -0.35f, 0.65f, DisplayObsolete::SOLID);
+}
+
+TEST_F(Effects, TheGlowIsWideSmoothAndAroundWhatGlows)
+{
+    prepare(mClear, "clear", "");
+    preparePostProcess(1.0f, 0.0f);
+    const Picture glowing = present([&] {
+        step(mClear, 1.0f, 0.04f);
+        drawLamp();
+    });
+    EXPECT_TRUE(LOOKS_LIKE(glowing, "glow"));
+
+    // Below the lamp, from its lower edge on: falling light, step by step, over a good distance.
+    constexpr int X = 80;
+    constexpr int EDGE = 79;
+    int previous = at(glowing, X, EDGE)[0];
+    for (int y = EDGE + 1; y < HEIGHT; ++y) {
+        const int level = at(glowing, X, y)[0];
+        EXPECT_LE(level, previous + 2) << y; // two levels of dither
+        EXPECT_GE(level, previous - 16) << y;
+        previous = level;
+    }
+    EXPECT_GT(at(glowing, X, EDGE + 30)[0], 8);
+    EXPECT_LE(at(glowing, X, HEIGHT - 2)[0], 2);
+    // As much to the left of its middle as to the right.
+    EXPECT_NEAR(at(glowing, X - 35, 60)[0], at(glowing, X + 35, 60)[0], 4);
+}
+
+TEST_F(Effects, WithoutGlowThePictureIsWhatWasDrawn)
+{
+    prepare(mClear, "clear", "");
+    preparePostProcess(0.0f, 0.0f);
+    const Picture plain = present([&] {
+        step(mClear, 1.0f, 0.04f);
+        drawLamp();
+    });
+    EXPECT_LE(at(plain, 80, 81)[0], 1);
+    EXPECT_GT(at(plain, 80, 60)[0], 225); // highlights are rolled off
+}
+
+TEST_F(Effects, TheGrainIsFineAndColourless)
+{
+    prepare(mClear, "clear", colour(R"(r="0.4" g="0.4" b="0.4")"));
+    preparePostProcess(0.0f, 1.0f);
+    const Picture grainy = present([&] { step(mClear, 1.0f, 0.04f); });
+    double sum = 0.0;
+    double squares = 0.0;
+    for (int y = 0; y < HEIGHT; ++y) {
+        for (int x = 0; x < WIDTH; ++x) {
+            const std::array<int, 3> pixel = at(grainy, x, y);
+            EXPECT_LE(std::abs(pixel[0] - pixel[2]), 1);
+            sum += pixel[1];
+            squares += pixel[1] * pixel[1];
+        }
+    }
+    const double mean = sum / (WIDTH * HEIGHT);
+    const double deviation = std::sqrt(squares / (WIDTH * HEIGHT) - mean * mean);
+    EXPECT_NEAR(mean, 102.0, 2.0);
+    EXPECT_GT(deviation, 1.5);
+    EXPECT_LT(deviation, 12.0);
+}
+
+std::string plasmaScript()
+{
+    return colour(R"(r="0.33" g="1.25" b="1.5")") + flat("stop", 0.5f) + flat("camera", -0.7f) +
+           flat("logo1", 0.8f) + flat("hammertime", 0.9f) +
+           "\t<plugin type=\"spline\" name=\"beat spline\">\n\t\t<key time=\"0\" value=\"1\"/>\n"
+           "\t\t<key time=\"0.4\" value=\"0\"/>\n\t</plugin>\n"
+           "\t<plugin type=\"trigger\" name=\"beat trigger\">\n"
+           "\t\t<action start=\"1.5\" delay=\"1\" repeat=\"3\"/>\n\t</plugin>\n";
+}
+
+TEST_F(Effects, PlasmaLooksAsItDid)
+{
+    prepare(mClear, "clear", "");
+    prepare(mPlasma, "plasma", plasmaScript());
+    preparePostProcess(0.5f, 0.0f);
+    Picture picture;
+    for (const float time : {0.5f, 1.0f, 1.52f}) {
+        picture = present([&] {
+            step(mClear, time, 0.5f);
+            step(mPlasma, time, 0.5f);
+            EXPECT_FALSE(Immediate::live().state().blending);
+            EXPECT_FALSE(Immediate::live().state().texturing);
+        });
+    }
+    EXPECT_TRUE(LOOKS_LIKE(picture, "plasma"));
+}
+
+TEST_F(Effects, PlasmaSwellsOnTheBeat)
+{
+    prepare(mClear, "clear", "");
+    prepare(mPlasma, "plasma", plasmaScript());
+    preparePostProcess(0.0f, 0.0f);
+    const auto draw = [&](float time) {
+        return present([&] {
+            step(mClear, time, 0.0f);
+            step(mPlasma, time, 0.0f);
+        });
+    };
+    const Picture before = draw(1.45f);
+    const Picture calm = draw(1.49f);
+    const Picture beat = draw(1.51f);
+    EXPECT_LT(test::differenceOf(calm, before).mean, 0.6);
+    EXPECT_GT(test::differenceOf(beat, before).mean, 1.0);
+}
+
+TEST_F(Effects, ASteadyFrameAllocatesNothing)
+{
+    prepare(mClear, "clear", colour(R"(r="0.1" g="0" b="0")"));
+    prepare(mFlash, "flash", flat("flash", 0.1f));
+    prepare(mPlasma, "plasma", plasmaScript());
+    preparePostProcess(0.5f, 0.5f);
+    std::size_t allocations = 0;
+    for (int frame = 1; frame <= 6; ++frame) {
+        const float time = 0.4f * static_cast<float>(frame);
+        test::drawFrame(*mWindow, [&] {
+            const test::AllocationCounter counter;
+            step(mCommon, time, 0.4f);
+            step(mClear, time, 0.4f);
+            step(mFlash, time, 0.4f);
+            step(mPlasma, time, 0.4f);
+            step(mPostProcess, time, 0.4f);
+            allocations = counter.count();
+        });
+    }
+    EXPECT_EQ(allocations, 0u);
+}
+
+} // namespace
+} // namespace zavex::effects
