@@ -2,11 +2,18 @@
 
 #include "effects/plasma_field.h"
 
+#include "common/zvx_system.h"
 #include "figure.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
+
+namespace zavex {
+
+void zvx_log_callback(const LogData& /*data*/) {}
+
+} // namespace zavex
 
 namespace {
 

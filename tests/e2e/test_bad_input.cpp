@@ -76,9 +76,9 @@ const BadInput BAD_INPUTS[] = {
      nullptr,                                                                                                                                        nullptr,
      {"121"}                                                                                                                                                                                                       },
     {"RecordingWithoutAnExtension",
-     R"(<display width="160" height="120"/><dump name="movie"/><music mute="nosound"/>)",                           nullptr,
+     R"(<display width="160" height="120"/><dump name="movie"/><music mute="nosound"/>)",              nullptr,
      nullptr,                                                                                                                                        nullptr,
-     {"Could not find something that could write to 'movie'"}                                                                                                                                                   },
+     {"Could not find something that could write to 'movie'"}                                                                                                                                                      },
 };
 
 class BadInputs : public testing::TestWithParam<BadInput> {};
