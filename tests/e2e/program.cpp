@@ -125,7 +125,7 @@ VirtualScreen::VirtualScreen()
     if (mPid == 0) {
         close(ready[0]);
         execute({"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0", "1024x768x24",
-                 "+extension", "GLX", "-nolisten", "tcp"},
+                 "+extension", "GLX", "-nolisten", "tcp", "-noreset"},
                 {});
     }
     close(ready[1]);

@@ -113,7 +113,7 @@ public:
     /** Waits for the window with this title and gives it the keyboard. */
     Keyboard(const VirtualScreen& screen, const std::string& title);
 
-    /** Presses and releases, by xdotool's names: "space", "ctrl+t", "alt+Return". */
+    /** Presses and releases a key, while at most one other is held: "space", "alt+Return". */
     void press(const std::string& keys) const;
 
 private:
