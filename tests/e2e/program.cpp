@@ -254,11 +254,16 @@ Keyboard::Keyboard(const VirtualScreen& screen, const std::string& title)
 
 void Keyboard::press(const std::string& keys) const
 {
-    runProgram(
-        {
-            "xdotool", "key", keys
-    },
-        {{"DISPLAY", mDisplay}});
+    std::vector<std::string> command{"xdotool", "key", keys};
+    if (const std::size_t plus = keys.find('+'); plus != std::string::npos) {
+        // Left to itself, xdotool lets go of the modifier first.
+        const std::string modifier = keys.substr(0, plus);
+        const std::string key = keys.substr(plus + 1);
+        command = {"xdotool", "keydown", modifier, "key", key, "keyup", modifier};
+    }
+    runProgram(command, {
+                            {"DISPLAY", mDisplay}
+    });
 }
 
 std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment)
