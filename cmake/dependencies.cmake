@@ -13,6 +13,7 @@ pkg_check_modules(GLU REQUIRED IMPORTED_TARGET glu)
 
 if(CADENZA_TESTS)
     find_package(GTest REQUIRED)
+    find_package(X11 REQUIRED)
     include(GoogleTest)
 endif()
 if(CADENZA_BENCH)
