@@ -39,7 +39,7 @@ vec3 rollOff(vec3 colour)
 void main()
 {
     vec3 colour = texture2D(originalTexture, vec2(position.x, 1.0 - position.y)).rgb;
-    colour += GLOW_GAIN * glow * texture2D(glowTexture, position).rgb;
+    colour += GLOW_GAIN * max(glow, 0.0) * texture2D(glowTexture, position).rgb;
     colour = rollOff(max(colour, 0.0));
 
     // Grain lives in the light and leaves black alone; the last term dithers away the banding of
