@@ -32,7 +32,7 @@ endfunction()
 
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl or e2e need
-# the virtual screen that ./test provides. SERIAL keeps its cases from running beside each other.
+# the virtual screen that ./test provides. SERIAL lets nothing run beside its cases: they measure time.
 function(cadenza_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LINK;LABELS")
     add_executable(test_${name} ${arg_SOURCES})
@@ -45,7 +45,7 @@ function(cadenza_test name)
     cadenza_keep_loaded(test_${name})
     set(properties TIMEOUT 300)
     if(arg_SERIAL)
-        list(APPEND properties RESOURCE_LOCK ${name})
+        list(APPEND properties RUN_SERIAL TRUE)
     endif()
     gtest_discover_tests(test_${name} PROPERTIES ${properties} DISCOVERY_MODE PRE_TEST)
     # A list cannot be handed through the discovery: it would end at its first semicolon.
