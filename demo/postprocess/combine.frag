@@ -42,12 +42,12 @@ void main()
     colour += GLOW_GAIN * max(glow, 0.0) * texture2D(glowTexture, position).rgb;
     colour = rollOff(max(colour, 0.0));
 
-    // Grain lives in the light and leaves black alone; the last term dithers away the banding of
-    // eight bits.
+    // Grain lives in the light; the last term dithers away the banding of eight bits. Both leave
+    // black alone.
     float seed = r + fract(time * 0.61803);
     float level = dot(colour, vec3(0.299, 0.587, 0.114));
-    float amount = GRAIN * glownoise * sqrt(level) * (1.0 - 0.5 * level);
+    float amount = GRAIN * max(glownoise, 0.0) * sqrt(level) * (1.0 - 0.5 * level);
     colour += amount * grain(floor(gl_FragCoord.xy), seed) * (colour + 0.15);
-    colour += grain(floor(gl_FragCoord.xy) + 101.0, seed) / 255.0;
+    colour += min(colour, 1.0 / 255.0) * grain(floor(gl_FragCoord.xy) + 101.0, seed);
     gl_FragColor = vec4(colour, 1.0);
 }
