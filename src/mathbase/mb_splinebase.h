@@ -33,8 +33,11 @@ struct SplineBaseKey {
  * value that owns its keys. Looking up a segment remembers it, even through a const curve, which
  * makes the next nearby look-up cheap; a curve is therefore not to be shared between threads.
  *
- * Keys may stand at equal times; the segment between them has no length and is a step. Every mode
- * gives it the value of its first key, as `SQUARE` does, and it has no part in automatic tangents:
+ * A `SQUARE` key takes effect at its own time, except for the last: there the segment before it
+ * still counts.
+ *
+ * Keys may stand at equal times; the segment between them has no length and is a step. The other
+ * modes give it the value of its first key, and it has no part in automatic tangents:
  * a key next to it takes its slope from its other side alone, and is flat (both tangents 0) between
  * two of them. A curve whose keys all stand at one time is not repeated.
  */
@@ -156,7 +159,8 @@ private:
     }
     T evaluateAnywhere(float time) const;
     Mapped mapIntoKeys(float time) const;
-    T interpolate(const Key& first, const Key& second, float time) const;
+    T interpolate(int segment, float time) const;
+    const Key& stepAt(int segment, float time) const;
     bool isInSegment(int index, float time) const;
     int findSegment(float time) const;
 
@@ -312,7 +316,7 @@ T SplineBase<T, Key>::evaluate(float time) const
 {
     // Time moving forward: what is in the remembered segment is neither mapped nor looked up.
     if (isInSegment(mLastUsedKey, time))
-        return interpolate((*this)[mLastUsedKey], (*this)[mLastUsedKey + 1], time);
+        return interpolate(mLastUsedKey, time);
     return evaluateAnywhere(time);
 }
 
@@ -328,7 +332,7 @@ T SplineBase<T, Key>::evaluateAnywhere(float time) const
         return mKeys.front().value;
     if (segment == AFTER_LAST_KEY)
         return mKeys.back().value;
-    return interpolate((*this)[segment], (*this)[segment + 1], mapped.time) + mapped.offset;
+    return interpolate(segment, mapped.time) + mapped.offset;
 }
 
 template <typename T, typename Key>
@@ -358,10 +362,15 @@ auto SplineBase<T, Key>::mapIntoKeys(float time) const -> Mapped
 }
 
 template <typename T, typename Key>
-T SplineBase<T, Key>::interpolate(const Key& first, const Key& second, float time) const
+T SplineBase<T, Key>::interpolate(int segment, float time) const
 {
+    if (mIntMode == SQUARE)
+        return stepAt(segment, time).value;
+
+    const Key& first = (*this)[segment];
+    const Key& second = (*this)[segment + 1];
     const float length = second.time - first.time;
-    if (mIntMode == SQUARE || !(length > 0.0f))
+    if (!(length > 0.0f))
         return first.value;
 
     const float u = (time - first.time) / length;
@@ -372,6 +381,18 @@ T SplineBase<T, Key>::interpolate(const Key& first, const Key& second, float tim
     const float u3 = u2 * u;
     return (2.0f * u3 - 3.0f * u2 + 1.0f) * first.value + (u3 - 2.0f * u2 + u) * first.tangentOUT +
            (-2.0f * u3 + 3.0f * u2) * second.value + (u3 - u2) * second.tangentIN;
+}
+
+/**
+ * The key whose step holds at `time`, which is in `segment`. The time of a key that two segments
+ * share belongs to the one that starts there, whichever of them the look-up remembered.
+ */
+template <typename T, typename Key>
+const Key& SplineBase<T, Key>::stepAt(int segment, float time) const
+{
+    while (segment + 2 < getNumKeys() && (*this)[segment + 1].time <= time)
+        ++segment;
+    return (*this)[segment];
 }
 
 template <typename T, typename Key>

@@ -114,6 +114,8 @@ const ValueCase VALUE_CASES[] = {
     {"RepeatedOnlyAfter", curve(RAMP, LINEAR, HOLD, REPEAT), -0.25f, 0.0f},
     {"ClimbsOnFarOutsideInspiteOfRounding", curve(TENTHS, LINEAR, ADD, ADD), 60.1f, 201.0f},
     {"SquareHoldsTheStartOfASegment", curve(PEAK, SQUARE), 0.99f, 0.0f},
+    {"SquareTakesAKeyAtItsOwnTime", curve(PEAK, SQUARE), 1.0f, 1.0f},
+    {"SquareTakesTheLastOfSeveralAtOneTime", curve(STEP, SQUARE), 1.0f, 6.0f},
     {"SquareAtTheLastTimeIsTheLastSegment", curve(PEAK, SQUARE), 2.0f, 1.0f},
     {"SquareAddsThePeriod", curve(RAMP, SQUARE, HOLD, ADD), 3.5f, 3.0f},
     {"SmoothIsFlatAtThePeak", curve(PEAK, SMOOTH), 1.0f, 1.0f},
