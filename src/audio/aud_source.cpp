@@ -105,7 +105,7 @@ bool DecodedFile::moveDecoder()
     mSound = openDecoder(*mFile, info);
     if (mSound && skipTo(mPosition))
         return true;
-    ZVX_LOG("warning", "system", "The sound cannot be moved to sample frame %lld of %lld",
+    ZVX_LOG("log", "app", "The sound cannot be moved to sample frame %lld of %lld",
             static_cast<long long>(mPosition), static_cast<long long>(mLength));
     return false;
 }
@@ -150,7 +150,7 @@ std::int64_t DecodedFile::read(std::span<float> samples)
     mPosition += delivered;
     mReadable = delivered == wanted;
     if (!mReadable && mPosition < mLength)
-        ZVX_LOG("warning", "system", "The sound breaks off at sample frame %lld of %lld",
+        ZVX_LOG("log", "app", "The sound breaks off at sample frame %lld of %lld",
                 static_cast<long long>(mPosition), static_cast<long long>(mLength));
     return delivered;
 }

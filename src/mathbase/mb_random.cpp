@@ -31,7 +31,7 @@ std::uint32_t initialSeed()
         const auto [stop, error] = std::from_chars(text, end, seed);
         if (error == std::errc{} && stop == end)
             return seed;
-        ZVX_LOG("warning", "system", "CADENZA_SEED is no unsigned 32-bit number: \"%s\"", text);
+        ZVX_LOG("log", "app", "CADENZA_SEED is no unsigned 32-bit number: \"%s\"", text);
     }
     return static_cast<std::uint32_t>(std::clock());
 }

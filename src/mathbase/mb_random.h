@@ -13,7 +13,7 @@ namespace zavex::mathbase {
 /**
  * The seed that generators start from: the environment variable CADENZA_SEED, read as an unsigned
  * decimal number, so that a run can be repeated; else the processor clock count, so that runs
- * differ. A variable that is no such number is logged as a warning and does not count.
+ * differ. A variable that is no such number is logged and does not count.
  */
 std::uint32_t initialSeed();
 

@@ -201,7 +201,7 @@ struct SeedCase {
     const char* name;
     const char* text;
     std::uint32_t seed;
-    int warnings;
+    int complaints;
 
     friend void PrintTo(const SeedCase& each, std::ostream* out) { *out << each.name; }
 };
@@ -228,7 +228,7 @@ TEST_P(Seed, ComesFromTheEnvironmentWhenItIsANumber)
     if (GetParam().seed != FROM_CLOCK) {
         EXPECT_EQ(seed, GetParam().seed);
     }
-    EXPECT_EQ(test::countLogged("warning", "CADENZA_SEED"), GetParam().warnings);
+    EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), GetParam().complaints);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, Seed, testing::ValuesIn(SEED_CASES),
