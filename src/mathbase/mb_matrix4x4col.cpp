@@ -1,6 +1,6 @@
 #include "mathbase/mb_matrix4x4col.h"
 
-#include "common/zvx_system.h"
+#include "mathbase/mb_unit_length.h"
 
 #include <cmath>
 #include <utility>
@@ -12,6 +12,9 @@ namespace {
 // The cosine of 90 degrees as single precision gives it: cameras were modelled with this value.
 constexpr float COS_90 = -4.371139e-8f;
 
+// What is to the right of a camera that looks straight up or down.
+constexpr Vector3f SIDE_OF_VERTICAL{0.0f, 0.0f, 1.0f};
+
 /** The frame of a camera: to its right, upwards, and along the line of sight. */
 struct CameraAxes {
     Vector3f side;
@@ -19,14 +22,21 @@ struct CameraAxes {
     Vector3f sight;
 };
 
+/** `v` at unit length, or `fallback` where it has no direction. */
+Vector3f directionOf(const Vector3f& v, const Vector3f& fallback)
+{
+    const Vector3f unit = v.getNormalized();
+    return unit.length2() > 0.5f ? unit : fallback;
+}
+
 CameraAxes cameraAxes(const Vector3f& eye, const Vector3f& target)
 {
     CameraAxes axes;
-    axes.sight = (target - eye).getNormalized();
+    axes.sight = directionOf(target - eye, {0.0f, 0.0f, -1.0f});
     const bool isVertical = axes.sight.x == 0.0f && axes.sight.z == 0.0f;
     const Vector3f upwards =
         isVertical ? Vector3f{-axes.sight.y, 0.0f, 0.0f} : Vector3f{0.0f, 1.0f, 0.0f};
-    axes.side = axes.sight.cross(upwards).getNormalized();
+    axes.side = directionOf(axes.sight.cross(upwards), SIDE_OF_VERTICAL);
     axes.up = axes.side.cross(axes.sight);
     return axes;
 }
@@ -50,8 +60,7 @@ void Vector3T<float>::normalize()
     const long double exactY = y;
     const long double exactZ = z;
     const long double length = std::sqrt(exactX * exactX + exactY * exactY + exactZ * exactZ);
-    ZVX_REQUIRE(length > 0.0000000001f, "length>0.0000000001f");
-    *this *= static_cast<float>(1.0L / length);
+    *this *= toUnitLength(length);
 }
 
 void Matrix4x4Col::multiplyFromLeft(const Matrix4x4Col& a)

@@ -104,12 +104,12 @@ struct Matrix4x4Col {
 
     /**
      * A viewing matrix: looks from `eye` towards `target`, y up, rolled about the line of sight by
-     * `roll`. Looking straight up or down, x takes the place of y. Throws `Exception` when the two
-     * points are 1e-10 apart or less.
+     * `roll`. Looking straight up or down, x takes the place of y. Two points that are 1e-10 apart
+     * or less are logged, and it looks along -z.
      */
     void setCamera(const Vector3f& eye, const Vector3f& target, float roll = 0.0f);
 
-    /** The inverse of `setCamera`, built directly; throws as it does. */
+    /** The inverse of `setCamera`, built directly. */
     void setCameraInv(const Vector3f& eye, const Vector3f& target, float roll = 0.0f);
 
     /**

@@ -21,6 +21,12 @@ constexpr int AXES_BY_ORDER[6][3] = {
     {2, 1, 0},
 };
 
+/** Whether normalising could bring the vector to unit length. */
+bool isUnit(const Vector3f& normalized)
+{
+    return normalized.length2() > 0.5f;
+}
+
 /** Some unit vector at right angles to `v`. */
 Vector3f perpendicularTo(const Vector3f& v)
 {
@@ -34,8 +40,10 @@ Vector3f perpendicularTo(const Vector3f& v)
 void Quatf::setEuler(const Euler& euler)
 {
     const int order = euler.order.asInt();
-    ZVX_REQUIRE(order >= RotationOrder::XYZ && order <= RotationOrder::ZYX,
-                "order.value>=0 && order.value<=5");
+    if (order < RotationOrder::XYZ || order > RotationOrder::ZYX) {
+        ZVX_LOG("log", "app", "order.value>=0 && order.value<=5: found %d", order);
+        return;
+    }
 
     Quatf about[3];
     about[0].setRotX(euler.angles.x);
@@ -50,6 +58,10 @@ void Quatf::setOrientation(const Vector3f& from, const Vector3f& to)
 {
     const Vector3f start = from.getNormalized();
     const Vector3f end = to.getNormalized();
+    if (!isUnit(start) || !isUnit(end)) {
+        *this = {};
+        return;
+    }
 
     // Half of |start + end|^2 is 1 + cos of the angle, without its cancellation near half a turn.
     const float sum2 = (start + end).length2();
@@ -65,7 +77,12 @@ void Quatf::setOrientation(const Vector3f& from, const Vector3f& to)
 
 void Quatf::setAngleAxis(float angle, const Vector3f& axis)
 {
-    const Vector3f scaled = axis.getNormalized() * std::sin(angle / 2.0f);
+    const Vector3f unit = axis.getNormalized();
+    if (!isUnit(unit)) {
+        *this = {};
+        return;
+    }
+    const Vector3f scaled = unit * std::sin(angle / 2.0f);
     *this = {std::cos(angle / 2.0f), scaled.x, scaled.y, scaled.z};
 }
 
@@ -86,7 +103,10 @@ void Quatf::normalize()
 Quatf Quatf::getInverse() const
 {
     const float norm = length2();
-    ZVX_REQUIRE(norm > 0.0f, "length2>0");
+    if (!(norm > 0.0f)) {
+        ZVX_LOG("log", "app", "length2>0: a quaternion without length is not inverted");
+        return *this;
+    }
     return Quatf{w, -x, -y, -z} * (1.0f / norm);
 }
 

@@ -25,14 +25,14 @@ struct Quatf {
 
     /**
      * The product of the rotations about the three axes, in the order that the letters of
-     * `euler.order` name, left to right. Throws `Exception` when the order is not in 0..5.
+     * `euler.order` name, left to right. An order outside 0..5 is logged and changes nothing.
      */
     void setEuler(const Euler& euler);
 
     /**
      * The shortest rotation that turns the direction `from` onto the direction `to`. Opposite
      * directions give half a turn about an axis at right angles to them. Neither needs to be of
-     * unit length; throws `Exception` when one is 1e-10 long or less.
+     * unit length; one that is 1e-10 long or less is logged and nothing is turned.
      */
     void setOrientation(const Vector3f& from, const Vector3f& to);
 
@@ -40,7 +40,10 @@ struct Quatf {
     void setRotY(float angle) { *this = {std::cos(angle / 2.0f), 0, std::sin(angle / 2.0f), 0}; }
     void setRotZ(float angle) { *this = {std::cos(angle / 2.0f), 0, 0, std::sin(angle / 2.0f)}; }
 
-    /** `axis` needs not be of unit length; throws `Exception` when it is 1e-10 long or less. */
+    /**
+     * `axis` needs not be of unit length; one that is 1e-10 long or less is logged and nothing is
+     * turned.
+     */
     void setAngleAxis(float angle, const Vector3f& axis);
 
     /**
@@ -73,7 +76,7 @@ struct Quatf {
 
     constexpr bool operator==(const Quatf&) const = default;
 
-    /** Scales to unit length. Throws `Exception` when the length is 1e-10 or less. */
+    /** Scales to unit length; stays as it is, with a log line, when it is 1e-10 long or less. */
     void normalize();
 
     /** Becomes its inverse, see `getInverse`. */
@@ -84,7 +87,7 @@ struct Quatf {
 
     /**
      * The quaternion whose product with this one is the identity; the conjugate when this one is
-     * of unit length. Throws `Exception` when all components are 0.
+     * of unit length. One whose components are all 0 is logged and returned as it is.
      */
     Quatf getInverse() const;
 

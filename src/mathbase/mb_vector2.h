@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/zvx_system.h"
+#include "mathbase/mb_unit_length.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,15 +38,14 @@ struct Vector2f {
     float length() const { return std::sqrt(length2()); }
     constexpr float length2() const { return dot(*this); }
 
-    /** Scales to unit length. Throws `Exception` when the length is 1e-10 or less. */
+    /** Scales to unit length; stays as it is, with a log line, when it is 1e-10 long or less. */
     void normalize() { *this = getNormalized(); }
 
-    /** This vector at unit length. Throws `Exception` when the length is 1e-10 or less. */
+    /** This vector at unit length, or as it is where `normalize` leaves it so. */
     Vector2f getNormalized() const
     {
         const long double length = std::hypot(static_cast<long double>(x), y);
-        ZVX_REQUIRE(length > 0.0000000001f, "length>0.0000000001f");
-        return *this * static_cast<float>(1.0L / length);
+        return *this * toUnitLength(length);
     }
 
     /** The component-wise minimum and maximum of the two vectors. */

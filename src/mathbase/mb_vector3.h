@@ -46,12 +46,12 @@ struct Vector3T {
     constexpr T length2() const { return dot(*this); }
 
     /**
-     * Scales to unit length; the length is taken in extended precision. Throws `Exception` when
-     * it is 1e-10 or less.
+     * Scales to unit length; the length is taken in extended precision. Stays as it is, with a log
+     * line, when it is 1e-10 long or less.
      */
     void normalize();
 
-    /** This vector at unit length. Throws as `normalize` does. */
+    /** This vector at unit length, or as it is where `normalize` leaves it so. */
     Vector3T getNormalized() const
     {
         Vector3T unit = *this;
