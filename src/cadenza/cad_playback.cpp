@@ -54,9 +54,13 @@ void drawOsdFrame(float centre, const Vector4f& colour, DisplayObsolete::FillMod
 
 PictureSize letterbox(const PictureSize& window, float aspect)
 {
-    PictureSize picture{window.width, static_cast<int>(static_cast<float>(window.width) / aspect)};
-    if (picture.height > window.height)
-        picture = {static_cast<int>(static_cast<float>(window.height) * aspect), window.height};
+    const float height = static_cast<float>(window.width) / aspect;
+    PictureSize picture = window;
+    // Compared before it is converted: a float may be too large for every integer.
+    if (height >= static_cast<float>(window.height + 1))
+        picture.width = static_cast<int>(static_cast<float>(window.height) * aspect);
+    else
+        picture.height = static_cast<int>(height);
     return {picture.width & ~1, picture.height & ~1};
 }
 

@@ -19,6 +19,7 @@ constexpr std::string_view SCHEME_END = "://"; // of an archive's path
 
 constexpr float DEFAULT_OSD_DELAY = 2.0f;  // seconds
 constexpr float DEFAULT_DUMP_RATE = 60.0f; // frames per second
+constexpr int MOST_DUMP_RATE = 1000000;    // frames per second
 constexpr const char* DEFAULT_DUMP_NAME = "untitled";
 constexpr const char* DEFAULT_DUMP_EXTENSION = ".png";
 
@@ -143,9 +144,9 @@ void Cadenza::applyDump(const xml::XmlTag& tag)
     std::string name = tag.getValue("name");
     mDumpRate = tag.getValue("rate").empty() ? DEFAULT_DUMP_RATE : tag.getValueFloat("rate");
     mDumpLength = tag.getValueDouble("length");
-    if (!(mDumpRate > 0.0f))
-        throw Exception("%s: the dump rate must be positive, found '%s'", mSetupFilename.c_str(),
-                        tag.getValue("rate").c_str());
+    if (!(mDumpRate > 0.0f && mDumpRate <= static_cast<float>(MOST_DUMP_RATE)))
+        throw Exception("%s: the dump rate must be positive and at most %d, found '%s'",
+                        mSetupFilename.c_str(), MOST_DUMP_RATE, tag.getValue("rate").c_str());
 
     // Only a name with an extension says what kind of files to write.
     std::string target = name;

@@ -407,6 +407,7 @@ constexpr LetterboxCase LETTERBOX_CASES[] = {
     {"TruncatedThenMadeEven", {1024, 768}, 1.777809f,   {1024, 574}},
     {"OddWindow",             {801, 601},  1.0f,        {600, 600} },
     {"Sliver",                {10, 10},    100.0f,      {10, 0}    },
+    {"HeightBeyondIntegers",  {1000, 400}, 1e-10f,      {0, 400}   },
 };
 
 class Letterbox : public testing::TestWithParam<LetterboxCase> {};

@@ -198,9 +198,11 @@ constexpr BadSetupCase BAD_SETUP_CASES[] = {
     {"DumpWithoutExtension",   "setup.xml",       R"(<demo><dump name="film"/></demo>)",
      "Could not find something that could write to 'film'"                                                                         },
     {"DumpRateOfZero",         "setup.xml",       R"(<demo><dump rate="0"/></demo>)",
-     "setup.xml: the dump rate must be positive, found '0'"                                                                        },
+     "setup.xml: the dump rate must be positive and at most 1000000, found '0'"                                                    },
+    {"DumpRateWithoutEnd",     "setup.xml",       R"(<demo><dump rate="inf"/></demo>)",
+     "setup.xml: the dump rate must be positive and at most 1000000, found 'inf'"                                                  },
     {"DumpRateThatIsNoNumber", "setup.xml",       R"(<demo><dump rate="fast"/></demo>)",
-     "setup.xml: the dump rate must be positive, found 'fast'"                                                                     },
+     "setup.xml: the dump rate must be positive and at most 1000000, found 'fast'"                                                 },
 };
 
 class BadSetup : public SetupFile, public testing::WithParamInterface<BadSetupCase> {};
