@@ -26,9 +26,7 @@ Cadenza::~Cadenza()
     // A run that failed holds no state worth keeping.
     if (mSetup && std::uncaught_exceptions() == mExceptionsAtStart)
         saveXml();
-
-    attachToDisplay(nullptr);
-    mDisplay.reset();
+    closeDisplay();
 }
 
 void Cadenza::addFactory(const std::string& type, EffectFactoryBase* factory)
@@ -94,6 +92,12 @@ void Cadenza::requireDumpSize() const
         throw Exception("%s: cannot record %d x %d pixels, the screen gave a window of %d x %d",
                         mSetupFilename.c_str(), mDumpImage->getWidth(), mDumpImage->getHeight(),
                         mode.width, mode.height);
+}
+
+void Cadenza::closeDisplay()
+{
+    attachToDisplay(nullptr);
+    mDisplay.reset();
 }
 
 void Cadenza::openSound(const char* filename)

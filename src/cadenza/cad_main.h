@@ -179,6 +179,7 @@ private:
 
     void prepareDumpImage(int width, int height);
     void requireDumpSize() const;
+    void closeDisplay();
     void loadScripts();
     void setupEffects();
     void startTime();
@@ -189,6 +190,7 @@ private:
     float readClock();
     void followMusic();
     void endSong();
+    [[noreturn]] void endShow();
     void drawEffects();
     bool isDumpComplete() const;
     bool isOsdCalledUp(float now) const { return mOsdTime + mOsdDelay > now; }

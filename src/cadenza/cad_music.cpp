@@ -49,6 +49,14 @@ bool Music::setup(const am::File& file)
     return true;
 }
 
+void Music::close()
+{
+    mFile.reset();
+    mSource.reset();
+    mSound.reset();
+    mDevice.reset();
+}
+
 void Music::play()
 {
     stream().play();

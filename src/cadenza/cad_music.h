@@ -36,6 +36,9 @@ public:
      */
     bool setup(const am::File& file);
 
+    /** Lets go of song and device; only `setup` may follow. */
+    void close();
+
     /** Starts or goes on; at the end of the song call `setTime` first. */
     void play();
 

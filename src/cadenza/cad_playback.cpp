@@ -142,11 +142,20 @@ void Cadenza::onDraw()
 void Cadenza::endSong()
 {
     if (!mLoop)
-        std::exit(0); // the way a show ends by itself: nothing was edited, nothing is saved
+        endShow();
 
     setTime(0.0f);
     mMusic.play();
     hideOsd();
+}
+
+/** The way a show ends by itself: nothing was edited, nothing is saved. */
+void Cadenza::endShow()
+{
+    // Nothing on the stack is destroyed, yet the screen must get its own mode back.
+    closeDisplay();
+    mMusic.close();
+    std::exit(0);
 }
 
 void Cadenza::drawEffects()

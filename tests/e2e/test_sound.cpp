@@ -430,6 +430,7 @@ TEST_F(Sound, EndsTheProgramAtItsEndWhenItDoesNotLoop)
     recordFromStart(show);
     EXPECT_EQ(mProgram->waitForEnd(), 0) << mProgram->output();
     const double ended = steadySeconds() - mStarted;
+    EXPECT_NE(mProgram->output().find("closing display"), std::string::npos) << mProgram->output();
     mProgram->listen(REACH);
     mRecording->stop();
     mHeard = mRecording->samples();
