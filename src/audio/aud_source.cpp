@@ -13,6 +13,9 @@ namespace zavex::audio {
 
 namespace {
 
+// Beyond what any device takes; a damaged file may state one that fills the memory with one block.
+constexpr int MOST_SAMPLE_RATE = 1000000;
+
 struct CloseSound {
     void operator()(SNDFILE* sound) const { sf_close(sound); }
 };
@@ -161,7 +164,9 @@ std::shared_ptr<SampleSource> openSampleSource(std::shared_ptr<File> file)
 {
     SF_INFO info = {};
     SoundPointer sound = openDecoder(*file, info);
-    if (!sound || info.samplerate <= 0 || info.channels <= 0 || info.frames <= 0)
+    if (!sound || info.channels <= 0 || info.frames <= 0)
+        return nullptr;
+    if (info.samplerate <= 0 || info.samplerate > MOST_SAMPLE_RATE)
         return nullptr;
     return std::make_shared<DecodedFile>(std::move(file), std::move(sound), info);
 }

@@ -55,7 +55,8 @@ protected:
 
 /**
  * Opens a sound, its format found by looking at the bytes: WAV, FLAC, Ogg Vorbis, Opus, MP3 and
- * what else libsndfile knows. Null when the bytes are no sound, or hold no sample frame rate.
+ * what else libsndfile knows. Null when the bytes are no sound, or state a sample rate that cannot
+ * be.
  */
 std::shared_ptr<SampleSource> openSampleSource(std::shared_ptr<File> file);
 

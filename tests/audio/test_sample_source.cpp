@@ -154,6 +154,12 @@ TEST_P(SampleSourceBroken, IsNoSound)
 INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceBroken, testing::ValuesIn(BROKEN_CASES),
                          [](const auto& each) { return std::string{each.param.name}; });
 
+TEST(SampleSourceRate, AnImpossibleRateIsNoSound)
+{
+    constexpr int rate = 2000000000;
+    EXPECT_EQ(openBytes(test::encodeSound(SoundFormat::WAV, 1, rate, test::makeNoise(8))), nullptr);
+}
+
 TEST(SampleSourceTruncated, EndsWhereTheBytesEndAndSaysSo)
 {
     std::vector<std::byte> bytes =
