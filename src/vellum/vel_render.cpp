@@ -48,10 +48,18 @@ int segmentCount(const Render::Area& box, int segments)
 Render::Render() = default;
 Render::~Render() = default;
 
+void Render::setDisplay(display::DisplayGL* display)
+{
+    if (display == mDisplay)
+        return;
+    mDisplay = display;
+    mFont = display ? std::make_unique<display::Font>(display) : nullptr;
+}
+
 void Render::setup(display::DisplayGL* display, const std::string& fontFile)
 {
-    mDisplay = display;
-    mFont = std::make_unique<display::Font>(display);
+    ZVX_REQUIRE(display != nullptr, "display!=0");
+    setDisplay(display);
     const display::WindowMode& window = display->getWindowMode();
     mFont->load(fontFile, false,
                 Vector2f(static_cast<float>(window.width), static_cast<float>(window.height)));

@@ -37,16 +37,20 @@ public:
     Render& operator=(Render&&) = delete;
     virtual ~Render();
 
+    /** @param display  What to draw on, without text until `setup`. Must outlive this object; or
+     *     null. */
+    virtual void setDisplay(display::DisplayGL* display);
+
     /**
-     * Loads the font.
+     * Sets the display and loads the font.
      *
-     * @param display   Not owned; must outlive this object.
+     * @param display   Not null, not owned; must outlive this object.
      * @param fontFile  Font sheet in the display's archive. Throws as `display::Font::load` does.
      */
     virtual void setup(display::DisplayGL* display, const std::string& fontFile);
 
     /**
-     * Begins a frame: one unit is one pixel. `setup` must have been called ("mDisplay").
+     * Begins a frame: one unit is one pixel. There must be a display ("mDisplay").
      *
      * @param windowSize  In pixels.
      * @param pan         View offset in pixels.
@@ -103,7 +107,7 @@ private:
     mathbase::Vector4f mColor{0, 0, 0, 0};
     mathbase::Vector4f mColor2{0, 0, 0, 0};
     Area mClipArea{0, 0, 0, -1};
-    std::unique_ptr<display::Font> mFont;
+    std::unique_ptr<display::Font> mFont;               // without a sheet until `setup`
     display::DisplayObsolete mModel;                    // places text
     std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
 };

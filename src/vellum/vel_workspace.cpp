@@ -1,0 +1,142 @@
+#include "vellum/vel_workspace.h"
+
+#include "vellum/vel_context.h"
+#include "vellum/vel_control_watch.h"
+
+#include "display/dis_display.h"
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_parser.h"
+
+#include <utility>
+
+namespace zavex::vellum {
+
+namespace {
+
+constexpr const char* STANDARD_FONT = "fonthelvete2.png";
+
+/** What the tree is drawn in and clipped to: more than any window. */
+constexpr float EVERYWHERE = 10000.0f; // pixels
+
+const Control::Area ALL(0.0f, 0.0f, EVERYWHERE, EVERYWHERE);
+
+} // namespace
+
+Workspace::Workspace()
+{
+    mType = "workspace";
+    mId = "workspace";
+}
+
+Control* Workspace::clone()
+{
+    return new Workspace;
+}
+
+void Workspace::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    const std::string& font = element->getValue("font");
+    mRender.setup(mDisplay, font.empty() ? STANDARD_FONT : font);
+}
+
+void Workspace::loadStyle(xml::XmlParser* document)
+{
+    mStyleTag = document;
+}
+
+xml::IteratorConst Workspace::getStyle(const std::string& name)
+{
+    return mStyleTag ? std::as_const(*mStyleTag).createIterator(name) : Control::getStyle(name);
+}
+
+void Workspace::setDisplay(display::DisplayGL* display)
+{
+    mDisplay = display;
+    mRender.setDisplay(display);
+}
+
+display::DisplayGL* Workspace::getDisplay()
+{
+    return mDisplay;
+}
+
+Render& Workspace::getRender()
+{
+    return mRender;
+}
+
+int Workspace::handleEvent(Event& event)
+{
+    if (!getVisible())
+        return 0;
+    if (mContext && passToMenu(event))
+        return 0;
+    return Control::handleEvent(event);
+}
+
+void Workspace::setContext(Context* context)
+{
+    if (!context->getParent())
+        context->setParent(this);
+    mContext = context;
+    mContext->resize(mathbase::Vector2f(0.0f, 0.0f));
+    mContextFirst = true;
+}
+
+void Workspace::resetContext()
+{
+    mContext = nullptr;
+}
+
+void Workspace::draw()
+{
+    if (!getVisible())
+        return;
+    draw(ALL, ALL, ALL);
+    if (mContext)
+        drawMenu();
+}
+
+void Workspace::setCopyString(const std::string& text)
+{
+    mCopyString = text;
+}
+
+const std::string& Workspace::getCopyString()
+{
+    return mCopyString;
+}
+
+/** Whether the event goes no further than the menu. */
+bool Workspace::passToMenu(Event& event)
+{
+    Context* const menu = mContext;
+    const bool lettingThrough = menu->getParent()->getType() == "menubar";
+    const ControlWatch self(*this);
+    const ControlWatch menuWatch(*menu);
+    menu->handleEvent(event);
+    if (self.isGone())
+        return true;
+    if (menuWatch.isGone() && mContext == menu)
+        resetContext();
+
+    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT) {
+        if (!mContextFirst)
+            resetContext();
+        mContextFirst = false;
+    }
+    const bool blocking = mContext || event.type == "mousedown";
+    return blocking && !lettingThrough;
+}
+
+void Workspace::drawMenu()
+{
+    const display::WindowMode& window = mDisplay->getWindowMode();
+    mRender.setClipArea(ALL);
+    mContext->draw(
+        mContext->getArea(), ALL,
+        Area(0.0f, 0.0f, static_cast<float>(window.width), static_cast<float>(window.height)));
+}
+
+} // namespace zavex::vellum
