@@ -152,16 +152,22 @@ struct DisplayGLFW::Callbacks {
         });
     }
 
+    /** A wheel that is tilted, or a sideways swipe, does not turn it. */
     static void scroll(GLFWwindow* window, double, double notches)
     {
         guarded(window, [=](DisplayGLFW& display) {
-            display.onMouseWheel(display.mMouseWheel + static_cast<float>(notches));
+            if (notches != 0.0)
+                display.onMouseWheel(display.mMouseWheel + static_cast<float>(notches));
         });
     }
 
+    /** A size that `open` asked for is reported only later: it is known, and no resize. */
     static void windowSize(GLFWwindow* window, int width, int height)
     {
-        guarded(window, [=](DisplayGLFW& display) { display.onWindowSize(width, height); });
+        guarded(window, [=](DisplayGLFW& display) {
+            if (width != display.mWindowMode.width || height != display.mWindowMode.height)
+                display.onWindowSize(width, height);
+        });
     }
 
     static void close(GLFWwindow* window)

@@ -372,10 +372,10 @@ TEST_F(Events, EveryKeyOfTheLibraryHasItsOwnKey)
     }
 }
 
-/** Keys sent to the window by the screen's server, as a user would press them; A looks on. */
-class RealKeys : public Events {
+/** Input sent to the window by the screen's server, as a user would give it; A looks on. */
+class RealInput : public Events {
 protected:
-    RealKeys()
+    RealInput()
     {
         mB.attachToDisplay(nullptr);
         display::WindowMode mode = smallMode();
@@ -384,13 +384,15 @@ protected:
         told();
     }
 
-    /** Sends keys and runs frames until `expected` keys and characters were told. */
-    Protocol typed(const std::string& keys, std::ptrdiff_t expected)
+    /** Sends input and runs frames until `expected` keys, characters and turns of the wheel were
+     * told. */
+    Protocol sent(const std::string& input, std::ptrdiff_t expected)
     {
         const auto isInput = [](const std::string& line) {
-            return line.starts_with("A key") || line.starts_with("A char");
+            return line.starts_with("A key") || line.starts_with("A char") ||
+                   line.starts_with("A mousewheel");
         };
-        EXPECT_EQ(std::system(("xdotool search --sync --name '^" + mTitle + "$' " + keys).c_str()),
+        EXPECT_EQ(std::system(("xdotool search --sync --name '^" + mTitle + "$' " + input).c_str()),
                   0);
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{10};
         while (std::ranges::count_if(mProtocol, isInput) < expected &&
@@ -404,12 +406,20 @@ protected:
     const std::string mTitle = "keys " + std::to_string(getpid());
 };
 
-TEST_F(RealKeys, ACharacterIsReleasedWithTheKeyThatTypedIt)
+TEST_F(RealInput, ACharacterIsReleasedWithTheKeyThatTypedIt)
 {
-    EXPECT_EQ(typed("key --window %1 e", 4),
+    EXPECT_EQ(sent("key --window %1 e", 4),
               (Protocol{"A keydown", "A chardown", "A keyup", "A charup"}));
     EXPECT_EQ(mA.mKey.key, display::KEY_e);
     EXPECT_EQ(mA.mChar.key, 'e');
+}
+
+TEST_F(RealInput, OnlyTurningTheWheelIsAWheelEvent)
+{
+    const std::string sidewaysThenUp =
+        "click --window %1 6 click --window %1 7 click --window %1 4";
+    EXPECT_EQ(sent(sidewaysThenUp, 1), Protocol{"A mousewheel"});
+    EXPECT_EQ(mA.mMove.mouseWheel, 1.0f);
 }
 
 } // namespace zavex::test

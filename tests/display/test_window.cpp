@@ -132,7 +132,11 @@ TEST(DisplayLife, OpeningAnOpenWindowResizesIt)
     display.open(smallMode());
     display.open(smallMode(100, 80));
     EXPECT_EQ(display.getWindowMode().width, 100);
+    display.setActiveResolution(50, 40);
+    glfwGetWindowSize(glfwGetCurrentContext(), nullptr, nullptr); // waits for the screen's server
     EXPECT_TRUE(display.update()) << "the driver learns of the size at the end of a frame";
+    EXPECT_EQ(display.getWindowMode().activeWidth, 50) << "the size was told before";
+    display.setActiveResolution(-1, -1);
     const Picture picture = pictureOf(display, drawFlag);
     EXPECT_EQ(pixelAt(picture, 5, 5), 0xff0000u);
     EXPECT_EQ(pixelAt(picture, 95, 75), 0x00ff00u);
