@@ -19,14 +19,6 @@ namespace {
 
 constexpr const char* SUBMENU_MARKER = ">";
 
-/** The longest beginning of `text` that is at most `width` pixels wide. */
-std::string fittingText(Render& render, std::string text, float width)
-{
-    while (!text.empty() && render.getTextLength(text) > width)
-        text.pop_back();
-    return text;
-}
-
 } // namespace
 
 Context::Context()
@@ -260,7 +252,7 @@ void Context::drawRow(const Area& area, std::int32_t index)
     const style::Color& color = rowColor(option, index);
     render.setColor(color, color);
     render.setAlign(display::Font::ALIGN_LEFT);
-    render.drawText(fittingText(render, option.getCaption(), right - left), Vector2f(left, middle));
+    render.drawText(render.fittingText(option.getCaption(), right - left), Vector2f(left, middle));
     if (option.getChildCount() > 0) {
         render.setAlign(display::Font::ALIGN_RIGHT);
         render.drawText(SUBMENU_MARKER, Vector2f(right, middle));

@@ -167,6 +167,21 @@ float Render::getTextLength(const std::string& text)
     return mFont->getLength(text, 1.0f);
 }
 
+const std::string& Render::fittingText(const std::string& text, float width)
+{
+    if (getTextLength(text) <= width)
+        return text;
+    mFitting.clear();
+    float length = 0.0f;
+    for (const char character : text) {
+        length += getTextLength(std::string(1, character));
+        if (length > width)
+            break;
+        mFitting.push_back(character);
+    }
+    return mFitting;
+}
+
 void Render::setClipArea(Area area)
 {
     mClipArea = area;

@@ -94,6 +94,12 @@ public:
     /** Width of the text in pixels. */
     virtual float getTextLength(const std::string& text);
 
+    /**
+     * The longest beginning of `text` that is at most `width` pixels wide: `text` itself, or a
+     * string that holds until the next call.
+     */
+    const std::string& fittingText(const std::string& text, float width);
+
     /** Restricts drawing to `area`; one whose first x is exactly -1 takes the restriction away. */
     virtual void setClipArea(Area area);
 
@@ -110,6 +116,7 @@ private:
     std::unique_ptr<display::Font> mFont;               // without a sheet until `setup`
     display::DisplayObsolete mModel;                    // places text
     std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
+    std::string mFitting;                               // reused by every shortened text
 };
 
 } // namespace zavex::vellum

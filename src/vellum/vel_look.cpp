@@ -1,0 +1,106 @@
+#include "vellum/vel_look.h"
+
+#include "vellum/vel_control.h"
+
+#include "display/dis_font.h"
+
+namespace zavex::vellum {
+
+namespace {
+
+/** An opaque colour from 0xRRGGBB. */
+style::Color rgb(unsigned code)
+{
+    const auto component = [code](unsigned shift) {
+        return static_cast<float>(code >> shift & 0xffu) / 255.0f;
+    };
+    return {component(16), component(8), component(0), 1.0f};
+}
+
+void setFlat(style::Color& first, style::Color& second, unsigned code)
+{
+    first = second = rgb(code);
+}
+
+} // namespace
+
+ColorPair pick(const style::colorInfo& set, Look look)
+{
+    const ColorPair normal{set.mColor1, set.mColor2};
+    if (look == Look::HOVERED)
+        return set.mHighlight1.w != 0.0f ? ColorPair{set.mHighlight1, set.mHighlight2} : normal;
+    if (look == Look::PRESSED)
+        return set.mPushed1.w != 0.0f ? ColorPair{set.mPushed1, set.mPushed2} : normal;
+    if (look == Look::INACTIVE)
+        return set.mInactive1.w != 0.0f ? ColorPair{set.mInactive1, set.mInactive2} : normal;
+    return normal;
+}
+
+style widgetStyle()
+{
+    style colors;
+    style::colorInfo& body = colors.mBack;
+    setFlat(body.mBorder1, body.mBorder2, 0x2a2e38);
+    setFlat(body.mColor1, body.mColor2, 0x1b1e26);
+    setFlat(body.mHighlight1, body.mHighlight2, 0x242833);
+    setFlat(body.mPushed1, body.mPushed2, 0x2f3542);
+    setFlat(body.mInactive1, body.mInactive2, 0x16181e);
+
+    style::colorInfo& mark = colors.mCaption;
+    setFlat(mark.mBorder1, mark.mBorder2, 0x38d6ff);
+    setFlat(mark.mColor1, mark.mColor2, 0x38d6ff);
+    setFlat(mark.mHighlight1, mark.mHighlight2, 0x7be5ff);
+    setFlat(mark.mPushed1, mark.mPushed2, 0xff9a3c);
+    setFlat(mark.mInactive1, mark.mInactive2, 0x3a4150);
+
+    setFlat(colors.mText.mColor1, colors.mText.mColor2, 0xd7dbe6);
+    setFlat(colors.mText.mInactive1, colors.mText.mInactive2, 0x6b7280);
+    return colors;
+}
+
+bool hasKeyboardFocus(Control& control)
+{
+    Control* child = &control;
+    for (Control* parent = child->getParent(); parent; parent = child->getParent()) {
+        if (parent->getFocus() != child)
+            return false;
+        child = parent;
+    }
+    return child != &control;
+}
+
+bool isShown(Control& control)
+{
+    for (Control* each = &control; each; each = each->getParent())
+        if (!each->getVisible())
+            return false;
+    return true;
+}
+
+void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
+               bool focused)
+{
+    const style::colorInfo& border = focused ? colors.mCaption : colors.mBack;
+    render.setColor(border.mBorder1, border.mBorder2);
+    render.drawBox(area, Render::GRADIENT_VERTICAL);
+
+    Render::Area body = area;
+    body.expand(-1.0f);
+    if (body.getWidth() <= 0.0f || body.getHeight() <= 0.0f)
+        return;
+    const ColorPair pair = pick(colors.mBack, look);
+    render.setColor(pair.first, pair.second);
+    render.drawBox(body, Render::GRADIENT_VERTICAL);
+}
+
+void drawLabel(Render& render, const style& colors, const std::string& text,
+               mathbase::Vector2f position, float width, int align, Look look)
+{
+    const ColorPair pair = pick(colors.mText, look);
+    render.setColor(pair.first, pair.second);
+    render.setAlign(align);
+    render.drawText(render.fittingText(text, width), position);
+    render.setAlign(display::Font::ALIGN_CENTER);
+}
+
+} // namespace zavex::vellum

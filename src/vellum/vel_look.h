@@ -1,0 +1,58 @@
+#pragma once
+
+#include "vellum/vel_render.h"
+#include "vellum/vel_style.h"
+
+#include "mathbase/mb_vector2.h"
+
+#include <string>
+
+namespace zavex::vellum {
+
+class Control;
+
+/** How a control that reacts to the user shows its state. */
+enum class Look { NORMAL, HOVERED, PRESSED, INACTIVE };
+
+/** Two ends of a gradient. Refers to the colour set that it was picked from. */
+struct ColorPair {
+    const style::Color& first;
+    const style::Color& second;
+};
+
+/**
+ * The pair of a set that belongs to a look: `mColor`, `mHighlight`, `mPushed` or `mInactive`. Where
+ * the first colour of that pair is wholly transparent it is `mColor`.
+ */
+ColorPair pick(const style::colorInfo& set, Look look);
+
+/**
+ * The colours that value widgets start with: dark bodies (`mBack`), cyan marks whose border is the
+ * border of what has the keyboard focus (`mCaption`), light text (`mText`).
+ */
+style widgetStyle();
+
+/** Whether keyboard events come to the control: it is at the end of the focus path, or on it. */
+bool hasKeyboardFocus(Control& control);
+
+/** Whether the control and everything above it is visible. Hidden controls still get events. */
+bool isShown(Control& control);
+
+/**
+ * A body with a border one pixel wide: filled with the `mBack` pair of the look.
+ *
+ * @param focused  Whether the border is that of `mCaption` instead of that of `mBack`.
+ */
+void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
+               bool focused);
+
+/**
+ * A line of text in the `mText` pair of the look, vertically centred on `position`; shortened by
+ * its last characters until it is at most `width` pixels wide.
+ *
+ * @param align  `display::Font` alignment: 0 left, 1 right, 2 centre.
+ */
+void drawLabel(Render& render, const style& colors, const std::string& text,
+               mathbase::Vector2f position, float width, int align, Look look);
+
+} // namespace zavex::vellum
