@@ -5,5 +5,6 @@ if(RUN_CLANG_TIDY)
     add_custom_target(lint
         COMMAND ${RUN_CLANG_TIDY} -quiet -p ${PROJECT_BINARY_DIR} "^${PROJECT_SOURCE_DIR}/(src|bench)/"
         WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
-        USES_TERMINAL)
+        USES_TERMINAL
+        VERBATIM)
 endif()
