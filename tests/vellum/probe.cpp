@@ -1,7 +1,13 @@
 #include "vellum/probe.h"
 
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_parser.h"
+
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace zavex::vellum::test {
 
@@ -117,6 +123,23 @@ int send(Control& control, const std::string& type, Vector2f position)
 {
     Event event = eventAt(type, position);
     return control.handleEvent(event);
+}
+
+int pressKey(Control& control, display::Key key, int modifiers)
+{
+    Event event = eventAt("keydown", Vector2f(0.0f, 0.0f));
+    event.key = key;
+    event.control = modifiers;
+    return control.handleEvent(event);
+}
+
+void loadFrom(Control& control, const std::string& document)
+{
+    xml::XmlParser parser;
+    parser.parse(document);
+    xml::IteratorConst element = std::as_const(parser).createIterator("");
+    ASSERT_TRUE(++element);
+    control.load(element);
 }
 
 std::string stacking(Control& parent)

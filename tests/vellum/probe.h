@@ -120,6 +120,12 @@ Event eventAt(const std::string& type, Vector2f position);
 /** Sends a fresh event of `type` at `position`, in the coordinates of the control's parent. */
 int send(Control& control, const std::string& type, Vector2f position);
 
+/** Sends a fresh press of a key with the modifiers, `display::KeyMod` bits, held. */
+int pressKey(Control& control, display::Key key, int modifiers = display::KEYMOD_NONE);
+
+/** Loads `control` from the first element below the document's root. */
+void loadFrom(Control& control, const std::string& document);
+
 /** Identifiers of the children, bottom first, and in order of insertion. */
 std::string stacking(Control& parent);
 std::string insertion(Control& parent);

@@ -28,16 +28,6 @@ public:
     xml::XmlParser styles;
 };
 
-/** Loads `control` from the first element below the document's root. */
-void loadFrom(Control& control, const std::string& document)
-{
-    xml::XmlParser parser;
-    parser.parse(document);
-    xml::IteratorConst element = std::as_const(parser).createIterator("");
-    ASSERT_TRUE(++element);
-    control.load(element);
-}
-
 struct ControlLoad : testing::Test {
     static void SetUpTestSuite()
     {
