@@ -1,6 +1,6 @@
 #include "vellum/vel_frame.h"
 
-#include "vellum/vel_render.h"
+#include "vellum/vel_look.h"
 
 #include "xml/xml_iteratorconst.h"
 
@@ -10,6 +10,7 @@ Frame::Frame()
 {
     mType = "frame";
     mId = "frame";
+    mStyle = widgetStyle();
 }
 
 Control* Frame::clone()
@@ -19,11 +20,7 @@ Control* Frame::clone()
 
 void Frame::draw(Area area, Area parent, Area clip)
 {
-    Render& render = getRender();
-    render.setColor(mStyle.mBack.mColor1, mStyle.mBack.mColor2);
-    render.drawBox(area, Render::GRADIENT_VERTICAL);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    drawField(getRender(), mStyle, area, Look::NORMAL, false);
     Control::draw(area, parent, clip);
 }
 

@@ -77,20 +77,23 @@ bool isShown(Control& control)
     return true;
 }
 
+void fillBox(Render& render, const ColorPair& colors, const Render::Area& area, int gradient)
+{
+    render.setColor(colors.first, colors.second);
+    render.drawBox(area, gradient);
+}
+
 void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
                bool focused)
 {
     const style::colorInfo& border = focused ? colors.mCaption : colors.mBack;
-    render.setColor(border.mBorder1, border.mBorder2);
-    render.drawBox(area, Render::GRADIENT_VERTICAL);
+    fillBox(render, {border.mBorder1, border.mBorder2}, area);
 
     Render::Area body = area;
     body.expand(-1.0f);
     if (body.getWidth() <= 0.0f || body.getHeight() <= 0.0f)
         return;
-    const ColorPair pair = pick(colors.mBack, look);
-    render.setColor(pair.first, pair.second);
-    render.drawBox(body, Render::GRADIENT_VERTICAL);
+    fillBox(render, pick(colors.mBack, look), body);
 }
 
 void drawLabel(Render& render, const style& colors, const std::string& text,

@@ -38,6 +38,10 @@ bool hasKeyboardFocus(Control& control);
 /** Whether the control and everything above it is visible. Hidden controls still get events. */
 bool isShown(Control& control);
 
+/** A box in a pair of colours. @param gradient  A `Render::Gradient`. */
+void fillBox(Render& render, const ColorPair& colors, const Render::Area& area,
+             int gradient = Render::GRADIENT_VERTICAL);
+
 /**
  * A body with a border one pixel wide: filled with the `mBack` pair of the look.
  *

@@ -1,4 +1,5 @@
 #include "vellum/probe.h"
+#include "vellum/styled_root.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_control_factory.h"
@@ -16,17 +17,6 @@
 namespace zavex::vellum::test {
 
 namespace {
-
-/** A root that answers with the styles of a document, as the workspace does. */
-class StyledRoot final : public Root {
-public:
-    xml::IteratorConst getStyle(const std::string& name) override
-    {
-        return std::as_const(styles).createIterator(name);
-    }
-
-    xml::XmlParser styles;
-};
 
 struct ControlLoad : testing::Test {
     static void SetUpTestSuite()

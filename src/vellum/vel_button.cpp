@@ -1,0 +1,137 @@
+#include "vellum/vel_button.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_render.h"
+
+#include "display/dis_font.h"
+#include "xml/xml_iteratorconst.h"
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr Vector2f PUSHED_OFFSET{2.0f, 2.0f}; // pixels by which a button that is down moves
+constexpr float PUSHED_SHADE = 0.9f;          // brightness of the top of the pushed gradient
+
+} // namespace
+
+Button::Button()
+{
+    mType = "button";
+    mId = "button";
+    mCaption = "button";
+    style::colorInfo& back = mStyle.mBack;
+    back.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
+    back.mColor2 = style::Color(0.7f, 0.7f, 0.7f, 1.0f);
+    back.mHighlight1 = style::Color(1.0f, 0.96f, 0.96f, 1.0f);
+    back.mHighlight2 = style::Color(0.8f, 0.8f, 0.8f, 1.0f);
+    back.mPushed2 = style::Color(0.97f, 0.97f, 0.97f, 1.0f);
+    back.mPushed1 = style::Color(PUSHED_SHADE * back.mPushed2.x, PUSHED_SHADE * back.mPushed2.y,
+                                 PUSHED_SHADE * back.mPushed2.z, 1.0f);
+    mStyle.mText.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
+}
+
+Control* Button::clone()
+{
+    return new Button;
+}
+
+void Button::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    setCaption(element->getValue("caption"));
+    if (element->getValue("toggled") == "true")
+        setToggleMode(true);
+}
+
+bool Button::acceptEvents(Event& event)
+{
+    return Control::acceptEvents(event) || mClicked;
+}
+
+int Button::handleEvent(Event& event)
+{
+    const bool over = contains(getArea(), event.mousePos) && isShown(*this);
+    const ControlWatch self(*this);
+    const int handled = Control::handleEvent(event);
+    if (self.isGone() || event.button != display::MOUSE_LEFT)
+        return handled;
+
+    if (event.type == "mousedown" && over && !mInactive)
+        press();
+    else if (event.type == "mouseup")
+        release(over);
+    return handled;
+}
+
+void Button::draw(Area area, Area parent, Area clip)
+{
+    fillBox(getRender(), {mStyle.mBack.mBorder1, mStyle.mBack.mBorder2}, clip);
+    Area inner = clip;
+    inner.expand(-1.0f);
+    if (inner.getWidth() > 0.0f && inner.getHeight() > 0.0f) {
+        drawFace(inner);
+        drawCaption(area.getCenter());
+    }
+    Control::draw(area, parent, clip);
+}
+
+void Button::setToggleMode(bool toggle)
+{
+    mToggle = toggle;
+}
+
+bool Button::getToggled()
+{
+    return mToggleState;
+}
+
+void Button::press()
+{
+    mClicked = true;
+    if (!mToggle)
+        sendAction(ACTION_BUTTON_PRESSED);
+}
+
+void Button::release(bool over)
+{
+    const bool clicked = mClicked;
+    mClicked = false;
+    if (!clicked || !over)
+        return;
+    if (mToggle)
+        mToggleState = !mToggleState;
+    sendAction(mToggle && mToggleState ? ACTION_BUTTON_PRESSED : ACTION_BUTTON_RELEASED);
+}
+
+bool Button::looksPushed() const
+{
+    return mToggleState || (mClicked && mMouseOver);
+}
+
+void Button::drawFace(const Area& face)
+{
+    const style::colorInfo& back = mStyle.mBack;
+    if (looksPushed())
+        fillBox(getRender(), {back.mPushed1, back.mPushed2},
+                {face.mMin + PUSHED_OFFSET, face.mMax});
+    else if (mMouseOver && !mInactive)
+        fillBox(getRender(), {back.mHighlight1, back.mHighlight2}, face);
+    else
+        fillBox(getRender(), {back.mColor1, back.mColor2}, face);
+}
+
+void Button::drawCaption(Vector2f center)
+{
+    const style::Color& color = mInactive ? mStyle.mText.mInactive1 : mStyle.mText.mColor1;
+    Render& render = getRender();
+    render.setColor(color, color);
+    render.setAlign(display::Font::ALIGN_CENTER);
+    render.drawText(mCaption, looksPushed() ? center + PUSHED_OFFSET : center);
+}
+
+} // namespace zavex::vellum
