@@ -85,7 +85,8 @@ public:
     /**
      * Fills the control from the element that `element` stands on: identifier, visibility, child
      * controls (made by `controlFactory`, each given its style and then its own element), rectangle
-     * and colours. Without an "area" sub-element the control becomes maximized.
+     * and colours. Without an "area" sub-element the control becomes maximized. Throws Exception
+     * when this control lies inside more than 256 others.
      */
     virtual void load(xml::IteratorConst& element);
 

@@ -14,6 +14,9 @@ namespace {
 
 using ColorSet = style::colorInfo;
 
+/** How many controls may lie inside one another: a style that contains its own type has no end. */
+constexpr int DEEPEST_NESTING = 256;
+
 /** Which member of a pair the rest of a colour's name selects, in both members. */
 struct ColorPair {
     std::string_view name;
@@ -59,6 +62,16 @@ void setNamedColors(style& colors, std::string_view name, const style::Color& fi
             setColorPair(colors.*prefix.set, name.substr(prefix.name.size()), first, second);
 }
 
+void checkNesting(Control& control)
+{
+    int depth = 0;
+    for (Control* outer = control.getParent(); outer; outer = outer->getParent())
+        ++depth;
+    if (depth > DEEPEST_NESTING)
+        throw Exception("Control::load: a '%s' lies inside more than %d controls",
+                        control.getType().c_str(), DEEPEST_NESTING);
+}
+
 } // namespace
 
 mathbase::Vector4f Control::hex2vec(const std::string& text)
@@ -68,6 +81,7 @@ mathbase::Vector4f Control::hex2vec(const std::string& text)
 
 void Control::load(xml::IteratorConst& element)
 {
+    checkNesting(*this);
     mId = element->getValue("id");
     mVisible = element->getValue("hidden") != "true" && element->getValue("visible") != "false";
     loadChildren(element);
@@ -96,7 +110,8 @@ void Control::loadChildren(xml::IteratorConst& element)
 {
     for (xml::IteratorConst group = element.createIterator("child"); ++group;)
         for (xml::IteratorConst child = group.createIterator(""); ++child;)
-            loadChild(child);
+            if (child->getType() == xml::XmlTag::NORMAL)
+                loadChild(child);
 }
 
 void Control::loadChild(xml::IteratorConst& element)

@@ -36,7 +36,7 @@ struct ControlLoad : testing::Test {
 TEST_F(ControlLoad, MakesChildrenInDocumentOrder)
 {
     loadFrom(root, R"(<vellum><workspace id="screen"><child>
-        <probe id="first"/><unheard id="x"/><container id="second"><child><probe id="inner"/></child></container>
+        <!-- none --><probe id="first"/>text<unheard id="x"/><container id="second"><child><probe id="inner"/></child></container>
         </child></workspace></vellum>)");
 
     EXPECT_EQ(root.getId(), "screen");
@@ -45,6 +45,7 @@ TEST_F(ControlLoad, MakesChildrenInDocumentOrder)
     EXPECT_EQ(root.findControl("inner")->getParent(), root.findControl("second"));
     EXPECT_EQ(zavex::test::countLogged("log", "Creating control: probe."), 2);
     EXPECT_EQ(zavex::test::countLogged("log", " -> Control type 'unheard' not found"), 1);
+    EXPECT_EQ(zavex::test::countLogged("log", "not found"), 1) << "only elements are looked up";
 }
 
 struct VisibilityCase {
@@ -176,6 +177,39 @@ TEST_F(ControlLoad, NeedsNoStyleDocument)
     loadFrom(parentless,
              "<vellum><probe id='p'><child><probe id='inner'/></child></probe></vellum>");
     EXPECT_NE(parentless.findControl("inner"), nullptr);
+}
+
+/** The message of the exception that ends loading where `opening` stands 10,000 times in itself. */
+std::string failureOfNesting(Control& control, const std::string& opening,
+                             const std::string& closing)
+{
+    std::string document;
+    for (int i = 0; i < 10000; ++i)
+        document += opening;
+    document += "<end/>";
+    for (int i = 0; i < 10000; ++i)
+        document += closing;
+    return zavex::test::thrownMessage(
+        [&] { loadFrom(control, "<vellum>" + document + "</vellum>"); });
+}
+
+TEST_F(ControlLoad, RefusesToNestWithoutEnd)
+{
+    Probe outermost;
+    EXPECT_EQ(failureOfNesting(outermost, "<probe><child>", "</child></probe>"),
+              "Control::load: a 'probe' lies inside more than 256 controls");
+    Context menu;
+    EXPECT_EQ(failureOfNesting(menu, "<item>", "</item>"),
+              "Control::load: a 'context' lies inside more than 256 controls");
+
+    root.styles.parse("<vellum><probe><child><probe/></child></probe></vellum>");
+    EXPECT_EQ(zavex::test::thrownMessage([&] {
+                  loadFrom(
+                      root,
+                      "<vellum><workspace id='w'><child><probe/></child></workspace></vellum>");
+              }),
+              "Control::load: a 'probe' lies inside more than 256 controls")
+        << "a style that contains its own type";
 }
 
 TEST_F(ControlLoad, AFlowReadsItsChildrensExtents)
