@@ -7,6 +7,7 @@
 #include "display/dis_immediate.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -127,6 +128,24 @@ void Font::load(const std::string& file, bool /*flag*/, const mathbase::Vector2f
     mLetterHeight = 1.0f / GLYPHS_PER_ROW;
     measureGlyphs(sheet);
     mTexture = mDisplay->createTexture(sheet, Texture::TextureDeclaration{});
+    mSolid = findSolid(sheet);
+}
+
+/** The middle of a texel is hit exactly where the sheet's sides are powers of two, only there. */
+std::optional<Font::Solid> Font::findSolid(const am::Image& sheet) const
+{
+    if (!std::has_single_bit(mWidth) || !std::has_single_bit(mHeight))
+        return {};
+    const unsigned char* const pixels = sheet->getData();
+    const std::size_t count = static_cast<std::size_t>(mWidth) * mHeight;
+    for (std::size_t i = 0; i < count; ++i)
+        if (pixels[BYTES_PER_PIXEL * i + 3] == 255)
+            return Solid{
+                mTexture,
+                {(static_cast<float>(i % mWidth) + 0.5f) / static_cast<float>(mWidth),
+                  (static_cast<float>(i / mWidth) + 0.5f) / static_cast<float>(mHeight)}
+            };
+    return {};
 }
 
 void Font::measureGlyphs(const am::Image& sheet)
@@ -214,9 +233,27 @@ float Font::getHeight() const
     return static_cast<float>(mCharHeight) * mUnitSizeY;
 }
 
+/** Every cell but the last one ends before the last one does. */
+mathbase::Box2 Font::getBounds(const std::string& text, const mathbase::Vector2f& scale) const
+{
+    const float height = static_cast<float>(mCharHeight) * mUnitSizeY * scale.y;
+    const float start = startOf(text, scale.x);
+    float end = start;
+    if (!text.empty()) {
+        const float lastAdvance = mKerning[static_cast<unsigned char>(text.back())];
+        const float cell = static_cast<float>(mCharWidth) * mUnitSizeX;
+        end += getLength(text, scale.x) + (cell - lastAdvance) * scale.x;
+    }
+    const mathbase::Vector2f corner(std::round(start), std::round(-height / 2.0f));
+    mathbase::Box2 bounds(corner, corner);
+    bounds.setUnion(mathbase::Vector2f(std::round(end), std::round(height / 2.0f)));
+    return bounds;
+}
+
 /** Gives the sheet back; a display that is gone has taken it along. */
 void Font::release()
 {
+    mSolid.reset();
     Texture* const texture = std::exchange(mTexture, nullptr);
     if (texture != nullptr && Immediate::isLive())
         mDisplay->destroy(texture);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "mathbase/mb_box.h"
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector4.h"
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace zavex::am {
@@ -30,6 +32,12 @@ public:
         ALIGN_LEFT = 0,
         ALIGN_RIGHT = 1,  // ends at the origin
         ALIGN_CENTER = 2, // its middle at the origin
+    };
+
+    /** A point of a texture where it is white and opaque. */
+    struct Solid {
+        Texture* texture; // not owned; until the next `load`
+        mathbase::Vector2f texcoord;
     };
 
     /** @param display  Where it draws and whose archives it loads from; must not be null. */
@@ -64,9 +72,19 @@ public:
     /** The height of a line of text at scale 1, in drawing units. */
     float getHeight() const;
 
+    /** The rectangle around the origin that `draw` draws within, in drawing units. */
+    mathbase::Box2 getBounds(const std::string& text, const mathbase::Vector2f& scale) const;
+
+    /**
+     * A point of the sheet: a shape whose corners are all drawn with it looks as it does without
+     * texture, and shares the array of the texts around it. Empty where the sheet has none.
+     */
+    const std::optional<Solid>& getSolid() const { return mSolid; }
+
 private:
     void release();
     void measureGlyphs(const am::Image& sheet);
+    std::optional<Solid> findSolid(const am::Image& sheet) const;
     float startOf(const std::string& text, float scale) const;
 
     unsigned mWidth = 0;  // pixels of the sheet
@@ -81,6 +99,7 @@ private:
     float mLetterHeight = 0.0f; // of the sheet's height
     DisplayGL* mDisplay;
     Texture* mTexture = nullptr; // held once
+    std::optional<Solid> mSolid;
 };
 
 } // namespace zavex::display

@@ -2,7 +2,6 @@
 
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
-#include "display/dis_font.h"
 #include "mathbase/mb_matrix4x4col.h"
 
 #include <algorithm>
@@ -23,10 +22,16 @@ constexpr float SPACE_WIDTH = 3.0f; // pixels
 constexpr float NO_CLIPPING = -1.0f;
 constexpr int SEGMENTS_BY_SIZE = -1;
 constexpr int FEWEST_SEGMENTS = 3;
+constexpr int MOST_SEGMENTS = 65536; // more than the rim of a circle that fills a window has pixels
+constexpr int FARTHEST_PIXEL = 65536;   // more than a window is wide or high
+const Vector2f TEXT_SCALE(1.0f, -1.0f); // upright where y grows downwards
 
-DisplayObsolete::Vertex corner(float x, float y, const Vector4f& color)
+/** The integer that is next to `value` towards 0, in lowest..highest; `lowest` for no number. */
+int truncated(float value, int lowest, int highest)
 {
-    return {Vector3f(x, y, 0.0f), Vector2f(0.0f, 0.0f), color};
+    if (!(value > static_cast<float>(lowest)))
+        return lowest;
+    return static_cast<int>(std::min(value, static_cast<float>(highest)));
 }
 
 void blendByAlpha()
@@ -38,12 +43,80 @@ void blendByAlpha()
 int segmentCount(const Render::Area& box, int segments)
 {
     if (segments == SEGMENTS_BY_SIZE)
-        segments =
-            static_cast<int>((box.getWidth() + box.getHeight()) * std::numbers::pi_v<float> * 0.5f);
-    return std::max(segments, FEWEST_SEGMENTS);
+        segments = truncated((box.getWidth() + box.getHeight()) * std::numbers::pi_v<float> * 0.5f,
+                             FEWEST_SEGMENTS, MOST_SEGMENTS);
+    return std::clamp(segments, FEWEST_SEGMENTS, MOST_SEGMENTS);
+}
+
+bool isWhole(const Vector2f& point)
+{
+    return point.x == std::floor(point.x) && point.y == std::floor(point.y);
+}
+
+/** The smallest box around `from` and `to`, whichever of their coordinates is the larger. */
+Render::Area boxAround(const Vector2f& from, const Vector2f& to)
+{
+    Render::Area box(from, from);
+    box.setUnion(to);
+    return box;
 }
 
 } // namespace
+
+/**
+ * Sets the states by which one shape can share the array of its neighbours, for as long as the
+ * shape is drawn.
+ *
+ * What is drawn without texture goes through the solid point of the font's sheet, so that texts and
+ * shapes have the same texture. What lies inside the clip area as a whole is not clipped, so that
+ * controls with different clip areas have the same scissor.
+ */
+class Render::SharedArray {
+public:
+    /** @param bounds  What is drawn lies inside; in pixels. */
+    SharedArray(const Render& render, const Area& bounds)
+        : mImmediate(display::Immediate::live()), mTexture(mImmediate.state().texture),
+          mScissor(mImmediate.state().scissor), mTexturing(mImmediate.state().texturing),
+          mScissorTest(mImmediate.state().scissorTest)
+    {
+        display::Immediate::State& state = mImmediate.change();
+        if (render.mSolid) {
+            state.texture = render.mSolid->texture;
+            state.texturing = true;
+        }
+        if (!mScissorTest || scissorArea(render.mWindowSize.y).isInside(bounds)) {
+            state.scissor = {};
+            state.scissorTest = false;
+        }
+    }
+
+    ~SharedArray()
+    {
+        display::Immediate::State& state = mImmediate.change();
+        state.texture = mTexture;
+        state.texturing = mTexturing;
+        state.scissor = mScissor;
+        state.scissorTest = mScissorTest;
+    }
+
+    SharedArray(const SharedArray&) = delete;
+    SharedArray& operator=(const SharedArray&) = delete;
+
+private:
+    Area scissorArea(float windowHeight) const
+    {
+        const auto left = static_cast<float>(mScissor.x);
+        const float bottom = windowHeight - static_cast<float>(mScissor.y);
+        return {left, bottom - static_cast<float>(mScissor.height),
+                left + static_cast<float>(mScissor.width), bottom};
+    }
+
+    display::Immediate& mImmediate;
+    display::Texture* mTexture;
+    display::Immediate::Rectangle mScissor;
+    bool mTexturing;
+    bool mScissorTest;
+};
 
 Render::Render() = default;
 Render::~Render() = default;
@@ -54,6 +127,7 @@ void Render::setDisplay(display::DisplayGL* display)
         return;
     mDisplay = display;
     mFont = display ? std::make_unique<display::Font>(display) : nullptr;
+    mSolid.reset();
 }
 
 void Render::setup(display::DisplayGL* display, const std::string& fontFile)
@@ -65,6 +139,7 @@ void Render::setup(display::DisplayGL* display, const std::string& fontFile)
                 Vector2f(static_cast<float>(window.width), static_cast<float>(window.height)));
     mFont->setSizeOfSpace(SPACE_WIDTH);
     mFont->setAlignment(display::Font::ALIGN_CENTER);
+    mSolid = mFont->getSolid();
 }
 
 void Render::setupDraw(Vector2f windowSize, Vector2f pan, float)
@@ -99,16 +174,17 @@ void Render::setLineWidth(float width)
 
 void Render::setAlign(int align)
 {
-    mFont->setAlignment(align);
+    font().setAlignment(align);
 }
 
 float Render::getFontHeight()
 {
-    return mFont->getHeight();
+    return font().getHeight();
 }
 
 void Render::drawBox(const Area& box, int mode)
 {
+    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
     const bool sideways = mode == GRADIENT_HORISONTAL;
     const Vector4f& topRight = sideways ? mColor2 : mColor;
     const Vector4f& bottomLeft = sideways ? mColor : mColor2;
@@ -117,20 +193,38 @@ void Render::drawBox(const Area& box, int mode)
          corner(box.mMax.x, box.mMax.y, mColor2), corner(box.mMin.x, box.mMax.y, bottomLeft)});
 }
 
+/** Boxes on whole pixels are drawn as four bars, which cover what the lines do. */
 void Render::drawBorder(const Area& box)
 {
-    Area centres = box; // of the outermost pixels
-    centres.expand(-0.5f);
-    const DisplayObsolete::Vertex corners[] = {corner(centres.mMin.x, centres.mMin.y, mColor),
-                                               corner(centres.mMax.x, centres.mMin.y, mColor),
-                                               corner(centres.mMax.x, centres.mMax.y, mColor2),
-                                               corner(centres.mMin.x, centres.mMax.y, mColor2)};
     DisplayObsolete::setLineWidth(1.0f);
-    DisplayObsolete::drawLineLoop(corners, std::size(corners));
+    const bool hasInside = box.getWidth() >= 2.0f && box.getHeight() >= 2.0f;
+    if (!hasInside || !isWhole(box.mMin) || !isWhole(box.mMax)) {
+        drawBorderAsLines(box);
+        return;
+    }
+
+    // The gradient runs between the middles of the top and the bottom pixels.
+    const Area inside(box.mMin.x + 1.0f, box.mMin.y + 1.0f, box.mMax.x - 1.0f, box.mMax.y - 1.0f);
+    const Vector4f half = (mColor2 - mColor) * (0.5f / (box.getHeight() - 1.0f));
+    const Vector4f high = mColor + half;
+    const Vector4f low = mColor2 - half;
+    const auto bar = [this](float left, float top, float right, float bottom, const Vector4f& from,
+                            const Vector4f& to) {
+        DisplayObsolete::drawQuad({corner(left, top, from), corner(right, top, from),
+                                   corner(right, bottom, to), corner(left, bottom, to)});
+    };
+    const SharedArray shared(*this, box);
+    bar(box.mMin.x, box.mMin.y, box.mMax.x, inside.mMin.y, mColor, mColor);
+    bar(inside.mMax.x, inside.mMin.y, box.mMax.x, inside.mMax.y, high, low);
+    bar(box.mMin.x, inside.mMax.y, box.mMax.x, box.mMax.y, mColor2, mColor2);
+    bar(box.mMin.x, inside.mMin.y, inside.mMin.x, inside.mMax.y, high, low);
 }
 
 void Render::drawLine(const Vector2f& from, const Vector2f& to)
 {
+    Area bounds = boxAround(from, to);
+    bounds.expand(display::Immediate::live().state().lineWidth);
+    const SharedArray shared(*this, bounds);
     const DisplayObsolete::Vertex ends[] = {corner(from.x, from.y, mColor),
                                             corner(to.x, to.y, mColor2)};
     DisplayObsolete::drawLines(ends, std::size(ends));
@@ -138,6 +232,7 @@ void Render::drawLine(const Vector2f& from, const Vector2f& to)
 
 void Render::drawCircle(const Area& box, int segments, float start)
 {
+    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
     const int count = segmentCount(box, segments);
     const Vector2f centre = box.getCenter();
     const Vector2f radius = box.getHalfSize();
@@ -155,16 +250,18 @@ void Render::drawCircle(const Area& box, int segments, float start)
 void Render::drawText(const std::string& text, Vector2f position)
 {
     blendByAlpha();
-    mathbase::Matrix4x4Col toPosition;
-    toPosition.setTranslation(Vector3f(std::floor(position.x), std::floor(position.y), 0.0f));
-    mModel.setTransform(toPosition);
-    mFont->draw(text, Vector2f(1.0f, -1.0f), mColor);
+    const Vector2f origin(std::floor(position.x), std::floor(position.y));
+    const SharedArray shared(*this, font().getBounds(text, TEXT_SCALE) + origin);
+    mathbase::Matrix4x4Col toOrigin;
+    toOrigin.setTranslation(Vector3f(origin.x, origin.y, 0.0f));
+    mModel.setTransform(toOrigin);
+    font().draw(text, TEXT_SCALE, mColor);
     mModel.setTransform();
 }
 
 float Render::getTextLength(const std::string& text)
 {
-    return mFont->getLength(text, 1.0f);
+    return font().getLength(text, 1.0f);
 }
 
 const std::string& Render::fittingText(const std::string& text, float width)
@@ -187,16 +284,45 @@ void Render::setClipArea(Area area)
     mClipArea = area;
     const bool clipping = area.mMin.x != NO_CLIPPING;
     DisplayObsolete::setScissorTest(clipping);
-    if (clipping)
-        DisplayObsolete::setScissor(static_cast<int>(area.mMin.x - mPan.x),
-                                    static_cast<int>(mWindowSize.y - area.mMax.y + mPan.y),
-                                    static_cast<int>(area.getWidth()),
-                                    static_cast<int>(area.getHeight()));
+    if (!clipping)
+        return;
+    const auto place = [](float value) {
+        return truncated(value, -FARTHEST_PIXEL, FARTHEST_PIXEL);
+    };
+    const auto size = [](float value) { return truncated(value, 0, FARTHEST_PIXEL); };
+    DisplayObsolete::setScissor(place(area.mMin.x - mPan.x),
+                                place(mWindowSize.y - area.mMax.y + mPan.y), size(area.getWidth()),
+                                size(area.getHeight()));
 }
 
 float Render::getTime()
 {
     return mDisplay->getTime();
+}
+
+/** A corner that is drawn through the solid point of the font's sheet. */
+DisplayObsolete::Vertex Render::corner(float x, float y, const Vector4f& color) const
+{
+    return {Vector3f(x, y, 0.0f), mSolid ? mSolid->texcoord : Vector2f(0.0f, 0.0f), color};
+}
+
+/** Measuring and drawing text needs a display. */
+display::Font& Render::font()
+{
+    ZVX_REQUIRE(mFont, "mFont");
+    return *mFont;
+}
+
+void Render::drawBorderAsLines(const Area& box)
+{
+    Area centres = box; // of the outermost pixels
+    centres.expand(-0.5f);
+    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
+    const DisplayObsolete::Vertex corners[] = {corner(centres.mMin.x, centres.mMin.y, mColor),
+                                               corner(centres.mMax.x, centres.mMin.y, mColor),
+                                               corner(centres.mMax.x, centres.mMax.y, mColor2),
+                                               corner(centres.mMin.x, centres.mMax.y, mColor2)};
+    DisplayObsolete::drawLineLoop(corners, std::size(corners));
 }
 
 } // namespace zavex::vellum

@@ -1,24 +1,29 @@
 #pragma once
 
 #include "display/dis_display_obsolete.h"
+#include "display/dis_font.h"
 #include "mathbase/mb_box.h"
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector4.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace zavex::display {
 class DisplayGL;
-class Font;
-} // namespace zavex::display
+}
 
 namespace zavex::vellum {
 
 /**
  * Draws for the whole control tree: boxes, lines, circles and text in pixels from the window's
  * top-left corner, y growing downwards, each primitive in one colour or a gradient of two.
+ *
+ * Everything filled, borders and texts reach the driver in one array for as long as all of it lies
+ * inside the clip areas of its time: shapes are drawn through the font's sheet, where that has a
+ * solid point, and only what is really cut is clipped. Other states of the display hold.
  *
  * The workspace owns one. Everything is virtual so that a double can record what controls draw
  * where there is no window.
@@ -107,6 +112,13 @@ public:
     virtual float getTime();
 
 private:
+    class SharedArray;
+
+    display::DisplayObsolete::Vertex corner(float x, float y,
+                                            const mathbase::Vector4f& color) const;
+    void drawBorderAsLines(const Area& box);
+    display::Font& font();
+
     display::DisplayGL* mDisplay = nullptr; // not owned
     mathbase::Vector2f mWindowSize{0, 0};   // pixels
     mathbase::Vector2f mPan{0, 0};          // pixels
@@ -114,6 +126,7 @@ private:
     mathbase::Vector4f mColor2{0, 0, 0, 0};
     Area mClipArea{0, 0, 0, -1};
     std::unique_ptr<display::Font> mFont;               // without a sheet until `setup`
+    std::optional<display::Font::Solid> mSolid;         // what shapes are drawn through
     display::DisplayObsolete mModel;                    // places text
     std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
     std::string mFitting;                               // reused by every shortened text
