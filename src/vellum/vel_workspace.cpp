@@ -36,6 +36,8 @@ Control* Workspace::clone()
 void Workspace::load(xml::IteratorConst& element)
 {
     Control::load(element);
+    if (mParent)
+        return;
     const std::string& font = element->getValue("font");
     mRender.setup(mDisplay, font.empty() ? STANDARD_FONT : font);
 }
@@ -58,12 +60,12 @@ void Workspace::setDisplay(display::DisplayGL* display)
 
 display::DisplayGL* Workspace::getDisplay()
 {
-    return mDisplay;
+    return mParent ? Control::getDisplay() : mDisplay;
 }
 
 Render& Workspace::getRender()
 {
-    return mRender;
+    return mParent ? Control::getRender() : mRender;
 }
 
 int Workspace::handleEvent(Event& event)
@@ -77,6 +79,10 @@ int Workspace::handleEvent(Event& event)
 
 void Workspace::setContext(Context* context)
 {
+    if (mParent) {
+        Control::setContext(context);
+        return;
+    }
     if (!context->getParent())
         context->setParent(this);
     mContext = context;
@@ -87,6 +93,7 @@ void Workspace::setContext(Context* context)
 void Workspace::resetContext()
 {
     mContext = nullptr;
+    Control::resetContext();
 }
 
 void Workspace::draw()

@@ -13,8 +13,9 @@ namespace zavex::vellum {
  * The root of a control tree: what to draw with and where, the style document, the clipboard of the
  * text controls, and at most one open pop-up menu above everything else.
  *
- * A hidden workspace neither draws nor handles events. Owns its children and nothing else: display,
- * style document and menu belong to others.
+ * A hidden workspace neither draws nor handles events. One that is a child of another control
+ * leaves display, drawing and menus to the root. Owns its children and nothing else: display, style
+ * document and menu belong to others.
  */
 class Workspace : public Control {
 public:
