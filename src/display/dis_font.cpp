@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace zavex::display {
@@ -20,6 +21,7 @@ using mathbase::Vector3f;
 constexpr int GLYPHS_PER_ROW = 16;
 constexpr int BYTES_PER_PIXEL = 4; // blue, green, red, alpha
 constexpr int SPACE = ' ';
+constexpr int OPAQUE = 255; // coverage of a whole pixel
 
 /** A column belongs to a glyph when it holds a pixel with more coverage than this. */
 constexpr int COVERED = 200;
@@ -68,10 +70,7 @@ Vector3f takeTranslation(mathbase::Matrix4x4Col& matrix)
     return move;
 }
 
-struct Edges {
-    float left, bottom, right, top;
-};
-
+template <typename Edges>
 void appendQuad(Immediate& immediate, const Vector3f& origin, const Edges& place,
                 const Edges& texcoords, const mathbase::Vector4f& color)
 {
@@ -101,6 +100,10 @@ private:
 
 } // namespace
 
+struct Font::Edges {
+    float left, bottom, right, top;
+};
+
 Font::Font(DisplayGL* display) : mDisplay(display)
 {
     ZVX_REQUIRE(display != nullptr, "display");
@@ -126,26 +129,44 @@ void Font::load(const std::string& file, bool /*flag*/, const mathbase::Vector2f
     mCharHeight = sheet->getHeight() / GLYPHS_PER_ROW;
     mLetterWidth = 1.0f / GLYPHS_PER_ROW;
     mLetterHeight = 1.0f / GLYPHS_PER_ROW;
+    mExact = std::has_single_bit(mWidth) && std::has_single_bit(mHeight);
     measureGlyphs(sheet);
+    findInk(sheet);
     mTexture = mDisplay->createTexture(sheet, Texture::TextureDeclaration{});
     mSolid = findSolid(sheet);
 }
 
-/** The middle of a texel is hit exactly where the sheet's sides are powers of two, only there. */
 std::optional<Font::Solid> Font::findSolid(const am::Image& sheet) const
 {
-    if (!std::has_single_bit(mWidth) || !std::has_single_bit(mHeight))
+    if (!mExact)
         return {};
-    const unsigned char* const pixels = sheet->getData();
-    const std::size_t count = static_cast<std::size_t>(mWidth) * mHeight;
-    for (std::size_t i = 0; i < count; ++i)
-        if (pixels[BYTES_PER_PIXEL * i + 3] == 255)
-            return Solid{
-                mTexture,
-                {(static_cast<float>(i % mWidth) + 0.5f) / static_cast<float>(mWidth),
-                  (static_cast<float>(i / mWidth) + 0.5f) / static_cast<float>(mHeight)}
-            };
+    const unsigned char* pixel = sheet->getData();
+    for (unsigned y = 0; y < mHeight; ++y)
+        for (unsigned x = 0; x < mWidth; ++x, pixel += BYTES_PER_PIXEL)
+            if (pixel[3] == OPAQUE)
+                return Solid{
+                    mTexture,
+                    {(static_cast<float>(x) + 0.5f) / static_cast<float>(mWidth),
+                      (static_cast<float>(y) + 0.5f) / static_cast<float>(mHeight)}
+                };
     return {};
+}
+
+void Font::findInk(const am::Image& sheet)
+{
+    const unsigned char* const pixels = sheet->getData();
+    mInk.fill({std::numeric_limits<float>::max(), std::numeric_limits<float>::max(), 0.0f, 0.0f});
+    for (int y = 0; y < GLYPHS_PER_ROW * mCharHeight; ++y)
+        for (int x = 0; x < GLYPHS_PER_ROW * mCharWidth; ++x) {
+            const auto index = static_cast<std::size_t>(y) * mWidth + static_cast<unsigned>(x);
+            if (pixels[BYTES_PER_PIXEL * index + 3] == 0)
+                continue;
+            const int glyph = y / mCharHeight * GLYPHS_PER_ROW + x / mCharWidth;
+            const mathbase::Vector2f corner(static_cast<float>(x % mCharWidth),
+                                            static_cast<float>(y % mCharHeight));
+            mInk[static_cast<std::size_t>(glyph)].setUnion(
+                {corner, corner + mathbase::Vector2f(1.0f, 1.0f)});
+        }
 }
 
 void Font::measureGlyphs(const am::Image& sheet)
@@ -188,6 +209,20 @@ void Font::draw(const std::string& text, const mathbase::Vector2f& scale,
     state.blending = true;
     const Vector3f origin = takeTranslation(state.modelView);
 
+    placeCells(text, scale, [&](unsigned char glyph, const Edges& place) {
+        const int column = glyph % GLYPHS_PER_ROW;
+        const int row = glyph / GLYPHS_PER_ROW;
+        const float u = static_cast<float>(column) * mLetterWidth;
+        const float v = static_cast<float>(row) * mLetterHeight;
+        const Edges texcoords{u, v + mLetterHeight, u + mLetterWidth, v};
+        appendQuad(immediate, origin, place, texcoords, color);
+    });
+}
+
+/** Calls `place(glyph, edges)` with where the cell of each byte of the text is drawn. */
+template <typename Place>
+void Font::placeCells(const std::string& text, const mathbase::Vector2f& scale, Place place) const
+{
     const float width = static_cast<float>(mCharWidth) * mUnitSizeX * scale.x;
     const float height = static_cast<float>(mCharHeight) * mUnitSizeY * scale.y;
     const float bottom = std::round(-height / 2.0f);
@@ -195,12 +230,7 @@ void Font::draw(const std::string& text, const mathbase::Vector2f& scale,
     float x = startOf(text, scale.x);
     for (const char letter : text) {
         const auto glyph = static_cast<unsigned char>(letter);
-        const int column = glyph % GLYPHS_PER_ROW;
-        const int row = glyph / GLYPHS_PER_ROW;
-        const float u = static_cast<float>(column) * mLetterWidth;
-        const float v = static_cast<float>(row) * mLetterHeight;
-        appendQuad(immediate, origin, {std::round(x), bottom, std::round(x + width), top},
-                   {u, v + mLetterHeight, u + mLetterWidth, v}, color);
+        place(glyph, Edges{std::round(x), bottom, std::round(x + width), top});
         x += mKerning[glyph] * scale.x;
     }
 }
@@ -233,20 +263,25 @@ float Font::getHeight() const
     return static_cast<float>(mCharHeight) * mUnitSizeY;
 }
 
-/** Every cell but the last one ends before the last one does. */
+/** Texels that are as large as pixels stay within the pixels of their glyph; others spread. */
 mathbase::Box2 Font::getBounds(const std::string& text, const mathbase::Vector2f& scale) const
 {
-    const float height = static_cast<float>(mCharHeight) * mUnitSizeY * scale.y;
-    const float start = startOf(text, scale.x);
-    float end = start;
-    if (!text.empty()) {
-        const float lastAdvance = mKerning[static_cast<unsigned char>(text.back())];
-        const float cell = static_cast<float>(mCharWidth) * mUnitSizeX;
-        end += getLength(text, scale.x) + (cell - lastAdvance) * scale.x;
-    }
-    const mathbase::Vector2f corner(std::round(start), std::round(-height / 2.0f));
-    mathbase::Box2 bounds(corner, corner);
-    bounds.setUnion(mathbase::Vector2f(std::round(end), std::round(height / 2.0f)));
+    const mathbase::Vector2f cell(static_cast<float>(mCharWidth), static_cast<float>(mCharHeight));
+    mathbase::Box2 bounds;
+    placeCells(text, scale, [&](unsigned char glyph, const Edges& place) {
+        const float width = place.right - place.left;
+        const float height = place.bottom - place.top; // along the rows of the sheet
+        const bool fits = mExact && std::abs(width) == cell.x && std::abs(height) == cell.y;
+        const mathbase::Box2 ink = fits ? mInk[glyph] : mathbase::Box2({0.0f, 0.0f}, cell);
+        if (ink.getWidth() <= 0.0f)
+            return;
+        const auto pointOf = [&](const mathbase::Vector2f& texel) {
+            return mathbase::Vector2f(place.left + texel.x * width / cell.x,
+                                      place.top + texel.y * height / cell.y);
+        };
+        bounds.setUnion(pointOf(ink.mMin));
+        bounds.setUnion(pointOf(ink.mMax));
+    });
     return bounds;
 }
 

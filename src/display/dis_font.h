@@ -72,7 +72,8 @@ public:
     /** The height of a line of text at scale 1, in drawing units. */
     float getHeight() const;
 
-    /** The rectangle around the origin that `draw` draws within, in drawing units. */
+    /** A rectangle, relative to the origin and in drawing units, that `draw` does not draw beyond.
+     */
     mathbase::Box2 getBounds(const std::string& text, const mathbase::Vector2f& scale) const;
 
     /**
@@ -83,15 +84,22 @@ public:
 
 private:
     void release();
+    struct Edges;
+
     void measureGlyphs(const am::Image& sheet);
+    void findInk(const am::Image& sheet);
     std::optional<Solid> findSolid(const am::Image& sheet) const;
     float startOf(const std::string& text, float scale) const;
+    template <typename Place>
+    void placeCells(const std::string& text, const mathbase::Vector2f& scale, Place place) const;
 
     unsigned mWidth = 0;  // pixels of the sheet
     unsigned mHeight = 0; // pixels of the sheet
     int mCharWidth = 0;   // pixels of one cell
     int mCharHeight = 0;  // pixels of one cell
     std::array<float, 256> mKerning{};
+    std::array<mathbase::Box2, 256> mInk{}; // what a glyph covers, in pixels of its cell
+    bool mExact = false;                    // a texel's middle is hit exactly
     int mAlign = ALIGN_LEFT;
     float mUnitSizeX = 0.0f;    // drawing units per pixel of the sheet
     float mUnitSizeY = 0.0f;    // drawing units per pixel of the sheet

@@ -74,7 +74,7 @@ Render::Area boxAround(const Vector2f& from, const Vector2f& to)
 class Render::SharedArray {
 public:
     /** @param bounds  What is drawn lies inside; in pixels. */
-    SharedArray(const Render& render, const Area& bounds)
+    SharedArray(const Render& render, Area bounds)
         : mImmediate(display::Immediate::live()), mTexture(mImmediate.state().texture),
           mScissor(mImmediate.state().scissor), mTexturing(mImmediate.state().texturing),
           mScissorTest(mImmediate.state().scissorTest)
@@ -84,6 +84,7 @@ public:
             state.texture = render.mSolid->texture;
             state.texturing = true;
         }
+        bounds.setIntersect({Vector2f(0.0f, 0.0f), render.mWindowSize});
         if (!mScissorTest || scissorArea(render.mWindowSize.y).isInside(bounds)) {
             state.scissor = {};
             state.scissorTest = false;
@@ -132,14 +133,14 @@ void Render::setDisplay(display::DisplayGL* display)
 
 void Render::setup(display::DisplayGL* display, const std::string& fontFile)
 {
-    ZVX_REQUIRE(display != nullptr, "display!=0");
     setDisplay(display);
+    display::Font& sheet = font();
     const display::WindowMode& window = display->getWindowMode();
-    mFont->load(fontFile, false,
-                Vector2f(static_cast<float>(window.width), static_cast<float>(window.height)));
-    mFont->setSizeOfSpace(SPACE_WIDTH);
-    mFont->setAlignment(display::Font::ALIGN_CENTER);
-    mSolid = mFont->getSolid();
+    sheet.load(fontFile, false,
+               Vector2f(static_cast<float>(window.width), static_cast<float>(window.height)));
+    sheet.setSizeOfSpace(SPACE_WIDTH);
+    sheet.setAlignment(display::Font::ALIGN_CENTER);
+    mSolid = sheet.getSolid();
 }
 
 void Render::setupDraw(Vector2f windowSize, Vector2f pan, float)
@@ -306,7 +307,7 @@ DisplayObsolete::Vertex Render::corner(float x, float y, const Vector4f& color) 
     return {Vector3f(x, y, 0.0f), mSolid ? mSolid->texcoord : Vector2f(0.0f, 0.0f), color};
 }
 
-/** Measuring and drawing text needs a display. */
+/** Text needs a display. */
 display::Font& Render::font()
 {
     ZVX_REQUIRE(mFont, "mFont");

@@ -49,7 +49,7 @@ public:
     /**
      * Sets the display and loads the font.
      *
-     * @param display   Not null, not owned; must outlive this object.
+     * @param display   Not null ("mFont"), not owned; must outlive this object.
      * @param fontFile  Font sheet in the display's archive. Throws as `display::Font::load` does.
      */
     virtual void setup(display::DisplayGL* display, const std::string& fontFile);

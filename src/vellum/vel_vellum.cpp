@@ -98,7 +98,7 @@ Vellum::Vellum(display::DisplayGL* newDisplay) : Listener(newDisplay)
 {
     std::srand(mathbase::initialSeed());
     mWorkspace.setDisplay(display);
-    onResize(0, 0);
+    fillWindow();
     registerControls(mControlFactory);
 }
 
@@ -189,16 +189,12 @@ int Vellum::onCharUp(const display::CharEvent& character)
 
 void Vellum::onResize(int, int)
 {
-    const display::WindowMode& window = display->getWindowMode();
-    mWorkspace.setArea(Control::Area(0.0f, 0.0f, static_cast<float>(window.width),
-                                     static_cast<float>(window.height)));
+    fillWindow();
 }
 
 void Vellum::onDraw()
 {
-    const display::WindowMode& window = display->getWindowMode();
-    const Vector2f size(static_cast<float>(window.width), static_cast<float>(window.height));
-    mWorkspace.getRender().setupDraw(size, mPan, 0.0f);
+    mWorkspace.getRender().setupDraw(windowSize(), mPan, 0.0f);
     display::DisplayObsolete::setBlending(true);
     mWorkspace.draw();
 }
@@ -217,6 +213,17 @@ int Vellum::send(Event& event)
     return mWorkspace.handleEvent(event);
 }
 
+void Vellum::fillWindow()
+{
+    mWorkspace.setArea(Control::Area(Vector2f(0.0f, 0.0f), windowSize()));
+}
+
+Vector2f Vellum::windowSize() const
+{
+    const display::WindowMode& window = display->getWindowMode();
+    return {static_cast<float>(window.width), static_cast<float>(window.height)};
+}
+
 /** False when loading is to end. */
 bool Vellum::loadWorkspace(xml::IteratorConst& element)
 {
@@ -225,7 +232,7 @@ bool Vellum::loadWorkspace(xml::IteratorConst& element)
     if (!style.empty() && !loadStyle(style))
         return false;
     mWorkspace.load(element);
-    onResize(1, 1);
+    fillWindow();
     return true;
 }
 

@@ -31,6 +31,8 @@ public:
      * to the factory and seeds the C random generator (`mathbase::initialSeed`).
      */
     explicit Vellum(display::DisplayGL* display);
+    Vellum(const Vellum&) = delete;
+    Vellum& operator=(const Vellum&) = delete;
     ~Vellum() override;
 
     /**
@@ -73,6 +75,8 @@ protected:
 
 private:
     int send(Event& event);
+    void fillWindow();
+    mathbase::Vector2f windowSize() const;
     bool loadWorkspace(xml::IteratorConst& element);
     bool loadStyle(const std::string& fileName);
 

@@ -191,6 +191,53 @@ TEST_P(Place, IsWhereTheAlignmentPutsIt)
 INSTANTIATE_TEST_SUITE_P(Places, Place, testing::ValuesIn(PLACES),
                          [](const auto& each) { return std::string{each.param.name}; });
 
+struct BoundsCase {
+    const char* name;
+    const char* text;
+    Font::Alignment alignment;
+    Vector2f scale;
+    mathbase::Box2 expected;
+
+    friend void PrintTo(const BoundsCase& row, std::ostream* out) { *out << row.name; }
+};
+
+constexpr BoundsCase BOUNDS[] = {
+    {"Empty",              "",   Font::ALIGN_LEFT,  {1, 1},  {0, 0, 0, 0}    },
+    {"FaintPixelsCount",   "g",  Font::ALIGN_LEFT,  {1, 1},  {0, 0, 9, 4}    },
+    {"YDownwards",         "g",  Font::ALIGN_LEFT,  {1, -1}, {0, -4, 9, 0}   },
+    {"NoLongerThanTheInk", "LI", Font::ALIGN_LEFT,  {1, 1},  {0, -8, 21, 8}  },
+    {"Right",              "LI", Font::ALIGN_RIGHT, {1, 1},  {-22, -8, 0, 8} },
+    {"WholeCellsIfScaled", "g",  Font::ALIGN_LEFT,  {2, 2},  {0, -16, 32, 16}},
+};
+
+TEST_F(FontTest, BoundsATextByItsInk)
+{
+    for (const BoundsCase& row : BOUNDS) {
+        mFont.setAlignment(row.alignment);
+        EXPECT_EQ(mFont.getBounds(row.text, row.scale), row.expected) << row.name;
+    }
+}
+
+TEST_F(FontTest, FillsThroughASolidPointOfItsSheet)
+{
+    ASSERT_TRUE(mFont.getSolid().has_value());
+    const Font::Solid solid = *mFont.getSolid();
+    const Vector4f color(0.2f, 0.4f, 0.6f, 1.0f);
+    const Picture picture = pictureOf([&] {
+        mDisplay->setTexture(solid.texture, 0);
+        Draw::setTexturing(true);
+        Draw::setBlending(true);
+        Draw::drawQuad({
+            {{-40, -30, 0}, solid.texcoord, color},
+            {{40, -30, 0},  solid.texcoord, color},
+            {{40, 30, 0},   solid.texcoord, color},
+            {{-40, 30, 0},  solid.texcoord, color},
+        });
+    });
+    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 39, HEIGHT / 2), 0x336699u);
+    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 39, HEIGHT / 2 + 29), 0x336699u);
+}
+
 TEST_F(FontTest, RoundsGlyphsToWholeUnits)
 {
     const auto drawAt = [&](float scale) {

@@ -3,10 +3,13 @@
 #include "am/am.h"
 #include "am/am_image.h"
 #include "display/dis_font.h"
+#include "display/dis_immediate.h"
+#include "support/allocation_counter.h"
 #include "support/gl_display.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -71,12 +74,15 @@ public:
     }
 
 protected:
-    Picture pictureOf(void (*drawing)(Render&), Vector2f pan)
+    /** What `draw` draws with `render` on black. */
+    template <typename Draw>
+    Picture pictureOf(Render& render, Draw draw, Vector2f pan = Vector2f(0.0f, 0.0f))
     {
         return GlDisplayTest::pictureOf([&] {
-            mRender->setupDraw(Vector2f(WIDTH, HEIGHT), pan, 0.0f);
-            mRender->setColor(RED, RED);
-            drawing(*mRender);
+            render.setupDraw(Vector2f(WIDTH, HEIGHT), pan, 0.0f);
+            display::DisplayObsolete::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
+            render.setColor(RED, RED);
+            draw(render);
         });
     }
 
@@ -218,13 +224,154 @@ char colorAt(const Picture& picture, const Sample& at)
 
 TEST_P(RenderDraw, ColorsTheRightPixels)
 {
-    const Picture picture = pictureOf(GetParam().draw, GetParam().pan);
+    const Picture picture = pictureOf(*mRender, GetParam().draw, GetParam().pan);
     for (const Sample& sample : GetParam().samples)
         EXPECT_EQ(colorAt(picture, sample), sample.color) << "at " << sample.x << ", " << sample.y;
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, RenderDraw, testing::ValuesIn(DRAW_CASES),
                          [](const auto& each) { return std::string{each.param.name}; });
+
+constexpr float SIDES[] = {10.0f, 10.25f, 10.5f, 11.75f}; // of shapes near a clip edge at 10
+
+/** Every kind of shape, its left side at `left` and at `left` + 20. */
+void drawEveryShape(Render& render, float left)
+{
+    render.setColor(Vector4f(1, 0, 0, 1), Vector4f(0, 1, 0.5f, 0.25f));
+    render.drawBox(Area(left, 4, left + 20, 9), Render::GRADIENT_HORISONTAL);
+    render.drawBorder(Area(left, 9, left + 20, 21));
+    render.drawCircle(Area(left, 21, left + 20, 33), -1, 0.1f);
+    render.drawLine(Vector2f(left, 33), Vector2f(left + 20, 39));
+    render.setAlign(display::Font::ALIGN_LEFT);
+    render.drawText("AA", Vector2f(left, 48));
+}
+
+/** What of a picture lies in an area, on black. */
+Picture cutOut(Picture picture, const Area& area)
+{
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const auto left = static_cast<float>(x);
+            const auto top = static_cast<float>(y);
+            const auto pixel = static_cast<std::size_t>(3 * (y * picture.width + x));
+            if (!area.isInside(Area(left, top, left + 1.0f, top + 1.0f)))
+                std::fill_n(&picture.rgb[pixel], 3, std::uint8_t{0});
+        }
+    return picture;
+}
+
+TEST_F(RenderTest, ClipsWhateverReachesOutOfTheClipArea)
+{
+    const Area clip(10, 5, 30, 40);
+    for (const float left : SIDES) {
+        const auto draw = [left](Render& render) {
+            drawEveryShape(render, left);
+            drawEveryShape(render, left + 18.0f);
+        };
+        const Picture clipped = pictureOf(*mRender, [&](Render& render) {
+            render.setClipArea(clip);
+            draw(render);
+        });
+        EXPECT_TRUE(
+            zavex::test::isSamePicture(clipped, cutOut(pictureOf(*mRender, draw), clip), {}))
+            << "shapes at " << left;
+    }
+}
+
+TEST_F(RenderTest, DrawsThroughTheSheetWhatItDrawsWithoutOne)
+{
+    Render plain;
+    plain.setDisplay(&mDisplay);
+    const Area withoutText(0, 0, WIDTH, 40);
+    for (const float left : SIDES) {
+        const auto draw = [left](Render& render) { drawEveryShape(render, left); };
+        EXPECT_TRUE(zavex::test::isSamePicture(cutOut(pictureOf(*mRender, draw), withoutText),
+                                               cutOut(pictureOf(plain, draw), withoutText), {}))
+            << "shapes at " << left;
+    }
+}
+
+struct BorderCase {
+    const char* name;
+    Area box;
+
+    friend void PrintTo(const BorderCase& border, std::ostream* out) { *out << border.name; }
+};
+
+const BorderCase BORDER_CASES[] = {
+    {"High",       Area(10,    5,    30,    40)   },
+    {"Wide",       Area(3,     10,   60,    15)   },
+    {"TwoRows",    Area(10,    10,   30,    12)   },
+    {"TwoByTwo",   Area(10,    10,   12,    12)   },
+    {"ThreeRows",  Area(10,    10,   13,    13)   },
+    {"OneRow",     Area(10,    10,   30,    11)   },
+    {"NoSize",     Area(10,    10,   10,    10)   },
+    {"Reversed",   Area(30,    30,   10,    10)   },
+    {"Fractional", Area(10.3f, 5.6f, 30.2f, 40.7f)},
+};
+
+class RenderBorder : public RenderTest, public testing::WithParamInterface<BorderCase> {};
+
+TEST_P(RenderBorder, ColorsThePixelsOfALoopOfLines)
+{
+    const Area& box = GetParam().box;
+    const Vector4f top(1, 0.25f, 0, 0.75f);
+    const Vector4f bottom(0, 0.75f, 1, 0.5f);
+    const Picture actual = pictureOf(*mRender, [&](Render& render) {
+        render.setColor(top, bottom);
+        render.drawBorder(box);
+    });
+    const Picture expected = pictureOf(*mRender, [&](Render&) {
+        const float left = box.mMin.x + 0.5f;
+        const float right = box.mMax.x - 0.5f;
+        const display::DisplayObsolete::Vertex loop[] = {
+            {{left, box.mMin.y + 0.5f, 0},  {}, top   },
+            {{right, box.mMin.y + 0.5f, 0}, {}, top   },
+            {{right, box.mMax.y - 0.5f, 0}, {}, bottom},
+            {{left, box.mMax.y - 0.5f, 0},  {}, bottom},
+        };
+        display::DisplayObsolete::drawLineLoop(loop, 4);
+    });
+    const zavex::test::PictureDifference rounding{0.01, 1}; // of a gradient's colours
+    EXPECT_TRUE(zavex::test::isSamePicture(actual, expected, rounding));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RenderBorder, testing::ValuesIn(BORDER_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+/** A screen of 400 rows in 40 clip areas: boxes, borders, circles and texts, 2,000 in all. */
+void drawScreen(Render& render)
+{
+    static const std::string caption = "A AA A";
+    render.setupDraw(Vector2f(WIDTH, HEIGHT), Vector2f(0, 0), 0.0f);
+    for (int window = 0; window < 40; ++window) {
+        const auto left = static_cast<float>(window % 8);
+        render.setClipArea(Area(left, 0, left + 50, HEIGHT));
+        for (int row = 0; row < 10; ++row) {
+            const auto top = static_cast<float>(row * 4);
+            const Area box(left + 2, top, left + 48, top + 8);
+            render.setColor(RED, BLUE);
+            render.drawBox(box, Render::GRADIENT_VERTICAL);
+            render.setColor(BLUE, RED);
+            render.drawBorder(box);
+            render.drawCircle(Area(left + 2, top, left + 10, top + 8), -1, 0.0f);
+            render.drawText(caption, Vector2f(left + 25, top + 8));
+            render.setColor(RED, RED);
+            render.drawBorder(box);
+        }
+    }
+    display::DisplayObsolete::flush();
+}
+
+TEST_F(RenderTest, DrawsAScreenInOneArrayWithoutAllocating)
+{
+    drawScreen(*mRender);
+    const unsigned long before = display::Immediate::live().drawnArrays();
+    const zavex::test::AllocationCounter counter;
+    drawScreen(*mRender);
+    EXPECT_EQ(counter.count(), 0u);
+    EXPECT_EQ(display::Immediate::live().drawnArrays() - before, 1u);
+}
 
 TEST_F(RenderTest, MeasuresTextInPixels)
 {
