@@ -135,6 +135,7 @@ void Render::setup(display::DisplayGL* display, const std::string& fontFile)
 {
     setDisplay(display);
     display::Font& sheet = font();
+    mSolid.reset();
     const display::WindowMode& window = display->getWindowMode();
     sheet.load(fontFile, false,
                Vector2f(static_cast<float>(window.width), static_cast<float>(window.height)));
