@@ -1,0 +1,57 @@
+#pragma once
+
+#include "vellum/vel_flow.h"
+
+namespace zavex::vellum {
+
+class Caption;
+class WindowFrame;
+
+/**
+ * A panel with a caption bar, by which it is dragged within its parent and maximized with a double
+ * click, above a frame that holds the content.
+ *
+ * Everything that is added goes into the frame. Bar and frame belong to the window like any child.
+ */
+class Window : public Flow {
+public:
+    static constexpr float CAPTION_HEIGHT = 26.0f; // pixels
+
+    Window();
+
+    Control* clone() override;
+
+    /** Reads "caption", and "class", the style of the frame ("windowframe" when missing); the
+        caption bar takes its colours from the style "caption". */
+    void load(xml::IteratorConst& element) override;
+
+    /** The text of the caption bar. */
+    void setCaption(const std::string& caption) override;
+    const std::string& getCaption() override;
+
+    /** Moves the window, but not out of its parent. */
+    void setPosition(mathbase::Vector2f position) override;
+
+    /** Forwarded to the frame. */
+    void addControl(Control* control, int index = -1) override;
+    void deleteControl(unsigned index) override;
+    void deleteControls() override;
+    void draw(Area area, Area parent, Area clip) override;
+
+    /** Drags the window from where it is, by `movement` pixels. */
+    void moveBy(mathbase::Vector2f movement);
+
+    /** Switches between filling the parent and the former rectangle; reports
+        `ACTION_WINDOW_RESIZE`. */
+    void toggleMaximized();
+
+    /** Sizes the window so that the frame ends at `corner`, in local coordinates. Nothing while
+        maximized. */
+    void resizeFrame(mathbase::Vector2f corner);
+
+protected:
+    Caption* mCaptionbar = nullptr; // owned as a child
+    WindowFrame* mFrame = nullptr;  // owned as a child
+};
+
+} // namespace zavex::vellum

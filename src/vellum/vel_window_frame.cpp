@@ -1,0 +1,16 @@
+#include "vellum/vel_window_frame.h"
+
+namespace zavex::vellum {
+
+WindowFrame::WindowFrame()
+{
+    mType = "windowframe";
+    mId = "windowframe";
+}
+
+Control* WindowFrame::clone()
+{
+    return new WindowFrame;
+}
+
+} // namespace zavex::vellum
