@@ -28,4 +28,23 @@ inline mathbase::Box2 boundingArea(const mathbase::Box2& a, const mathbase::Box2
             std::max(a.mMax.x, b.mMax.x), std::max(a.mMax.y, b.mMax.y)};
 }
 
+/** The strip of `height` along the top of a rectangle, as a caption takes. */
+inline mathbase::Box2 topStrip(const mathbase::Box2& area, float height)
+{
+    return {area.mMin.x, area.mMin.y, area.mMax.x, area.mMin.y + height};
+}
+
+/** What the strip of `height` along the top leaves; empty where it takes everything. */
+inline mathbase::Box2 belowTopStrip(const mathbase::Box2& area, float height)
+{
+    const float top = area.mMin.y + height;
+    return {area.mMin.x, top, area.mMax.x, std::max(top, area.mMax.y)};
+}
+
+/** A rectangle's own coordinates: its size at (0, 0). */
+inline mathbase::Box2 atOrigin(const mathbase::Box2& area)
+{
+    return {mathbase::Vector2f(0.0f, 0.0f), area.getSize()};
+}
+
 } // namespace zavex::vellum

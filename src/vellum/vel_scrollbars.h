@@ -1,0 +1,93 @@
+#pragma once
+
+#include "vellum/vel_control.h"
+
+namespace zavex::vellum {
+
+class ScrollbarsFrame;
+
+/**
+ * A scroll area: content in an inner frame, a bar along the right and the bottom edge, and a corner
+ * between them that resizes the window whose content this is.
+ *
+ * Everything that is added goes into the frame, which belongs to this control like any child. The
+ * handles have a fixed length. Scrolling reports `ACTION_SCROLL_CHANGED`, dragging the corner
+ * `ACTION_WINDOW_RESIZE`.
+ */
+class Scrollbars : public Control {
+public:
+    Scrollbars();
+
+    Control* clone() override;
+
+    /** Reads "direction": "horisontal" or "vertical" keeps only that bar. The frame takes its
+        colours from the style "scrollbarsframe". */
+    void load(xml::IteratorConst& element) override;
+
+    /** Forwarded to the frame. */
+    void addControl(Control* control, int index = -1) override;
+    void deleteControl(unsigned index) override;
+    void deleteControls() override;
+
+    using Control::setArea;
+
+    /** Places the bars and the frame, and scrolls anew. */
+    void setArea() override;
+
+    /** Also while a handle or the corner is dragged. */
+    bool acceptEvents(Event& event) override;
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+    /** Clamps the scroll position, places the handles and moves the content. */
+    virtual void buildScrollbars();
+    virtual void setVertical(bool vertical);
+    virtual void setHorisontal(bool horisontal);
+
+    /** How far the handles are along their tracks, in pixels: horizontally x, vertically y. */
+    virtual mathbase::Vector2f getScrollPosition();
+
+    /** Clamped to what the tracks allow; reports nothing. */
+    virtual void setScrollPosition(mathbase::Vector2f position);
+
+protected:
+    bool mVertical = true;
+    bool mHorisontal = true;
+    mathbase::Vector2f mScrollPosition{0, 0}; // pixels along the tracks
+    float mBarWidth = 12.0f;                  // pixels
+    float mBarLength = 30.0f;                 // pixels, of a handle
+    bool mVerticalDown = false;               // its handle is being dragged
+    bool mHorisontalDown = false;
+    bool mResize = false;                    // the corner is being dragged
+    mathbase::Vector2f mResizePercent{0, 0}; // scroll position as fractions of its ranges
+    Area mVerticalArea;                      // the track; all areas in local coordinates
+    Area mHorisontalArea;
+    Area mFillerArea; // the corner
+    Area mVerticalBarArea;
+    Area mHorisontalBarArea;
+    ScrollbarsFrame* mFrame = nullptr;    // owned as a child
+    mathbase::Vector2f mMousePos{0, 0};   // where the corner was pressed, workspace coordinates
+    mathbase::Vector2f mOldAreaMax{0, 0}; // the parent's bottom-right corner at that time
+    bool mVerticalBarHighlight = false;   // the pointer is over its handle
+    bool mHorisontalBarHighlight = false;
+
+private:
+    enum Axis : int { AXIS_X = 0, AXIS_Y = 1 };
+    struct Bar;
+
+    Bar barOf(int axis);
+    float rangeOf(int axis);
+    mathbase::Vector2f contentSize();
+    void scroll(int axis, float contentPixels);
+    void reportScroll();
+    void press(mathbase::Vector2f point, mathbase::Vector2f pointer);
+    void beginResize(mathbase::Vector2f pointer);
+    void release();
+    bool turnWheel(const Event& event);
+    void drag(const Event& event, mathbase::Vector2f point);
+    void resizeParent(mathbase::Vector2f pointer);
+    void drawBar(int axis, mathbase::Vector2f origin);
+    void drawCorner(mathbase::Vector2f origin);
+};
+
+} // namespace zavex::vellum

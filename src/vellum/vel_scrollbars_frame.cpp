@@ -1,0 +1,25 @@
+#include "vellum/vel_scrollbars_frame.h"
+
+#include "vellum/vel_look.h"
+
+namespace zavex::vellum {
+
+ScrollbarsFrame::ScrollbarsFrame()
+{
+    mType = "scrollbarsframe";
+    mId = "scrollbarsframe";
+    mStyle.mBack = style::colorInfo{};
+}
+
+Control* ScrollbarsFrame::clone()
+{
+    return new ScrollbarsFrame;
+}
+
+void ScrollbarsFrame::draw(Area area, Area parent, Area clip)
+{
+    fillBox(getRender(), {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
+    Control::draw(area, parent, clip);
+}
+
+} // namespace zavex::vellum
