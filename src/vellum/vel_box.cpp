@@ -1,0 +1,96 @@
+#include "vellum/vel_box.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_box_frame.h"
+#include "vellum/vel_box_view.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_frame.h"
+#include "vellum/vel_look.h"
+
+#include "display/dis_font.h"
+#include "xml/xml_iteratorconst.h"
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr float TEXT_INSET = 4.0f; // pixels between the edges and the caption
+
+} // namespace
+
+Box::Box() : mFrame(new BoxFrame)
+{
+    mType = "box";
+    mId = "box";
+    mStyle = widgetStyle();
+    Control::addControl(mFrame);
+}
+
+Control* Box::clone()
+{
+    return new Box;
+}
+
+void Box::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    setCaption(element->getValue("caption"));
+    loadStyleClass(*mFrame, "boxframe");
+    setArea();
+}
+
+void Box::addControl(Control* control, int index)
+{
+    mFrame->addControl(control, index);
+}
+
+void Box::deleteControl(unsigned index)
+{
+    mFrame->deleteControl(index);
+}
+
+void Box::deleteControls()
+{
+    mFrame->deleteControls();
+}
+
+void Box::setArea()
+{
+    mFrame->setArea(belowTopStrip(atOrigin(getArea()), CAPTION_HEIGHT));
+}
+
+bool Box::acceptEvents(Event& event)
+{
+    return Control::acceptEvents(event) || mDragged;
+}
+
+int Box::handleEvent(Event& event)
+{
+    const bool onCaption = contains(topStrip(getArea(), CAPTION_HEIGHT), event.mousePos);
+    const ControlWatch self(*this);
+    const int handled = Control::handleEvent(event);
+    if (self.isGone())
+        return handled;
+
+    const bool left = event.button == display::MOUSE_LEFT;
+    if (event.type == "mousedown" && left)
+        mDragged = onCaption && !mInactive && isShown(*this) && dynamic_cast<BoxView*>(mParent);
+    else if (event.type == "mouseup" && left)
+        mDragged = false;
+    else if (event.type == "mousemove" && mDragged)
+        setPosition(mArea.mMin - event.mouseDelta);
+    return handled;
+}
+
+void Box::draw(Area area, Area parent, Area clip)
+{
+    const Look look = mInactive ? Look::INACTIVE : Look::NORMAL;
+    drawLabel(getRender(), mStyle, mCaption,
+              Vector2f(area.mMin.x + TEXT_INSET, area.mMin.y + CAPTION_HEIGHT / 2.0f),
+              area.getWidth() - 2.0f * TEXT_INSET, display::Font::ALIGN_LEFT, look);
+    Control::draw(area, parent, clip);
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "vellum/vel_control.h"
+
+namespace zavex::vellum {
+
+class BoxFrame;
+
+/**
+ * A group box: a caption above a frame that holds the content.
+ *
+ * Everything that is added goes into the frame, which belongs to the box like any child. On a
+ * `BoxView` the box is moved by its caption.
+ */
+class Box : public Control {
+public:
+    static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
+
+    Box();
+
+    Control* clone() override;
+
+    /** Reads "caption"; the frame takes its colours from the style "boxframe". */
+    void load(xml::IteratorConst& element) override;
+
+    /** Forwarded to the frame. */
+    void addControl(Control* control, int index = -1) override;
+    void deleteControl(unsigned index) override;
+    void deleteControls() override;
+
+    using Control::setArea;
+
+    /** Gives the frame what the caption leaves. */
+    void setArea() override;
+
+    /** Also while the box is dragged. */
+    bool acceptEvents(Event& event) override;
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+protected:
+    BoxFrame* mFrame = nullptr; // owned as a child
+    bool mDragged = false;      // the caption was pressed and is held
+};
+
+} // namespace zavex::vellum

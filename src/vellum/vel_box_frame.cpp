@@ -1,0 +1,16 @@
+#include "vellum/vel_box_frame.h"
+
+namespace zavex::vellum {
+
+BoxFrame::BoxFrame()
+{
+    mType = "boxframe";
+    mId = "boxframe";
+}
+
+Control* BoxFrame::clone()
+{
+    return new BoxFrame;
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,90 @@
+#include "vellum/vel_box_view.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_look.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr float GRID = 40.0f; // pixels between the lines of the sheet
+
+} // namespace
+
+BoxView::BoxView()
+{
+    mType = "boxview";
+    mId = "boxview";
+    mStyle = widgetStyle();
+}
+
+Control* BoxView::clone()
+{
+    return new BoxView;
+}
+
+bool BoxView::acceptEvents(Event& event)
+{
+    return Control::acceptEvents(event) || mDragged;
+}
+
+int BoxView::handleEvent(Event& event)
+{
+    const Area area = getArea();
+    const bool onSheet =
+        contains(area, event.mousePos) && isEmptyAt(event.mousePos - area.mMin) && isShown(*this);
+    const ControlWatch self(*this);
+    const int handled = Control::handleEvent(event);
+    if (self.isGone())
+        return handled;
+
+    const bool left = event.button == display::MOUSE_LEFT;
+    if (event.type == "mousedown" && left)
+        mDragged = onSheet && !mInactive;
+    else if (event.type == "mouseup" && left)
+        mDragged = false;
+    else if (event.type == "mousemove" && mDragged) {
+        setOffset(getOffset() + event.mouseDelta);
+        sendAction(ACTION_SCROLL_CHANGED);
+    }
+    return handled;
+}
+
+void BoxView::draw(Area area, Area parent, Area clip)
+{
+    drawField(getRender(), mStyle, area, mInactive ? Look::INACTIVE : Look::NORMAL, false);
+    drawGrid(area, clip);
+    Control::draw(area, parent, clip);
+}
+
+bool BoxView::isEmptyAt(Vector2f point) const
+{
+    return std::ranges::none_of(mChild, [&](Control* child) {
+        return child->getVisible() && contains(child->getArea(), point);
+    });
+}
+
+/** Lines as boxes one pixel wide, in the colours of the border. */
+void BoxView::drawGrid(const Area& area, const Area& clip)
+{
+    const ColorPair colors{mStyle.mBack.mBorder1, mStyle.mBack.mBorder2};
+    const Vector2f origin = area.mMin - mOffset;
+    for (const int axis : {0, 1}) {
+        const float start = std::ceil((clip.mMin[axis] - origin[axis]) / GRID);
+        const int lines = static_cast<int>(clip.getSize()[axis] / GRID) + 1;
+        for (int i = 0; i < lines; ++i) {
+            Area line = clip;
+            line.mMin[axis] = origin[axis] + (start + static_cast<float>(i)) * GRID;
+            line.mMax[axis] = line.mMin[axis] + 1.0f;
+            fillBox(getRender(), colors, line);
+        }
+    }
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,129 @@
+#include "vellum/vel_panel.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_frame.h"
+#include "vellum/vel_layout_stack.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_panel_frame.h"
+
+#include "display/dis_font.h"
+#include "xml/xml_iteratorconst.h"
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr float TEXT_INSET = 8.0f;  // pixels between the edges and the caption
+constexpr float MARK_SPACE = 12.0f; // pixels kept for the fold mark at the right
+
+/** Lets a column close up behind a child whose height changed. */
+void layOutAgain(Control& parent)
+{
+    if (auto* stack = dynamic_cast<LayoutStack*>(&parent))
+        stack->recalculate(true);
+    else
+        parent.setArea();
+}
+
+} // namespace
+
+Panel::Panel() : mFrame(new PanelFrame)
+{
+    mType = "panel";
+    mId = "panel";
+    mStyle = widgetStyle();
+    Control::addControl(mFrame);
+}
+
+Control* Panel::clone()
+{
+    return new Panel;
+}
+
+void Panel::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    setCaption(element->getValue("caption"));
+    loadStyleClass(*mFrame, "panelframe");
+    setArea();
+}
+
+void Panel::addControl(Control* control, int index)
+{
+    mFrame->addControl(control, index);
+}
+
+void Panel::deleteControl(unsigned index)
+{
+    mFrame->deleteControl(index);
+}
+
+void Panel::deleteControls()
+{
+    mFrame->deleteControls();
+}
+
+void Panel::setArea()
+{
+    const Area own = atOrigin(getArea());
+    // Hidden content still gets events where it is, so folded content is nowhere.
+    mFrame->setArea(mFolded ? belowTopStrip(own, own.getHeight())
+                            : belowTopStrip(own, CAPTION_HEIGHT));
+}
+
+int Panel::handleEvent(Event& event)
+{
+    const bool onCaption = contains(topStrip(getArea(), CAPTION_HEIGHT), event.mousePos);
+    const ControlWatch self(*this);
+    const int handled = Control::handleEvent(event);
+    if (self.isGone())
+        return handled;
+
+    if (event.type == "mousemove")
+        mCaptionHovered = onCaption;
+    else if (event.type == "reset")
+        mCaptionHovered = false;
+    else if (event.type == "mousedown" && event.button == display::MOUSE_LEFT && onCaption &&
+             !mInactive && isShown(*this))
+        setFolded(!mFolded);
+    return handled;
+}
+
+void Panel::draw(Area area, Area parent, Area clip)
+{
+    const Look look = mInactive ? Look::INACTIVE : Look::NORMAL;
+    const Area bar = topStrip(area, CAPTION_HEIGHT);
+    const float middle = bar.getCenter().y;
+    Render& render = getRender();
+    drawField(render, mStyle, bar, mCaptionHovered && !mInactive ? Look::HOVERED : look, false);
+    drawLabel(render, mStyle, mCaption, Vector2f(bar.mMin.x + TEXT_INSET, middle),
+              bar.getWidth() - 2.0f * TEXT_INSET - MARK_SPACE, display::Font::ALIGN_LEFT, look);
+    drawLabel(render, mStyle, mFolded ? "+" : "-", Vector2f(bar.mMax.x - TEXT_INSET, middle),
+              MARK_SPACE, display::Font::ALIGN_RIGHT, look);
+    Control::draw(area, parent, clip);
+}
+
+void Panel::setFolded(bool folded)
+{
+    if (folded == mFolded)
+        return;
+    mFolded = folded;
+    if (folded)
+        mUnfoldedHeight = mArea.getHeight();
+    mFrame->setVisible(!folded);
+    mArea.mMax.y = mArea.mMin.y + (folded ? CAPTION_HEIGHT : mUnfoldedHeight);
+    setArea();
+    if (mParent)
+        layOutAgain(*mParent);
+    sendAction(ACTION_WINDOW_RESIZE);
+}
+
+bool Panel::getFolded()
+{
+    return mFolded;
+}
+
+} // namespace zavex::vellum

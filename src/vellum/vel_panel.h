@@ -1,0 +1,50 @@
+#pragma once
+
+#include "vellum/vel_control.h"
+
+namespace zavex::vellum {
+
+class PanelFrame;
+
+/**
+ * A captioned section of a screen. A click on the caption folds the content away and brings it
+ * back; in a column of panels the others close up.
+ *
+ * Everything that is added goes into the frame below the caption, which belongs to the panel like
+ * any child. Folding reports `ACTION_WINDOW_RESIZE`.
+ */
+class Panel : public Control {
+public:
+    static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
+
+    Panel();
+
+    Control* clone() override;
+
+    /** Reads "caption"; the frame takes its colours from the style "panelframe". */
+    void load(xml::IteratorConst& element) override;
+
+    /** Forwarded to the frame. */
+    void addControl(Control* control, int index = -1) override;
+    void deleteControl(unsigned index) override;
+    void deleteControls() override;
+
+    using Control::setArea;
+
+    /** Gives the frame what the caption leaves. */
+    void setArea() override;
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+    /** A folded panel is as high as its caption, unless it is maximized. */
+    virtual void setFolded(bool folded);
+    virtual bool getFolded();
+
+protected:
+    PanelFrame* mFrame = nullptr; // owned as a child
+    bool mFolded = false;
+    bool mCaptionHovered = false;
+    float mUnfoldedHeight = 0.0f; // pixels; of the rectangle before it was folded
+};
+
+} // namespace zavex::vellum
