@@ -44,7 +44,9 @@ def main():
     sheet = Image.new("L", (COLUMNS * CELL, COLUMNS * CELL))
     for code in filter(printable, range(256)):
         draw_glyph(sheet, face, code)
-    sheet.save(pathlib.Path(__file__).parent.parent / "demo/fonthelvete2.png", optimize=True)
+    # The program reads no grey pictures.
+    path = pathlib.Path(__file__).parent.parent / "demo/fonthelvete2.png"
+    sheet.convert("RGB").save(path, optimize=True)
 
 
 if __name__ == "__main__":
