@@ -1,9 +1,20 @@
 #include "vellum/vel_vellum.h"
 
+#include "vellum/vel_box.h"
+#include "vellum/vel_box_frame.h"
+#include "vellum/vel_box_view.h"
+#include "vellum/vel_button.h"
+#include "vellum/vel_caption.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_flow.h"
+#include "vellum/vel_frame.h"
 #include "vellum/vel_layout_stack.h"
+#include "vellum/vel_panel.h"
+#include "vellum/vel_panel_frame.h"
+#include "vellum/vel_scrollbars.h"
+#include "vellum/vel_window.h"
+#include "vellum/vel_window_frame.h"
 
 #include "am/am.h"
 #include "common/zvx_system.h"
@@ -36,7 +47,9 @@ void registerPrototypes(ControlFactory& factory)
 void registerControls(ControlFactory& factory)
 {
     [[maybe_unused]] static const bool registered = [&factory] {
-        registerPrototypes<Container, Context, Flow, LayoutStack, Workspace>(factory);
+        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Container, Context, Flow, Frame,
+                           LayoutStack, Panel, PanelFrame, Scrollbars, Window, WindowFrame,
+                           Workspace>(factory);
         return true;
     }();
 }
