@@ -46,6 +46,9 @@ Scrollbars::Scrollbars() : mFrame(new ScrollbarsFrame)
     mId = "scrollbars";
     mMaximized = true;
     mStyle = widgetStyle();
+    // Tracks lie deeper than the bodies that they border on.
+    mStyle.mBack.mColor1 = mStyle.mBack.mInactive1;
+    mStyle.mBack.mColor2 = mStyle.mBack.mInactive2;
     Control::addControl(mFrame);
 }
 
