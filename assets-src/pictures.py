@@ -13,7 +13,7 @@ from PIL import Image, ImageChops, ImageDraw, ImageFilter, ImageFont
 FONTS = pathlib.Path("/usr/share/fonts/opentype/inter")
 WHITE = (255, 255, 255)
 CYAN = (0x38, 0xD6, 0xFF)
-AMBER = (0xFF, 0x9C, 0x3A)
+AMBER = (0xFF, 0x9A, 0x3C)
 SIZE = (1024, 512)
 
 

@@ -19,28 +19,28 @@ namespace {
 
 using zavex::effects::PlasmaField;
 
+constexpr float FRAME = 1.0f / 60.0f; // seconds
+constexpr float FADE = 0.3f * FRAME;
+constexpr float GAIN = 0.8f;
+constexpr int FRAMES = 300;
+constexpr int SIDE = PlasmaField::SIZE;
+
 /** The same frame as written: six trigonometric calls for each of the 15,625 cells. */
 void advancePerCell(std::vector<float>& level, float phase, float fade, float gain)
 {
-    std::size_t index = 0;
-    for (int x = 0; x < PlasmaField::SIZE; ++x) {
-        for (int y = 0; y < PlasmaField::SIZE; ++y) {
-            for (int z = 0; z < PlasmaField::SIZE; ++z, ++index) {
-                const auto i = static_cast<float>(x);
-                const auto j = static_cast<float>(y);
-                const auto k = static_cast<float>(z);
-                float p = level[index] - fade;
-                const float w = 0.5f * (std::sin(0.15f * i + 2.0f * phase) *
-                                            std::cos(0.3f * phase + 0.2f * i + 1.0f) +
-                                        std::sin(0.12f * j + 1.0f + 3.0f * phase) *
-                                            std::cos(0.2f * phase + 0.3f * j + 3.0f) -
-                                        std::cos(0.1f * phase + 0.4f * k + 5.0f) *
-                                            std::sin(4.0f * phase + 0.11f * k + 2.0f));
-                if (w > 0.1f)
-                    p = w * gain;
-                level[index] = std::max(p, 0.0f);
-            }
-        }
+    for (int cell = 0; cell < PlasmaField::COUNT; ++cell) {
+        const int plane = cell / (SIDE * SIDE);
+        const int row = cell / SIDE % SIDE;
+        const auto i = static_cast<float>(plane);
+        const auto j = static_cast<float>(row);
+        const auto k = static_cast<float>(cell % SIDE);
+        float& p = level[static_cast<std::size_t>(cell)];
+        const float w =
+            0.5f *
+            (std::sin(0.15f * i + 2.0f * phase) * std::cos(0.3f * phase + 0.2f * i + 1.0f) +
+             std::sin(0.12f * j + 1.0f + 3.0f * phase) * std::cos(0.2f * phase + 0.3f * j + 3.0f) -
+             std::cos(0.1f * phase + 0.4f * k + 5.0f) * std::sin(4.0f * phase + 0.11f * k + 2.0f));
+        p = std::max(w > 0.1f ? w * gain : p - fade, 0.0f);
     }
 }
 
@@ -48,11 +48,6 @@ void advancePerCell(std::vector<float>& level, float phase, float fade, float ga
 
 int main()
 {
-    constexpr float FRAME = 1.0f / 60.0f; // seconds
-    constexpr float FADE = 0.3f * FRAME;
-    constexpr float GAIN = 0.8f;
-    constexpr int FRAMES = 300;
-
     PlasmaField field;
     std::vector<float> expected(PlasmaField::COUNT, 0.0f);
     float largestDifference = 0.0f;

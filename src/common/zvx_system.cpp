@@ -13,6 +13,7 @@ constexpr std::size_t LOG_BUFFER_SIZE = 2048; // bytes, terminator included
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-function-size): one parameter for each thing a line says
 void zvx_megasuperlogger(const char* type, const char* domain, const char* file, int line,
                          const char* function, const char* format, ...)
 {

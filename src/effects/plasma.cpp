@@ -9,6 +9,7 @@
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_quat.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -167,7 +168,7 @@ void Plasma::drawPanels(float time)
     DisplayObsolete::setBlending(true);
     DisplayObsolete::setTexturing(true);
 
-    const float brightness[] = {mLogo1.get(time), mLogo2.get(time)};
+    const std::array brightness = {mLogo1.get(time), mLogo2.get(time)};
     for (std::size_t panel = 0; panel < mLogoTexture.size(); ++panel) {
         const float side = panel == 0 ? 1.0f : -1.0f;
         Matrix4x4Col transform;

@@ -26,21 +26,35 @@ Axis evaluateAxis(Wave wave)
     return axis;
 }
 
+/** How the levels change in one frame. */
+struct Change {
+    float fade = 0.0f;
+    float gain = 0.0f;
+};
+
+/** Advances the cells along the last axis; `row` is what the other two axes add to the pattern. */
+void advanceRow(float* level, float row, const Axis& along, Change change)
+{
+    for (std::size_t k = 0; k < along.size(); ++k) {
+        const float wave = 0.5f * (row - along[k]);
+        const float lit = wave > THRESHOLD ? wave * change.gain : level[k] - change.fade;
+        level[k] = std::max(lit, 0.0f);
+    }
+}
+
 } // namespace
 
 PlasmaField::PlasmaField()
 {
-    std::size_t index = 0;
-    for (int i = 0; i < SIZE; ++i) {
-        for (int j = 0; j < SIZE; ++j) {
-            for (int k = 0; k < SIZE; ++k, ++index) {
-                mRest[index] =
-                    Vector3f(static_cast<float>(i) - MIDDLE, static_cast<float>(j) - MIDDLE,
-                             static_cast<float>(k) - MIDDLE);
-                mDistance[index] = mRest[index].length();
-                mRipple[index] = std::sin(mDistance[index] / RIPPLE_LENGTH);
-            }
-        }
+    for (int cell = 0; cell < COUNT; ++cell) {
+        const auto index = static_cast<std::size_t>(cell);
+        const int plane = cell / (SIZE * SIZE);
+        const int row = cell / SIZE % SIZE;
+        mRest[index] =
+            Vector3f(static_cast<float>(plane) - MIDDLE, static_cast<float>(row) - MIDDLE,
+                     static_cast<float>(cell % SIZE) - MIDDLE);
+        mDistance[index] = mRest[index].length();
+        mRipple[index] = std::sin(mDistance[index] / RIPPLE_LENGTH);
     }
 }
 
@@ -59,12 +73,7 @@ void PlasmaField::advance(float phase, float fade, float gain)
     float* level = mLevel.data();
     for (const float i : alongI) {
         for (const float j : alongJ) {
-            const float row = i + j;
-            for (std::size_t k = 0; k < alongK.size(); ++k) {
-                const float wave = 0.5f * (row - alongK[k]);
-                const float lit = wave > THRESHOLD ? wave * gain : level[k] - fade;
-                level[k] = std::max(lit, 0.0f);
-            }
+            advanceRow(level, i + j, alongK, {fade, gain});
             level += SIZE;
         }
     }
