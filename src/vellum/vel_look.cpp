@@ -8,6 +8,8 @@ namespace zavex::vellum {
 
 namespace {
 
+constexpr int SEGMENTS_BY_SIZE = -1;
+
 /** An opaque colour from 0xRRGGBB. */
 style::Color rgb(unsigned code)
 {
@@ -22,18 +24,22 @@ void setFlat(style::Color& first, style::Color& second, unsigned code)
     first = second = rgb(code);
 }
 
+ColorPair ownPair(const style::colorInfo& set, Look look)
+{
+    switch (look) {
+        case Look::HOVERED: return {set.mHighlight1, set.mHighlight2};
+        case Look::PRESSED: return {set.mPushed1, set.mPushed2};
+        case Look::INACTIVE: return {set.mInactive1, set.mInactive2};
+        default: return {set.mColor1, set.mColor2};
+    }
+}
+
 } // namespace
 
 ColorPair pick(const style::colorInfo& set, Look look)
 {
-    const ColorPair normal{set.mColor1, set.mColor2};
-    if (look == Look::HOVERED)
-        return set.mHighlight1.w != 0.0f ? ColorPair{set.mHighlight1, set.mHighlight2} : normal;
-    if (look == Look::PRESSED)
-        return set.mPushed1.w != 0.0f ? ColorPair{set.mPushed1, set.mPushed2} : normal;
-    if (look == Look::INACTIVE)
-        return set.mInactive1.w != 0.0f ? ColorPair{set.mInactive1, set.mInactive2} : normal;
-    return normal;
+    const ColorPair pair = ownPair(set, look);
+    return pair.first.w != 0.0f ? pair : ColorPair{set.mColor1, set.mColor2};
 }
 
 style widgetStyle()
@@ -83,6 +89,12 @@ void fillBox(Render& render, const ColorPair& colors, const Render::Area& area, 
     render.drawBox(area, gradient);
 }
 
+void fillCircle(Render& render, const ColorPair& colors, const Render::Area& area)
+{
+    render.setColor(colors.first, colors.second);
+    render.drawCircle(area, SEGMENTS_BY_SIZE, 0.0f);
+}
+
 void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
                bool focused)
 {
@@ -91,9 +103,8 @@ void drawField(Render& render, const style& colors, const Render::Area& area, Lo
 
     Render::Area body = area;
     body.expand(-1.0f);
-    if (body.getWidth() <= 0.0f || body.getHeight() <= 0.0f)
-        return;
-    fillBox(render, pick(colors.mBack, look), body);
+    if (body.getWidth() > 0.0f && body.getHeight() > 0.0f)
+        fillBox(render, pick(colors.mBack, look), body);
 }
 
 void drawLabel(Render& render, const style& colors, const std::string& text,

@@ -42,6 +42,9 @@ bool isShown(Control& control);
 void fillBox(Render& render, const ColorPair& colors, const Render::Area& area,
              int gradient = Render::GRADIENT_VERTICAL);
 
+/** The ellipse inscribed in `area`, in the first colour. */
+void fillCircle(Render& render, const ColorPair& colors, const Render::Area& area);
+
 /**
  * A body with a border one pixel wide: filled with the `mBack` pair of the look.
  *

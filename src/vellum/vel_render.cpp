@@ -249,6 +249,20 @@ void Render::drawCircle(const Area& box, int segments, float start)
     DisplayObsolete::drawTriangleFan(mFan.data(), mFan.size());
 }
 
+void Render::drawImage(display::Texture& texture, const Area& box)
+{
+    const auto place = [&](float x, float y, float u, float v) {
+        return DisplayObsolete::Vertex{Vector3f(x, y, 0.0f), Vector2f(u, v), mColor};
+    };
+    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
+    display::Immediate::State& state = display::Immediate::live().change();
+    state.texture = &texture;
+    state.texturing = true;
+    DisplayObsolete::drawQuad(
+        {place(box.mMin.x, box.mMin.y, 0.0f, 0.0f), place(box.mMax.x, box.mMin.y, 1.0f, 0.0f),
+         place(box.mMax.x, box.mMax.y, 1.0f, 1.0f), place(box.mMin.x, box.mMax.y, 0.0f, 1.0f)});
+}
+
 void Render::drawText(const std::string& text, Vector2f position)
 {
     blendByAlpha();

@@ -13,7 +13,8 @@
 
 namespace zavex::display {
 class DisplayGL;
-}
+class Texture;
+} // namespace zavex::display
 
 namespace zavex::vellum {
 
@@ -92,6 +93,9 @@ public:
      * @param start     Angle of the first rim point in whole turns, from the bottom on.
      */
     virtual void drawCircle(const Area& box, int segments, float start);
+
+    /** The whole picture in `box`, its colours times the first colour. */
+    virtual void drawImage(display::Texture& texture, const Area& box);
 
     /** Text in the first colour, vertically centred on `position`. */
     virtual void drawText(const std::string& text, mathbase::Vector2f position);

@@ -49,11 +49,8 @@ void Slider::draw(Area area, Area parent, Area clip)
 
     Render& render = getRender();
     const float start = handleStart();
-    const ColorPair handle = pick(mStyle.mCaption, state);
-    render.setColor(mStyle.mBack.mPushed1, mStyle.mBack.mPushed2);
-    render.drawBox(stretch(area, 0.0f, start), Render::GRADIENT_VERTICAL);
-    render.setColor(handle.first, handle.second);
-    render.drawBox(stretch(area, start, start + handleLength()), Render::GRADIENT_VERTICAL);
+    fillBox(render, pick(mStyle.mBack, Look::PRESSED), stretch(area, 0.0f, start));
+    fillBox(render, pick(mStyle.mCaption, state), stretch(area, start, start + handleLength()));
     Widget::draw(area, parent, clip);
 }
 

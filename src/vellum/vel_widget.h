@@ -34,6 +34,9 @@ public:
 protected:
     // Positions are in the control's own coordinates, (0, 0) at its top-left corner.
 
+    /** The pointer moved, inside the control or, seldom, beyond it. */
+    virtual void hover([[maybe_unused]] const Event& event) {}
+
     virtual void press([[maybe_unused]] const Event& event) {}
 
     /** The pointer moved while the control is held. */

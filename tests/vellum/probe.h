@@ -33,6 +33,7 @@ public:
     void drawBorder(const Area& box) override;
     void drawLine(const Vector2f&, const Vector2f&) override {}
     void drawCircle(const Area&, int, float) override {}
+    void drawImage(display::Texture&, const Area& box) override { images.push_back(box); }
     void drawText(const std::string& text, Vector2f position) override;
     float getTextLength(const std::string& text) override;
     void setClipArea(Area area) override;
@@ -41,6 +42,7 @@ public:
     std::vector<Area> boxes;
     std::vector<mathbase::Vector4f> boxColors;
     std::vector<Area> borders;
+    std::vector<Area> images;
     std::vector<Area> clips;
     std::vector<Text> texts;
 

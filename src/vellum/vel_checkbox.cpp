@@ -1,0 +1,45 @@
+#include "vellum/vel_checkbox.h"
+
+namespace zavex::vellum {
+
+namespace {
+
+constexpr float MARK_INSET = 3.0f; // pixels
+
+} // namespace
+
+Checkbox::Checkbox()
+{
+    mType = "checkbox";
+    mId = "checkbox";
+    mCaption = "checkbox";
+}
+
+Control* Checkbox::clone()
+{
+    return new Checkbox;
+}
+
+void Checkbox::setChecked(int index, bool checked)
+{
+    switchOption(index, checked);
+}
+
+void Checkbox::choose(int index)
+{
+    const bool checked = !isChecked(index);
+    setChecked(index, checked);
+    sendAction(checked ? ACTION_CHECKBOX_ON : ACTION_CHECKBOX_OFF);
+}
+
+void Checkbox::drawMark(const Area& box, Look look, bool checked, bool focused)
+{
+    Render& render = getRender();
+    vellum::drawField(render, mStyle, box, look, focused);
+    Area mark = box;
+    mark.expand(-MARK_INSET);
+    if (checked)
+        fillBox(render, pick(mStyle.mCaption, look), mark);
+}
+
+} // namespace zavex::vellum
