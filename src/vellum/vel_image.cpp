@@ -90,6 +90,7 @@ void Image::loadTexture()
     mWanted = false;
     Texture::TextureDeclaration declaration;
     declaration.repeatMode = 0;
+    declaration.useMipmaps = false; // they would stretch the picture to powers of two
     mTexture = display->createTexture(mFile, declaration, false);
     try {
         if (mTexture->isDisposed())
