@@ -2,6 +2,7 @@
 
 #include "vellum/vel_area.h"
 #include "vellum/vel_control_watch.h"
+#include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
 #include "display/dis_display.h"
@@ -44,8 +45,7 @@ Control* Context::clone()
 void Context::load(xml::IteratorConst& element)
 {
     Control::load(element);
-    for (xml::IteratorConst item = element.createIterator("item"); ++item;)
-        addOption(item->getValue("caption"), "")->load(item);
+    loadItems(element);
 }
 
 bool Context::acceptEvents(Event& event)
@@ -79,6 +79,7 @@ void Context::draw(Area area, Area, Area clip)
     render.drawBorder(area);
     for (std::int32_t i = 0; i < getChildCount(); ++i)
         drawRow(area, i);
+    render.setAlign(display::Font::ALIGN_CENTER);
     if (Control* submenu = getOrder(mExpanded))
         submenu->draw(submenu->getArea() + area.mMin, area, clip);
 }
@@ -96,6 +97,7 @@ Context* Context::addOption(const std::string& caption, const std::string& id)
     auto* option = new Context;
     option->setCaption(caption);
     option->setName(id);
+    option->mStyle = mStyle;
     addControl(option, -1);
     return option;
 }
@@ -160,17 +162,34 @@ void Context::sendContextEvent(Event& event)
         owner.sendContextAction(this, action);
 }
 
-float Context::rowTop(const Area& area, std::int32_t index) const
+void Context::loadItems(xml::IteratorConst& element)
 {
-    return area.mMin.y + mBorder + static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
+    for (xml::IteratorConst item = element.createIterator("item"); ++item;)
+        addOption(item->getValue("caption"), "")->load(item);
 }
 
-/** The row at a point in the parent's coordinates; -1 when there is none. */
+void Context::setColors(const style& owner)
+{
+    mStyle = owner;
+    if (owner.mText.mHighlight1.w == 0.0f)
+        mStyle.mText.mHighlight1 = owner.mCaption.mColor1;
+    if (owner.mText.mHighlight2.w == 0.0f)
+        mStyle.mText.mHighlight2 = pick(owner.mCaption, Look::HOVERED).first;
+    for (Control* option : mOrder)
+        if (auto* submenu = dynamic_cast<Context*>(option))
+            submenu->setColors(owner);
+}
+
+float Context::rowOffset(std::int32_t index) const
+{
+    return static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
+}
+
 std::int32_t Context::rowAt(Vector2f point)
 {
     const Area area = getArea();
     for (std::int32_t i = 0; i < getChildCount(); ++i) {
-        const float top = rowTop(area, i);
+        const float top = area.mMin.y + mBorder + rowOffset(i);
         if (contains(Area(area.mMin.x, top, area.mMax.x, top + ROW_HEIGHT), point))
             return i;
     }
@@ -203,8 +222,7 @@ void Context::unfold(std::int32_t index)
         return;
     const Area area = getArea();
     mExpanded = index;
-    submenu->setPosition(
-        Vector2f(area.getWidth() + 1.0f, static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT)));
+    submenu->setPosition(Vector2f(area.getWidth() + 1.0f, rowOffset(index)));
     if (!submenu->getParent())
         submenu->setParent(this);
     submenu->resize(area.mMin);
@@ -221,7 +239,6 @@ int Context::passToSubmenu(const Event& event)
     return submenu->handleEvent(local);
 }
 
-/** Reports the selected row to the owner and closes the menu. */
 int Context::choose()
 {
     Event choice;
@@ -242,8 +259,10 @@ void Context::drawRow(const Area& area, std::int32_t index)
     Control& option = *getOrder(index);
     const float left = area.mMin.x + mBorder;
     const float right = area.mMax.x - mBorder;
-    const float top = rowTop(area, index);
+    const float top = area.mMin.y + mBorder + rowOffset(index);
     const float middle = top + ROW_HEIGHT / 2.0f;
+    if (right <= left)
+        return; // narrower than its own border
     if (index == mSelected) {
         render.setColor(mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2);
         render.drawBox(Area(left, top, right, top + ROW_HEIGHT), Render::GRADIENT_VERTICAL);

@@ -33,7 +33,10 @@ public:
 
     virtual void deleteOptions();
 
-    /** Appends a row, owned by this menu, and returns it so that it can be given rows in turn. */
+    /**
+     * Appends a row, owned by this menu, and returns it so that it can be given rows in turn. It
+     * starts with this menu's colours.
+     */
     virtual Context* addOption(const std::string& caption, const std::string& id);
 
     /**
@@ -49,6 +52,9 @@ public:
     /** @param width  In pixels; at most 0 lets the menu follow its longest caption. */
     virtual void setFixedWidth(float width);
 
+    /** Adds a row for each "item" sub-element. */
+    void loadItems(xml::IteratorConst& element);
+
     /**
      * Sizes the menu for its rows and moves it up where it would leave the window at the bottom.
      *
@@ -59,7 +65,26 @@ public:
     /** Puts this menu's caption before the action and passes it on, up to the owner. */
     virtual void sendContextEvent(Event& event);
 
+    /**
+     * Takes over the colours of an owner, for the submenus too. Where the owner's text has none for
+     * them, the marked row is written in the colour of its marks (`mCaption`) and the selected row
+     * in the hovered one.
+     */
+    void setColors(const style& owner);
+
+    /** The row under the pointer, or last chosen; -1 when there is none. */
+    std::int32_t getSelected() const { return mSelected; }
+
 protected:
+    /** The row at a point in the parent's coordinates; -1 when there is none. */
+    std::int32_t rowAt(mathbase::Vector2f point);
+
+    /** Reports the selected row to the owner and closes the menu; the result is 1. */
+    int choose();
+
+    /** Vertical distance of row `index` from the first one, in pixels. */
+    float rowOffset(std::int32_t index) const;
+
     float mBorder = 5.0f;       // pixels inside the box
     float mUnfoldSpace = 20.0f; // pixels kept for the submenu marker
     float mRowSpacing = 5.0f;   // pixels between rows
@@ -69,13 +94,10 @@ protected:
     std::string mHighlighted;
 
 private:
-    float rowTop(const Area& area, std::int32_t index) const;
-    std::int32_t rowAt(mathbase::Vector2f point);
     float captionWidth();
     void hoverRow(std::int32_t index);
     void unfold(std::int32_t index);
     int passToSubmenu(const Event& event);
-    int choose();
     void drawRow(const Area& area, std::int32_t index);
     const style::Color& rowColor(Control& option, std::int32_t index) const;
 };

@@ -271,6 +271,14 @@ TEST_F(ContextTest, CutsCaptionsThatDoNotFit)
     menu.resize(Vector2f(0, 0));
     drawMenu();
     EXPECT_EQ(root.render.texts.at(7).text, "");
+
+    menu.setFixedWidth(9.0f); // less than both borders
+    menu.resize(Vector2f(0, 0));
+    sendToMenu("mousemove", Vector2f(55, 30));
+    root.render.boxes.clear();
+    drawMenu();
+    ASSERT_EQ(root.render.boxes.size(), 1u) << "no room for a selected row";
+    EXPECT_EQ(text(root.render.boxes[0]), "50 20 59 70");
 }
 
 TEST_F(ContextTest, DrawsTheUnfoldedSubmenuAfterItsRows)
