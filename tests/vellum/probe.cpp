@@ -1,4 +1,5 @@
 #include "vellum/probe.h"
+#include "vellum/vel_context.h"
 
 #include "xml/xml_iteratorconst.h"
 #include "xml/xml_parser.h"
@@ -87,6 +88,23 @@ int Probe::count(const std::string& type) const
 Root::Root(Area area) : Probe("root", area)
 {
     mType = "workspace";
+}
+
+void Screen::setContext(Context* context)
+{
+    mOpen = context;
+    Workspace::setContext(context);
+}
+
+void Screen::resetContext()
+{
+    mOpen = nullptr;
+    Workspace::resetContext();
+}
+
+std::string Screen::openMenu()
+{
+    return mOpen ? mOpen->getCaption() : "";
 }
 
 void Observer::contextAction(Context*, const std::string& action)

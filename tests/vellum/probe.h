@@ -3,6 +3,7 @@
 #include "vellum/vel_callback.h"
 #include "vellum/vel_control.h"
 #include "vellum/vel_render.h"
+#include "vellum/vel_workspace.h"
 
 #include <functional>
 #include <string>
@@ -96,6 +97,27 @@ public:
 
     RecordingRender render;
     Context* menu = nullptr;
+};
+
+/** A real workspace, drawing into a record, that tells which pop-up menu is open. */
+class Screen final : public Workspace {
+public:
+    Screen() { setArea(Area(0, 0, 400, 300)); }
+
+    Render& getRender() override { return render; }
+    void setContext(Context* context) override;
+    void resetContext() override;
+
+    /** Null when no menu is open. */
+    Context* getOpen() { return mOpen; }
+
+    /** The open menu's caption; empty without one. */
+    std::string openMenu();
+
+    RecordingRender render;
+
+private:
+    Context* mOpen = nullptr;
 };
 
 /** Notes the actions it hears of and calls `onAction` for each. */

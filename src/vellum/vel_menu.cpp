@@ -1,0 +1,54 @@
+#include "vellum/vel_menu.h"
+
+#include "vellum/vel_menu_frame.h"
+
+#include "xml/xml_iteratorconst.h"
+
+namespace zavex::vellum {
+
+Menu::Menu() : mFrame(new MenuFrame)
+{
+    mType = "menu";
+    mId = "menu";
+    Flow::addControl(mFrame);
+    setPercent(mFrame, 100.0f);
+    Menu::setCaption("menu");
+}
+
+Control* Menu::clone()
+{
+    return new Menu;
+}
+
+void Menu::load(xml::IteratorConst& element)
+{
+    const std::string& styleClass = element->getValue("class");
+    loadStyleClass(*mFrame, styleClass.empty() ? mFrame->getType() : styleClass);
+    Flow::load(element);
+    getRows().loadItems(element);
+}
+
+void Menu::loadStyle(xml::IteratorConst& element)
+{
+    Flow::loadStyle(element);
+    mFrame->loadStyle(element);
+}
+
+void Menu::setCaption(const std::string& caption)
+{
+    Flow::setCaption(caption);
+    getRows().setCaption(caption);
+}
+
+int Menu::handleEvent(Event& event)
+{
+    // A choice has come from the rows and ends here; it has no position to route it by.
+    return event.type == "context" ? 0 : Flow::handleEvent(event);
+}
+
+Context& Menu::getRows()
+{
+    return mFrame->getRows();
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,171 @@
+#include "vellum/vel_menu_bar.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_render.h"
+
+#include "display/dis_font.h"
+#include "xml/xml_iteratorconst.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+MenuBar::MenuBar()
+{
+    mType = "menubar";
+    mId = "menubar";
+    mCaption = "menubar";
+    mStyle = widgetStyle();
+}
+
+Control* MenuBar::clone()
+{
+    return new MenuBar;
+}
+
+void MenuBar::load(xml::IteratorConst& element)
+{
+    Control::load(element);
+    for (xml::IteratorConst item = element.createIterator("item"); ++item;)
+        addItem(item);
+}
+
+bool MenuBar::acceptEvents(Event& event)
+{
+    return mClicked || Control::acceptEvents(event);
+}
+
+int MenuBar::handleEvent(Event& event)
+{
+    const int handled = Control::handleEvent(event);
+
+    if (event.type == "reset")
+        hover(-1);
+    else if (event.type == "mousemove")
+        hover(titleAt(event.mousePos));
+    else if (event.type == "mousedown")
+        press(titleAt(event.mousePos), event.button);
+    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && mClicked)
+        release();
+    return handled;
+}
+
+void MenuBar::resetContext()
+{
+    mMouseOverIndex = -1;
+    Control::resetContext();
+}
+
+void MenuBar::draw(Area area, Area parent, Area clip)
+{
+    drawField(getRender(), mStyle, area, mInactive ? Look::INACTIVE : Look::NORMAL, false);
+    for (std::size_t i = 0; i < mMenu.size(); ++i)
+        drawTitle(i, area);
+    Control::draw(area, parent, clip);
+}
+
+void MenuBar::addItem(xml::IteratorConst& item)
+{
+    auto menu = std::make_unique<ContextData>();
+    menu->setCaption(item->getValue("caption"));
+    menu->load(item);
+    menu->setParent(this);
+    mMenu.push_back(std::move(menu));
+}
+
+void MenuBar::setMenuContext(std::int32_t index)
+{
+    mMouseOverIndex = index;
+    Context& menu = *mMenu.at(static_cast<std::size_t>(index));
+    const Area world = getAreaWorld();
+    menu.setColors(mStyle);
+    menu.setPosition(
+        Vector2f(world.mMin.x + titleArea(static_cast<std::size_t>(index)).mMin.x, world.mMax.y));
+    setContext(&menu);
+}
+
+/** The title at a point of the bar; -1 when there is none. */
+std::int32_t MenuBar::titleAt(Vector2f point)
+{
+    for (std::size_t i = 0; i < mMenu.size(); ++i)
+        if (contains(titleArea(i), point))
+            return static_cast<std::int32_t>(i);
+    return -1;
+}
+
+/** The rectangle of a title's text, as high as the bar, in the bar's coordinates. */
+Control::Area MenuBar::titleArea(std::size_t index)
+{
+    Render& render = getRender();
+    float left = mBarOffset;
+    for (std::size_t i = 0; i < index; ++i)
+        left += render.getTextLength(mMenu[i]->getCaption()) + mBarSpacing;
+    const float width = render.getTextLength(mMenu[index]->getCaption());
+    return {left, 0.0f, left + width, getArea().getHeight()};
+}
+
+/** Takes note of the title under the pointer, none at -1; an open menu moves along to it. */
+void MenuBar::hover(std::int32_t index)
+{
+    for (std::size_t i = 0; i < mMenu.size(); ++i)
+        mMenu[i]->mMouseOver = static_cast<std::int32_t>(i) == index;
+    mMouseInsideIndex = index >= 0;
+    if (!mClicked)
+        mMouseOverIndex = mInactive ? -1 : index;
+    else if (mMouseInsideIndex && mMouseOverIndex >= 0 && index != mMouseOverIndex)
+        setMenuContext(index);
+}
+
+/** The left button opens the menu of the title under it, any other one closes what is open. */
+void MenuBar::press(std::int32_t index, display::MouseButton button)
+{
+    hover(index);
+    if (button != display::MOUSE_LEFT) {
+        if (mClicked)
+            close();
+    } else if (index >= 0 && !mInactive) {
+        mFirstHit = !mClicked;
+        mClicked = true;
+        setMenuContext(index);
+    }
+}
+
+void MenuBar::release()
+{
+    if (mFirstHit && mMouseInsideIndex)
+        mFirstHit = false;
+    else
+        close();
+}
+
+void MenuBar::close()
+{
+    mClicked = false;
+    mFirstHit = false;
+    resetContext();
+}
+
+void MenuBar::drawTitle(std::size_t index, const Area& area)
+{
+    Render& render = getRender();
+    const Area title = titleArea(index) + area.mMin;
+    const bool marked = static_cast<std::int32_t>(index) == mMouseOverIndex;
+    const Look look = mInactive ? Look::INACTIVE : marked ? Look::HOVERED : Look::NORMAL;
+    if (marked) {
+        const float margin = std::min(mBarOffset, mBarSpacing / 2.0f);
+        const ColorPair body = pick(mStyle.mBack, mClicked ? Look::PRESSED : look);
+        render.setColor(body.first, body.second);
+        render.drawBox(
+            Area(title.mMin.x - margin, title.mMin.y, title.mMax.x + margin, title.mMax.y),
+            Render::GRADIENT_VERTICAL);
+    }
+    drawLabel(render, mStyle, mMenu[index]->getCaption(),
+              Vector2f(title.mMin.x, title.getCenter().y), title.getWidth(),
+              display::Font::ALIGN_LEFT, look);
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,110 @@
+#include "vellum/vel_menu_frame.h"
+
+#include "vellum/vel_look.h"
+
+#include "display/dis_key.h"
+
+#include <cstdint>
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+/** The rows of a menu that stays open: its submenus open as pop-ups, at a press. */
+class Rows final : public Context {
+public:
+    Control* clone() override { return new Rows; }
+    int handleEvent(Event& event) override;
+
+private:
+    void press();
+    int release();
+    void openSubmenu(Context& submenu);
+
+    std::int32_t mPressed = -1; // the row that the left button went down on
+};
+
+int Rows::handleEvent(Event& event)
+{
+    if (event.type == "reset")
+        mSelected = -1;
+    else if (event.type == "mousemove")
+        mSelected = rowAt(event.mousePos);
+    else if (event.type == "mousedown" && event.button == display::MOUSE_LEFT)
+        press();
+    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT)
+        return release();
+    return 0;
+}
+
+void Rows::press()
+{
+    mPressed = -1;
+    auto* row = dynamic_cast<Context*>(getOrder(mSelected));
+    if (!row)
+        return;
+    if (row->getChildCount() > 0)
+        openSubmenu(*row);
+    else
+        mPressed = mSelected;
+}
+
+int Rows::release()
+{
+    const bool chosen = getOrder(mSelected) && mSelected == mPressed;
+    mPressed = -1;
+    return chosen ? choose() : 0;
+}
+
+void Rows::openSubmenu(Context& submenu)
+{
+    const Area world = getAreaWorld();
+    submenu.setPosition(world.mMin + Vector2f(world.getWidth() + 1.0f, rowOffset(mSelected)));
+    setContext(&submenu);
+}
+
+} // namespace
+
+MenuFrame::MenuFrame() : mRows(new Rows)
+{
+    mType = "menuframe";
+    mId = "menuframe";
+    mStyle = widgetStyle();
+    mRows->setColors(mStyle);
+    mRows->setMaximized(true);
+    addControl(mRows);
+}
+
+Control* MenuFrame::clone()
+{
+    return new MenuFrame;
+}
+
+void MenuFrame::loadStyle(xml::IteratorConst& element)
+{
+    Frame::loadStyle(element);
+    mRows->setColors(mStyle);
+}
+
+int MenuFrame::handleEvent(Event& event)
+{
+    if (event.type == "context")
+        return mParent ? mParent->handleEvent(event) : 0;
+    return Frame::handleEvent(event);
+}
+
+void MenuFrame::sendContextAction(Context* context, const std::string& action)
+{
+    if (mParent)
+        mParent->sendContextAction(context, action);
+}
+
+void MenuFrame::draw(Area area, Area parent, Area clip)
+{
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the rows have body and border of their own
+    Control::draw(area, parent, clip);
+}
+
+} // namespace zavex::vellum
