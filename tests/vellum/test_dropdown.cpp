@@ -1,0 +1,150 @@
+#include "vellum/probe.h"
+#include "vellum/vel_context.h"
+#include "vellum/vel_dropdown.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace zavex::vellum::test {
+
+namespace {
+
+/** A field of 60 x 20 at (10, 10); its list opens at y 30, with rows from 35 on, 15 apart. */
+struct DropdownTree {
+    explicit DropdownTree(const std::string& options = R"(<option id="s" name="same"/>
+        <option id="t" name="same" default="true"/><option id="l" name="a long name"/>)")
+    {
+        screen.addControl(dropdown);
+        loadFrom(*dropdown,
+                 "<vellum><dropdown>" + options +
+                     R"(<area x="10" y="10" width="60" height="20"/></dropdown></vellum>)");
+        screen.setCallback(&observer);
+    }
+
+    void click(Vector2f position)
+    {
+        send(screen, "mousemove", position);
+        send(screen, "mousedown", position);
+        send(screen, "mouseup", position);
+    }
+
+    Screen screen;
+    Dropdown* dropdown = new Dropdown;
+    Observer observer;
+};
+
+struct DefaultCase {
+    const char* name;
+    const char* options;
+    const char* id;
+    const char* shown;
+
+    friend void PrintTo(const DefaultCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr DefaultCase DEFAULT_CASES[] = {
+    {"None",        "",                                                                       "",  ""   },
+    {"TheFirst",    "<option id='a' name='one'/><option id='b' name='two'/>",                 "a", "one"},
+    {"TheMarked",   "<option id='a' name='one'/><option id='b' name='two' default='true'/>",  "b",
+     "two"                                                                                              },
+    {"NotTheFalse", "<option id='a' name='one'/><option id='b' name='two' default='false'/>", "a",
+     "one"                                                                                              },
+    {"TheLast",
+     "<option id='a' name='one' default='true'/><option id='b' name='two' default='true'/>",  "b",
+     "two"                                                                                              },
+};
+
+class DropdownDefault : public testing::TestWithParam<DefaultCase> {};
+
+TEST_P(DropdownDefault, IsSelectedWithoutAReport)
+{
+    DropdownTree tree(GetParam().options);
+    EXPECT_EQ(tree.dropdown->getValueId(), GetParam().id);
+    EXPECT_EQ(tree.dropdown->getValueName(), GetParam().shown);
+    EXPECT_TRUE(tree.observer.heard.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DropdownDefault, testing::ValuesIn(DEFAULT_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST(Dropdown, OpensAListBelowThatIsWideEnough)
+{
+    DropdownTree tree;
+    tree.click(Vector2f(10, 10));
+    ASSERT_TRUE(tree.screen.getOpen()) << "the first release leaves it open";
+    EXPECT_EQ(text(tree.screen.getOpen()->getArea()), "10 30 106 80") << "66 for the name, 30 more";
+    tree.click(Vector2f(300, 200));
+    EXPECT_FALSE(tree.screen.getOpen());
+
+    tree.dropdown->deleteOptions();
+    tree.click(Vector2f(10, 10));
+    EXPECT_FALSE(tree.screen.getOpen()) << "nothing to choose from";
+    tree.dropdown->addOption("x", "x");
+    tree.click(Vector2f(69, 29));
+    EXPECT_EQ(text(tree.screen.getOpen()->getArea()), "10 30 70 50") << "at least like the field";
+}
+
+TEST(Dropdown, ReportsAChoiceThatIsAnother)
+{
+    DropdownTree tree;
+    std::string ids;
+    for (const float row : {40.0f, 40.0f, 70.0f}) {
+        tree.click(Vector2f(20, 20));
+        tree.click(Vector2f(20, row));
+        ids += tree.dropdown->getValueId() + tree.screen.openMenu();
+    }
+    EXPECT_EQ(ids, "ssl") << "and nothing is open any more";
+    ASSERT_EQ(tree.observer.heard.size(), 2u);
+    EXPECT_EQ(tree.observer.heard[0].control, tree.dropdown);
+    EXPECT_EQ(tree.observer.heard[0].action, ACTION_DROPDOWN_CHANGED);
+}
+
+TEST(Dropdown, StepsWithTheKeysAndStopsAtTheEnds)
+{
+    DropdownTree tree;
+    std::string ids;
+    for (const display::Key key : {display::KEY_DOWN, display::KEY_DOWN, display::KEY_UP,
+                                   display::KEY_UP, display::KEY_UP}) {
+        pressKey(tree.screen, key);
+        ids += tree.dropdown->getValueId();
+    }
+    EXPECT_EQ(ids, "lltss");
+    EXPECT_EQ(tree.observer.heard.size(), 3u);
+    pressKey(tree.screen, display::KEY_SPACE);
+    EXPECT_TRUE(tree.screen.getOpen());
+}
+
+TEST(Dropdown, NewOptionsLeaveTheFocusWhereItIs)
+{
+    DropdownTree tree;
+    tree.click(Vector2f(20, 20));
+    tree.click(Vector2f(300, 200));
+    Probe& other = addProbe(tree.screen, "other", Area(100, 100, 110, 110));
+    tree.dropdown->addOption("n", "new");
+    EXPECT_EQ(tree.screen.getFocus(), &other);
+}
+
+TEST(Dropdown, IsDeadWhenInactive)
+{
+    DropdownTree tree;
+    tree.dropdown->setInactive(true);
+    tree.click(Vector2f(20, 20));
+    pressKey(tree.screen, display::KEY_DOWN);
+    EXPECT_FALSE(tree.screen.getOpen());
+    EXPECT_EQ(tree.dropdown->getValueId(), "t");
+}
+
+TEST(Dropdown, MayBeDeletedByTheObserver)
+{
+    DropdownTree tree;
+    tree.observer.onAction = [&] { tree.screen.deleteControls(); };
+    tree.click(Vector2f(20, 20));
+    tree.click(Vector2f(20, 70));
+    EXPECT_EQ(tree.screen.getChildCount(), 0);
+    EXPECT_EQ(tree.observer.heard.size(), 1u);
+}
+
+} // namespace
+
+} // namespace zavex::vellum::test
