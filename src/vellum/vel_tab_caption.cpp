@@ -1,0 +1,148 @@
+#include "vellum/vel_tab_caption.h"
+
+#include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_render.h"
+#include "vellum/vel_tab_view.h"
+
+#include "display/dis_font.h"
+
+#include <algorithm>
+
+namespace zavex::vellum {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr float PADDING = 10.0f;    // pixels on both sides of a tab's text
+constexpr float MARK_HEIGHT = 2.0f; // pixels of the line above the selected tab
+
+} // namespace
+
+TabCaption::TabCaption()
+{
+    mType = "tabcaption";
+    mId = "tabcaption";
+    mCaption = "tabcaption";
+}
+
+Control* TabCaption::clone()
+{
+    return new TabCaption;
+}
+
+int TabCaption::handleEvent(Event& event)
+{
+    const ControlWatch self(*this);
+    const int handled = Widget::handleEvent(event);
+    if (self.isGone())
+        return handled;
+    if (event.type == "reset")
+        mHovered = -1;
+    else if (event.type == "mousemove")
+        mHovered = tabAt(event.mousePos);
+    return handled;
+}
+
+void TabCaption::draw(Area area, Area parent, Area clip)
+{
+    Render& render = getRender();
+    const ColorPair body = pick(mStyle.mBack, Look::INACTIVE);
+    render.setColor(body.first, body.second);
+    render.drawBox(area, Render::GRADIENT_VERTICAL);
+    const std::int32_t selected = view() ? view()->getSelected() : -1;
+    const float common = commonWidth();
+    float left = area.mMin.x;
+    for (std::int32_t page = 0; page < pageCount(); ++page) {
+        const float right = left + (common >= 0.0f ? common : wantedWidth(page));
+        drawTab(page, Area(left, area.mMin.y, right, area.mMax.y), page == selected);
+        left = right;
+    }
+    Control::draw(area, parent, clip);
+}
+
+void TabCaption::press(const Event& event)
+{
+    show(tabAt(event.mousePos));
+}
+
+bool TabCaption::pressKey(const Event& event)
+{
+    if (event.key != display::KEY_LEFT && event.key != display::KEY_RIGHT)
+        return false;
+    if (TabView* tabs = view())
+        show(tabs->getSelected() + (event.key == display::KEY_LEFT ? -1 : 1));
+    return true;
+}
+
+TabView* TabCaption::view() const
+{
+    return dynamic_cast<TabView*>(mParent);
+}
+
+std::int32_t TabCaption::pageCount() const
+{
+    return view() ? view()->getPageCount() : 0;
+}
+
+/** Width of the tab of a page that exists, in pixels, where there is room for all. */
+float TabCaption::wantedWidth(std::int32_t page)
+{
+    return getRender().getTextLength(view()->getPage(page)->getCaption()) + 2.0f * PADDING;
+}
+
+/** What every tab is as wide as, in pixels; -1 where each is as wide as it wants to be. */
+float TabCaption::commonWidth()
+{
+    float width = 0.0f;
+    for (std::int32_t page = 0; page < pageCount(); ++page)
+        width += wantedWidth(page);
+    const float space = getArea().getWidth();
+    return width > space ? space / static_cast<float>(pageCount()) : -1.0f;
+}
+
+/** The page whose tab is at a point of this control; -1 when there is none. */
+std::int32_t TabCaption::tabAt(Vector2f point)
+{
+    const float common = commonWidth();
+    const float height = getArea().getHeight();
+    float left = 0.0f;
+    for (std::int32_t page = 0; page < pageCount(); ++page) {
+        const float right = left + (common >= 0.0f ? common : wantedWidth(page));
+        if (contains(Area(left, 0.0f, right, height), point))
+            return page;
+        left = right;
+    }
+    return -1;
+}
+
+/** Shows a page, if there is such a one, and keeps the keyboard. */
+void TabCaption::show(std::int32_t page)
+{
+    if (page < 0 || page >= pageCount())
+        return;
+    view()->select(page);
+    setFocus(nullptr);
+}
+
+void TabCaption::drawTab(std::int32_t page, const Area& tab, bool selected)
+{
+    Render& render = getRender();
+    if (selected || page == mHovered) {
+        const ColorPair body = pick(mStyle.mBack, selected ? Look::NORMAL : Look::HOVERED);
+        render.setColor(body.first, body.second);
+        render.drawBox(tab, Render::GRADIENT_VERTICAL);
+    }
+    if (selected) {
+        const ColorPair mark =
+            pick(mStyle.mCaption, hasKeyboardFocus(*this) ? Look::HOVERED : Look::NORMAL);
+        render.setColor(mark.first, mark.second);
+        render.drawBox(Area(tab.mMin.x, tab.mMin.y, tab.mMax.x, tab.mMin.y + MARK_HEIGHT),
+                       Render::GRADIENT_VERTICAL);
+    }
+    drawLabel(view()->getPage(page)->getCaption(), tab.getCenter(), tab.getWidth() - PADDING,
+              display::Font::ALIGN_CENTER, mInactive ? Look::INACTIVE : Look::NORMAL);
+}
+
+} // namespace zavex::vellum

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "vellum/vel_widget.h"
+
+#include <cstdint>
+
+namespace zavex::vellum {
+
+class TabView;
+
+/**
+ * The row of tabs on top of a `TabView`, one for each page, as wide as the pages' captions or all
+ * equally narrow where there is no room for that. A press on a tab shows its page; with the
+ * keyboard focus left and right step through them. Empty anywhere else than in a tab view.
+ */
+class TabCaption : public Widget {
+public:
+    TabCaption();
+
+    Control* clone() override;
+    int handleEvent(Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
+
+protected:
+    void press(const Event& event) override;
+    bool pressKey(const Event& event) override;
+
+private:
+    TabView* view() const;
+    std::int32_t pageCount() const;
+    float wantedWidth(std::int32_t page);
+    float commonWidth();
+    std::int32_t tabAt(mathbase::Vector2f point);
+    void show(std::int32_t page);
+    void drawTab(std::int32_t page, const Area& tab, bool selected);
+
+    std::int32_t mHovered = -1; // tab under the pointer
+};
+
+} // namespace zavex::vellum

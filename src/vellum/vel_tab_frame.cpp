@@ -1,0 +1,28 @@
+#include "vellum/vel_tab_frame.h"
+
+#include "vellum/vel_look.h"
+
+#include "xml/xml_iteratorconst.h"
+
+namespace zavex::vellum {
+
+TabFrame::TabFrame()
+{
+    mType = "tabframe";
+    mId = "tabframe";
+    mCaption = "tabframe";
+    mStyle = widgetStyle();
+}
+
+Control* TabFrame::clone()
+{
+    return new TabFrame;
+}
+
+void TabFrame::load(xml::IteratorConst& element)
+{
+    Frame::load(element);
+    setCaption(element->getValue("caption"));
+}
+
+} // namespace zavex::vellum
