@@ -8,18 +8,25 @@
 #include "vellum/vel_checkbox.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
+#include "vellum/vel_dropdown.h"
 #include "vellum/vel_flow.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_image.h"
 #include "vellum/vel_knob.h"
 #include "vellum/vel_label.h"
 #include "vellum/vel_layout_stack.h"
+#include "vellum/vel_menu.h"
+#include "vellum/vel_menu_bar.h"
 #include "vellum/vel_panel.h"
 #include "vellum/vel_panel_frame.h"
 #include "vellum/vel_radio_button.h"
 #include "vellum/vel_scrollbars.h"
 #include "vellum/vel_slider.h"
+#include "vellum/vel_tab_caption.h"
+#include "vellum/vel_tab_frame.h"
+#include "vellum/vel_tab_view.h"
 #include "vellum/vel_text_input.h"
+#include "vellum/vel_tree_view.h"
 #include "vellum/vel_window.h"
 #include "vellum/vel_window_frame.h"
 
@@ -55,9 +62,9 @@ void registerControls(ControlFactory& factory)
 {
     [[maybe_unused]] static const bool registered = [&factory] {
         registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, Container, Context,
-                           Flow, Frame, Image, Knob, Label, LayoutStack, Panel, PanelFrame,
-                           RadioButton, Scrollbars, Slider, TextInput, Window, WindowFrame,
-                           Workspace>(factory);
+                           Dropdown, Flow, Frame, Image, Knob, Label, LayoutStack, Menu, MenuBar,
+                           Panel, PanelFrame, RadioButton, Scrollbars, Slider, TabView, TabCaption,
+                           TabFrame, TextInput, TreeView, Window, WindowFrame, Workspace>(factory);
         return true;
     }();
 }
