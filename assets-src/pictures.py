@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Draws the pictures of the show into demo/: white and hued type on black, for additive blending.
 
-Each picture has the size it is shown at in a window of 1024 x 768, and that size is a power of two
-in both directions, so that building mipmaps never resamples it. Needs python3-pil and fonts-inter.
+Each picture has the size it is shown at in a window of 1024 x 768. Those of the show are a power of
+two in both directions, so that building mipmaps never resamples them. Needs python3-pil and fonts-inter.
 """
 
 import pathlib
@@ -83,10 +83,20 @@ def invitation():
     return picture
 
 
+def emblem():
+    """For the gallery of controls, which shows a picture of its own size."""
+    picture = Picture((160, 48))
+    picture.text((80, 22), "afterglow", font("Light", 24), 3, WHITE)
+    picture.halo(4, 0.9, CYAN)
+    picture.rule((80, 40), 130, AMBER)
+    return picture
+
+
 def main():
     folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
     for name, make in (("intro", title), ("intro2", maker), ("invites", invitation)):
         make().save(folder / "plasma" / f"{name}.png")
+    emblem().save(folder / "gallery.png")
 
 
 if __name__ == "__main__":
