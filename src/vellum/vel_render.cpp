@@ -23,7 +23,11 @@ constexpr float NO_CLIPPING = -1.0f;
 constexpr int SEGMENTS_BY_SIZE = -1;
 constexpr int FEWEST_SEGMENTS = 3;
 constexpr int MOST_SEGMENTS = 65536; // more than the rim of a circle that fills a window has pixels
-constexpr int FARTHEST_PIXEL = 65536;   // more than a window is wide or high
+constexpr int FARTHEST_PIXEL = 65536; // more than a window is wide or high
+
+/** What a software renderer samples, in pixels, in the time that two more arrays take it. */
+constexpr float LARGEST_TEXTURED = 4096.0f;
+
 const Vector2f TEXT_SCALE(1.0f, -1.0f); // upright where y grows downwards
 
 /** The integer that is next to `value` towards 0, in lowest..highest; `lowest` for no number. */
@@ -68,8 +72,8 @@ Render::Area boxAround(const Vector2f& from, const Vector2f& to)
  * shape is drawn.
  *
  * What is drawn without texture goes through the solid point of the font's sheet, so that texts and
- * shapes have the same texture. What lies inside the clip area as a whole is not clipped, so that
- * controls with different clip areas have the same scissor.
+ * shapes have the same texture; large areas are left out. What lies inside the clip area as a whole
+ * is not clipped, so that controls with different clip areas have the same scissor.
  */
 class Render::SharedArray {
 public:
@@ -80,14 +84,17 @@ public:
           mScissorTest(mImmediate.state().scissorTest)
     {
         display::Immediate::State& state = mImmediate.change();
-        if (render.mSolid) {
-            state.texture = render.mSolid->texture;
-            state.texturing = true;
-        }
+        const Area clip = scissorArea(render.mWindowSize.y);
         bounds.setIntersect({Vector2f(0.0f, 0.0f), render.mWindowSize});
-        if (!mScissorTest || scissorArea(render.mWindowSize.y).isInside(bounds)) {
+        if (!mScissorTest || clip.isInside(bounds)) {
             state.scissor = {};
             state.scissorTest = false;
+        } else {
+            bounds.setIntersect(clip);
+        }
+        if (render.mSolid && bounds.getArea() <= LARGEST_TEXTURED) {
+            state.texture = render.mSolid->texture;
+            state.texturing = true;
         }
     }
 

@@ -22,9 +22,10 @@ namespace zavex::vellum {
  * Draws for the whole control tree: boxes, lines, circles and text in pixels from the window's
  * top-left corner, y growing downwards, each primitive in one colour or a gradient of two.
  *
- * Everything filled, borders and texts reach the driver in one array for as long as all of it lies
- * inside the clip areas of its time: shapes are drawn through the font's sheet, where that has a
- * solid point, and only what is really cut is clipped. Other states of the display hold.
+ * Shapes, borders and texts reach the driver in one array, however many clip areas they have:
+ * shapes are drawn through the font's sheet, where that has a solid point, and only what is really
+ * cut is clipped. Lines, cut shapes and large areas (more than 4096 pixels) have arrays of their
+ * own. The display's other states hold.
  *
  * The workspace owns one. Everything is virtual so that a double can record what controls draw
  * where there is no window.

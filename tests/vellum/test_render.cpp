@@ -363,14 +363,61 @@ void drawScreen(Render& render)
     display::DisplayObsolete::flush();
 }
 
+/** How many arrays the driver gets for what `draw` draws. */
+template <typename Draw>
+unsigned long arraysOf(Draw draw)
+{
+    const unsigned long before = display::Immediate::live().drawnArrays();
+    draw();
+    display::DisplayObsolete::flush();
+    return display::Immediate::live().drawnArrays() - before;
+}
+
 TEST_F(RenderTest, DrawsAScreenInOneArrayWithoutAllocating)
 {
     drawScreen(*mRender);
-    const unsigned long before = display::Immediate::live().drawnArrays();
     const zavex::test::AllocationCounter counter;
-    drawScreen(*mRender);
+    EXPECT_EQ(arraysOf([&] { drawScreen(*mRender); }), 1u);
     EXPECT_EQ(counter.count(), 0u);
-    EXPECT_EQ(display::Immediate::live().drawnArrays() - before, 1u);
+}
+
+struct ArrayCase {
+    const char* name;
+    void (*between)(Render& render); // two texts
+    unsigned long expected;
+
+    friend void PrintTo(const ArrayCase& each, std::ostream* out) { *out << each.name; }
+};
+
+// clang-format off
+constexpr ArrayCase ARRAY_CASES[] = {
+    {"OtherClipArea", [](Render& render) { render.setClipArea(Area(0, 0, 190, 190)); }, 1},
+    {"NoClipArea", [](Render& render) { render.setClipArea(Area(-1, 0, 0, 0)); }, 1},
+    {"SmallBox", [](Render& render) { render.drawBox(Area(0, 0, 64, 64), 0); }, 1},
+    {"LargeBox", [](Render& render) { render.drawBox(Area(0, 0, 65, 64), 0); }, 3},
+    {"LargeBoxOfWhichLittleIsSeen", [](Render& render) { render.drawBox(Area(-90, 0, 9, 90), 0); }, 1},
+    {"CutBox",
+     [](Render& render) {
+         render.setClipArea(Area(0, 0, 20, 20));
+         render.drawBox(Area(0, 0, 21, 20), 0);
+         render.setClipArea(Area(0, 0, 200, 200));
+     }, 3},
+    {"Line", [](Render& render) { render.drawLine(Vector2f(1, 1), Vector2f(9, 9)); }, 3},
+};
+// clang-format on
+
+TEST_F(RenderTest, SharesOneArrayBetweenTexts)
+{
+    for (const ArrayCase& row : ARRAY_CASES)
+        EXPECT_EQ(arraysOf([&] {
+                      mRender->setupDraw(Vector2f(200, 200), Vector2f(0, 0), 0.0f);
+                      mRender->setClipArea(Area(0, 0, 200, 200));
+                      mRender->drawText("AA", Vector2f(50, 50));
+                      row.between(*mRender);
+                      mRender->drawText("AA", Vector2f(60, 50));
+                  }),
+                  row.expected)
+            << row.name;
 }
 
 TEST_F(RenderTest, MeasuresTextInPixels)
