@@ -1,7 +1,5 @@
 #include "mathbase/mb_matrix4x4col.h"
 
-#include "mathbase/mb_unit_length.h"
-
 #include <cmath>
 #include <utility>
 
@@ -52,16 +50,6 @@ Matrix4x4Col quarterTurnX(float sine)
 }
 
 } // namespace
-
-template <>
-void Vector3T<float>::normalize()
-{
-    const long double exactX = x;
-    const long double exactY = y;
-    const long double exactZ = z;
-    const long double length = std::sqrt(exactX * exactX + exactY * exactY + exactZ * exactZ);
-    *this *= toUnitLength(length);
-}
 
 void Matrix4x4Col::multiplyFromLeft(const Matrix4x4Col& a)
 {

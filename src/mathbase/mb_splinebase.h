@@ -153,7 +153,7 @@ private:
         T value{};
     };
 
-    bool isRepeated(ExtrapolationMode mode) const
+    static bool isRepeated(ExtrapolationMode mode)
     {
         return mode == EXT_REPEAT || mode == EXT_REPEAT_ADD;
     }

@@ -65,11 +65,6 @@ TEST_P(EulerOrder, IsUndoneByItsInverseWithOppositeAngles)
     EXPECT_TRUE(isSame(turn * back, {}));
 }
 
-TEST_P(EulerOrder, DoesNotMatterForOneAngle)
-{
-    EXPECT_TRUE(isSame(Quatf(Euler(0.8f, 0.0f, 0.0f, GetParam().order)), Quatf(0.8f, X)));
-}
-
 INSTANTIATE_TEST_SUITE_P(Cases, EulerOrder, testing::ValuesIn(ORDER_CASES),
                          [](const auto& each) { return std::string{each.param.name}; });
 
@@ -79,7 +74,7 @@ TEST(Quat, KeepsItsRotationForAnOrderThatIsNone)
     for (const int order : {-1, 6}) {
         Quatf turn(1.0f, X);
         turn.setEuler(Euler(1.0f, 2.0f, 3.0f, RotationOrder(order)));
-        EXPECT_EQ(turn, Quatf(1.0f, X));
+        EXPECT_EQ(turn, Quatf(1.0f, X)) << order;
     }
     EXPECT_EQ(test::countLogged("log", "order.value>=0 && order.value<=5"), 2);
 }

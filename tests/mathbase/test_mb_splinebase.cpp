@@ -100,19 +100,16 @@ const ValueCase VALUE_CASES[] = {
     {"NoKeys", curve(NONE), 1.0f, 0.0f},
     {"OneKeyBefore", curve(ONE, LINEAR, ADD, ADD), -9.0f, 5.0f},
     {"OneKeyAfter", curve(ONE, SMOOTH, REPEAT, REPEAT), 9.0f, 5.0f},
-    {"HeldBefore", curve(RAMP), -5.0f, 0.0f},
-    {"HeldAfter", curve(RAMP), 5.0f, 1.0f},
     {"Linear", curve(RAMP), 0.25f, 0.25f},
     {"LinearClimbsOnAfter", curve(RAMP, LINEAR, ADD, ADD), 1.5f, 1.5f},
     {"LinearClimbsOnBefore", curve(RAMP, LINEAR, ADD, ADD), -0.5f, -0.5f},
-    {"LinearClimbsOverWholePeriods", curve(RAMP, LINEAR, ADD, ADD), 2.0f, 2.0f},
     {"WholePeriodsBefore", curve(RAMP, LINEAR, ADD, ADD), -3.0f, -3.0f},
     {"RepeatedAfter", curve(RAMP, LINEAR, REPEAT, REPEAT), 1.5f, 0.5f},
     {"RepeatedBefore", curve(RAMP, LINEAR, REPEAT, REPEAT), -0.25f, 0.75f},
     {"RepeatedWholePeriodIsItsStart", curve(RAMP, LINEAR, REPEAT, REPEAT), 2.0f, 0.0f},
     {"LastTimeItselfIsNotRepeated", curve(RAMP, LINEAR, REPEAT, REPEAT), 1.0f, 1.0f},
     {"RepeatedOnlyAfter", curve(RAMP, LINEAR, HOLD, REPEAT), -0.25f, 0.0f},
-    {"ClimbsOnFarOutsideInspiteOfRounding", curve(TENTHS, LINEAR, ADD, ADD), 60.1f, 201.0f},
+    {"ClimbsOnFarOutsideInSpiteOfRounding", curve(TENTHS, LINEAR, ADD, ADD), 60.1f, 201.0f},
     {"SquareHoldsTheStartOfASegment", curve(PEAK, SQUARE), 0.99f, 0.0f},
     {"SquareTakesAKeyAtItsOwnTime", curve(PEAK, SQUARE), 1.0f, 1.0f},
     {"SquareTakesTheLastOfSeveralAtOneTime", curve(STEP, SQUARE), 1.0f, 6.0f},
@@ -122,8 +119,6 @@ const ValueCase VALUE_CASES[] = {
     {"SmoothBetweenKeys", curve(PEAK, SMOOTH), 0.5f, 0.625f},
     {"SmoothOfARampIsTheRamp", curve(RAMP, SMOOTH, ADD, ADD), 0.3f, 0.3f},
     {"OtherModesAreSmooth", curve(PEAK, UNKNOWN), 0.5f, 0.5f},
-    {"BeforeAStep", curve(STEP), 0.5f, 1.0f},
-    {"AfterAStep", curve(STEP), 1.5f, 7.0f},
     {"SmoothStraightUpToAStep", curve(STEP, SMOOTH), 0.5f, 1.0f},
     {"SmoothStraightFromAStep", curve(STEP, SMOOTH), 1.5f, 7.0f},
     {"StepBeforeAllOtherKeys", curve(STEP_FIRST, SMOOTH), 1.0f, 2.0f},
@@ -209,8 +204,8 @@ TEST(Spline, KeepsItsTangentsUnlessTheyAreAutomaticAndSmooth)
         SplineFloat spline(isLinear ? LINEAR : SMOOTH, isLinear);
         spline.addKey({0.0f, 0.0f, 3.0f, 4.0f});
         spline.addKey({1.0f, 2.0f, 5.0f, 6.0f});
-        EXPECT_EQ(spline[0].tangentOUT, 4.0f);
-        EXPECT_EQ(spline[1].tangentIN, 5.0f);
+        EXPECT_EQ(spline[0].tangentOUT, 4.0f) << isLinear;
+        EXPECT_EQ(spline[1].tangentIN, 5.0f) << isLinear;
     }
 }
 
@@ -346,9 +341,11 @@ TEST(Spline, RefusesIndicesOutsideItsKeys)
     SplineFloat spline = curve(RAMP);
     for (const int index : {-1, 2}) {
         EXPECT_EQ(test::thrownMessage([&] { spline.removeKey(index); }),
-                  "index>=0 && index<(int)mKeys.size()");
+                  "index>=0 && index<(int)mKeys.size()")
+            << index;
         EXPECT_EQ(test::thrownMessage([&] { spline.updateKey(index); }),
-                  "index>=0 && index<(int)mKeys.size()");
+                  "index>=0 && index<(int)mKeys.size()")
+            << index;
     }
     EXPECT_EQ(spline.getNumKeys(), 2);
 }
