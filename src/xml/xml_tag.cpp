@@ -22,7 +22,7 @@ constexpr std::string_view COMMENT_END = "-->";
 constexpr std::string_view QUESTION_END = "?>";
 constexpr int DOUBLE_DIGITS = 6; // significant digits of a stored number
 
-const std::string emptyString; // NOLINT(readability-identifier-naming)
+const std::string emptyString; // NOLINT(readability-identifier-naming): a fixed name
 
 /** Never freed: numbers may be read until the last static object is gone. */
 locale_t cLocale()

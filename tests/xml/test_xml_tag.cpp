@@ -47,35 +47,6 @@ TEST(Tag, ClosesAnEmptyElementOnlyWhenAsked)
     EXPECT_EQ(out.str(), "<a>\n<a>\n");
 }
 
-TEST(Tag, CopiesAndForgetsEverything)
-{
-    XmlTag tag("a");
-    tag.setClosed(false);
-    tag.setTagType(XmlTag::COMMENT);
-    tag.setValue("content", "c");
-    XmlTag copy;
-    copy.setTag(tag);
-    tag.clear();
-
-    EXPECT_EQ(copy.getName(), "a");
-    EXPECT_FALSE(copy.getClosed());
-    EXPECT_EQ(copy.getType(), XmlTag::COMMENT);
-    EXPECT_EQ(copy.getValue("content"), "c");
-    EXPECT_EQ(tag.getName(), "");
-    EXPECT_TRUE(tag.getClosed());
-    EXPECT_EQ(tag.getType(), XmlTag::NORMAL);
-    EXPECT_TRUE(tag.getArg().empty());
-}
-
-TEST(Tag, OfAnUnknownTypeIsNotWritten)
-{
-    std::ostringstream out;
-    XmlTag tag("a");
-    tag.setTagType(-1);
-    EXPECT_EQ(test::thrownMessage([&] { out << tag; }), "XmlTag::write; Unknown tagtype!");
-    EXPECT_EQ(out.str(), "");
-}
-
 struct IntCase {
     const char* name;
     const char* text;
@@ -85,20 +56,14 @@ struct IntCase {
 };
 
 constexpr IntCase INT_CASES[] = {
-    {"Decimal",                  "12",                    12                             },
-    {"Negative",                 "-3",                    -3                             },
-    {"Plus",                     "+3",                    3                              },
-    {"Hexadecimal",              "0x10",                  16                             },
-    {"HexadecimalNegative",      "-0XfF",                 -255                           },
-    {"Octal",                    "010",                   8                              },
-    {"OctalStopsAtEight",        "0178",                  15                             },
-    {"HexadecimalWithoutDigits", "0x",                    0                              },
-    {"LeadingSpace",             " \t\n7",                7                              },
-    {"StopsAtThePoint",          "2.9",                   2                              },
-    {"Word",                     "on",                    0                              },
-    {"Empty",                    "",                      0                              },
-    {"AboveInt",                 "4294967296",            std::numeric_limits<int>::max()},
-    {"BelowLong",                "-99999999999999999999", std::numeric_limits<int>::min()},
+    {"Decimal",         "12",                    12                             },
+    {"Hexadecimal",     "0x10",                  16                             },
+    {"Octal",           "010",                   8                              },
+    {"LeadingSpace",    " \t\n7",                7                              },
+    {"StopsAtThePoint", "2.9",                   2                              },
+    {"Empty",           "",                      0                              },
+    {"AboveInt",        "4294967296",            std::numeric_limits<int>::max()},
+    {"BelowLong",       "-99999999999999999999", std::numeric_limits<int>::min()},
 };
 
 class IntValue : public testing::TestWithParam<IntCase> {};
@@ -120,17 +85,14 @@ struct DoubleCase {
 };
 
 constexpr DoubleCase DOUBLE_CASES[] = {
-    {"Fraction",              "-0.125",  -0.125   },
-    {"WithoutZero",           ".5",      0.5      },
-    {"Exponent",              "1e3",     1000.0   },
-    {"ExponentWithoutDigits", "2e",      2.0      },
-    {"Hexadecimal",           "0x1.8p1", 3.0      },
-    {"LeadingSpace",          " \n+2",   2.0      },
-    {"StopsAtTheComma",       "1,5",     1.0      },
-    {"Infinite",              "-inf",    -HUGE_VAL},
-    {"TooLarge",              "1e999",   HUGE_VAL },
-    {"Word",                  "fast",    0.0      },
-    {"Empty",                 "",        0.0      },
+    {"Fraction",        "-0.125",  -0.125   },
+    {"Hexadecimal",     "0x1.8p1", 3.0      },
+    {"LeadingSpace",    " \n+2",   2.0      },
+    {"StopsAtTheComma", "1,5",     1.0      },
+    {"Infinite",        "-inf",    -HUGE_VAL},
+    {"TooLarge",        "1e999",   HUGE_VAL },
+    {"Word",            "fast",    0.0      },
+    {"Empty",           "",        0.0      },
 };
 
 class DoubleValue : public testing::TestWithParam<DoubleCase> {};
@@ -152,16 +114,12 @@ struct FormatCase {
 };
 
 constexpr FormatCase FORMAT_CASES[] = {
-    {"Short",        0.1,        "0.1"        },
-    {"Whole",        20.0,       "20"         },
-    {"Negative",     -2.5,       "-2.5"       },
-    {"SixDigits",    123456.0,   "123456"     },
-    {"SevenDigits",  1234567.0,  "1.23457e+06"},
-    {"RoundedUp",    0.99999961, "1"          },
-    {"Small",        0.0001,     "0.0001"     },
-    {"Smaller",      0.00001,    "1e-05"      },
-    {"NegativeZero", -0.0,       "-0"         },
-    {"Infinite",     HUGE_VAL,   "inf"        },
+    {"Short",       0.1,       "0.1"        },
+    {"Negative",    -2.5,      "-2.5"       },
+    {"SixDigits",   123456.0,  "123456"     },
+    {"SevenDigits", 1234567.0, "1.23457e+06"},
+    {"Smaller",     0.00001,   "1e-05"      },
+    {"Infinite",    HUGE_VAL,  "inf"        },
 };
 
 class FormattedDouble : public testing::TestWithParam<FormatCase> {};
@@ -175,22 +133,6 @@ TEST_P(FormattedDouble, HasSixSignificantDigits)
 
 INSTANTIATE_TEST_SUITE_P(Cases, FormattedDouble, testing::ValuesIn(FORMAT_CASES),
                          [](const auto& each) { return std::string{each.param.name}; });
-
-TEST(Numbers, MissingOnesAreZero)
-{
-    EXPECT_EQ(XmlTag().getValueInt("at"), 0);
-    EXPECT_EQ(XmlTag().getValueFloat("at"), 0.0f);
-}
-
-TEST(Numbers, KeepFloatsAndNegativeInts)
-{
-    XmlTag tag;
-    tag.setValue("at", -3);
-    tag.setValue("end", 0.75f);
-    EXPECT_EQ(tag.getValue("at"), "-3");
-    EXPECT_EQ(tag.getValue("end"), "0.75");
-    EXPECT_EQ(tag.getValueFloat("end"), 0.75f);
-}
 
 /** A decimal comma and points between thousands, from the test's own locale. */
 class UserLocale : public testing::Test {
