@@ -83,7 +83,7 @@ File ArchiveDirectory::read(const std::string& name)
         return {};
 
     const auto size = static_cast<std::size_t>(length);
-    std::unique_ptr<char[]> bytes(new char[size]);
+    auto bytes = std::make_unique_for_overwrite<char[]>(size);
     if (std::fread(bytes.get(), 1, size, file.get()) != size)
         return {};
     return File(new FileStructure(name, std::move(bytes), length));

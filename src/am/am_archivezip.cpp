@@ -1,5 +1,7 @@
 #include "am/am_archivezip.h"
 
+#include "am/am_deflate.h"
+
 #include <minizip/unzip.h>
 
 #include <algorithm>
@@ -12,8 +14,7 @@ namespace {
 
 constexpr int CASE_BY_SYSTEM = 0; // minizip: compare names as the system's file names are
 constexpr std::size_t NAME_SIZE = 512;
-constexpr std::size_t CHUNK = 1U << 18U;    // bytes
-constexpr std::size_t DEFLATE_LIMIT = 1032; // deflate never expands a byte to more
+constexpr std::size_t CHUNK = 1U << 18U; // bytes
 
 std::string entryName(const std::string& name)
 {
@@ -30,7 +31,7 @@ bool isPlausible(const unz_file_info& info)
 {
     return info.uncompressed_size <=
                static_cast<unsigned long>(std::numeric_limits<std::int32_t>::max()) &&
-           info.uncompressed_size / DEFLATE_LIMIT <= info.compressed_size;
+           canInflateTo(info.uncompressed_size, info.compressed_size);
 }
 
 /** Reads the open entry. Memory grows with what really comes. False when it is not `size` bytes. */
@@ -75,7 +76,7 @@ File ArchiveZIP::read(const std::string& name)
     if (unzCloseCurrentFile(mZipfile) != UNZ_OK || !whole)
         return {};
 
-    std::unique_ptr<char[]> data(new char[bytes.size()]);
+    auto data = std::make_unique_for_overwrite<char[]>(bytes.size());
     std::ranges::copy(bytes, data.get());
     return File(new FileStructure(name, std::move(data), static_cast<std::int32_t>(bytes.size())));
 }

@@ -9,12 +9,6 @@
 
 namespace zavex::am {
 
-namespace {
-
-constexpr std::int64_t BYTES_PER_PIXEL = 4;
-
-} // namespace
-
 ImageObject::ImageObject(int width, int height, std::unique_ptr<unsigned char[]> data,
                          ImageManager* manager, std::string id)
     : mId(std::move(id)), mLoader(manager), mImageWidth(width), mImageHeight(height),
@@ -35,7 +29,7 @@ void ImageObject::resize(int width, int height)
     mImageWidth = width;
     mImageHeight = height;
     if (size != 0)
-        mImageData.reset(new unsigned char[size]);
+        mImageData = std::make_unique_for_overwrite<unsigned char[]>(size);
 }
 
 unsigned char* ImageObject::getWriteData()
@@ -47,11 +41,11 @@ unsigned char* ImageObject::getWriteData()
 
 std::size_t ImageObject::byteCount(int width, int height)
 {
+    constexpr std::int64_t mostPixels = std::numeric_limits<std::int32_t>::max() / BYTES_PER_PIXEL;
     const std::int64_t pixels = std::int64_t{width} * height;
-    if (width < 0 || height < 0 ||
-        pixels > std::numeric_limits<std::int32_t>::max() / BYTES_PER_PIXEL)
+    if (width < 0 || height < 0 || pixels > mostPixels)
         throw Exception("An image cannot have %d x %d pixels", width, height);
-    return static_cast<std::size_t>(pixels * BYTES_PER_PIXEL);
+    return static_cast<std::size_t>(pixels) * BYTES_PER_PIXEL;
 }
 
 Image::Image(const Image& other) : mObjectRef(other.mObjectRef)

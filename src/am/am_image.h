@@ -16,6 +16,8 @@ class ImageManager;
  */
 class ImageObject {
 public:
+    static constexpr std::size_t BYTES_PER_PIXEL = 4;
+
     ImageObject() = default;
 
     /**

@@ -16,7 +16,6 @@ namespace {
 // A Huffman code cannot hold more pixels than this per byte: even an empty block of 16 x 16 takes
 // six bits.
 constexpr std::int64_t MOST_PIXELS_PER_BYTE = 2048;
-constexpr std::size_t BYTES_PER_PIXEL = 4;
 
 /** The library's error handler and where it jumps to; the handler must stand first. */
 struct ErrorExit {
@@ -66,8 +65,8 @@ public:
             return false;
         jpeg_start_decompress(&mInfo);
         while (mInfo.output_scanline < mInfo.output_height) {
-            JSAMPROW row =
-                pixels + std::size_t{mInfo.output_scanline} * mInfo.output_width * BYTES_PER_PIXEL;
+            JSAMPROW row = pixels + std::size_t{mInfo.output_scanline} * mInfo.output_width *
+                                        ImageObject::BYTES_PER_PIXEL;
             jpeg_read_scanlines(&mInfo, &row, 1);
         }
         jpeg_finish_decompress(&mInfo);
@@ -101,8 +100,8 @@ void ImageCodecJPEG::decodeImage(const unsigned char* data, std::size_t size, Im
         throw Exception("Internal jpeglib error; %d x %d pixels cannot be in %zu bytes",
                         decoder.width(), decoder.height(), size);
 
-    std::unique_ptr<unsigned char[]> pixels(
-        new unsigned char[ImageObject::byteCount(decoder.width(), decoder.height())]);
+    auto pixels = std::make_unique_for_overwrite<unsigned char[]>(
+        ImageObject::byteCount(decoder.width(), decoder.height()));
     if (!decoder.readPixels(pixels.get()))
         throw Exception("Internal jpeglib error; %s", decoder.message());
     out.setData(decoder.width(), decoder.height(), std::move(pixels));

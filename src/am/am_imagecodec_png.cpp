@@ -1,5 +1,6 @@
 #include "am/am_imagecodec_png.h"
 
+#include "am/am_deflate.h"
 #include "common/zvx_system.h"
 
 #include <png.h>
@@ -14,8 +15,7 @@ namespace {
 
 constexpr std::size_t SIGNATURE_SIZE = 8; // bytes
 constexpr unsigned char OPAQUE = 255;
-constexpr std::size_t DEFLATE_LIMIT = 1032; // deflate never expands a byte to more
-constexpr std::size_t BYTES_PER_PIXEL = 4;
+constexpr std::size_t BYTES_PER_PIXEL = ImageObject::BYTES_PER_PIXEL;
 
 // libpng reports an error by a jump out of its own frames. The functions that it jumps to hold
 // nothing with a destructor; everything they need is owned by their callers.
@@ -109,7 +109,7 @@ void requireFormat(const Reader& reader)
 bool isPlausible(const Reader& reader, std::size_t bytesLeft)
 {
     const std::size_t claimed = reader.rowBytes() * static_cast<std::size_t>(reader.height());
-    return claimed / DEFLATE_LIMIT <= bytesLeft;
+    return canInflateTo(claimed, bytesLeft);
 }
 
 /** @param rowBytes  width x 3 for red, green and blue; width x 4 with alpha. */
@@ -117,7 +117,7 @@ std::unique_ptr<unsigned char[]> toBgra(const unsigned char* stored, std::size_t
                                         int width, int height)
 {
     const std::size_t size = ImageObject::byteCount(width, height);
-    std::unique_ptr<unsigned char[]> pixels(new unsigned char[size]);
+    auto pixels = std::make_unique_for_overwrite<unsigned char[]>(size);
     const std::size_t channels = rowBytes / static_cast<std::size_t>(width);
     for (std::size_t at = 0; at < size; at += BYTES_PER_PIXEL, stored += channels) {
         pixels[at] = stored[2];
@@ -200,8 +200,8 @@ void ImageCodecPNG::decodeImage(const unsigned char* data, std::size_t size, Ima
     // A damaged file is called so, whatever its format: the format is looked at when all is read.
     const int width = reader.width();
     const int height = reader.height();
-    const std::unique_ptr<unsigned char[]> stored(
-        new unsigned char[reader.rowBytes() * static_cast<std::size_t>(height)]);
+    const auto stored = std::make_unique_for_overwrite<unsigned char[]>(
+        reader.rowBytes() * static_cast<std::size_t>(height));
     std::vector<png_bytep> rows = rowsOf(stored.get(), reader.rowBytes(), height);
     if (!reader.readPixels(rows.data()))
         throw Exception("[loadPNG] Error when decoding png-file!");
