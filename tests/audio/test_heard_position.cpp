@@ -1,7 +1,7 @@
 #include "audio/aud_device.h"
-#include "audio/aud_file.h"
 #include "audio/aud_source.h"
 #include "audio/aud_stream.h"
+#include "audio/memory_file.h"
 
 #include "support/pulse_server.h"
 #include "support/sound_file.h"
@@ -33,11 +33,9 @@ protected:
         std::vector<float> stereo;
         for (const float sample : mono)
             stereo.insert(stereo.end(), {sample, sample});
-        const auto holder = std::make_shared<std::vector<std::byte>>(
-            test::encodeSound(test::SoundFormat::WAV, 2, SAMPLE_RATE, stereo));
-        stream =
-            openSound(openDevice("autodetect"),
-                      openSampleSource(createMemoryFile({holder, holder->data()}, holder->size())));
+        stream = openSound(openDevice("autodetect"),
+                           openSampleSource(test::fileOf(
+                               test::encodeSound(test::SoundFormat::WAV, 2, SAMPLE_RATE, stereo))));
         ASSERT_NE(stream, nullptr);
     }
 

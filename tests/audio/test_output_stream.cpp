@@ -1,7 +1,7 @@
 #include "audio/aud_device.h"
-#include "audio/aud_file.h"
 #include "audio/aud_source.h"
 #include "audio/aud_stream.h"
+#include "audio/memory_file.h"
 
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
@@ -23,9 +23,7 @@ constexpr int SAMPLE_RATE = 44100;
 std::shared_ptr<File> makeFile(test::SoundFormat format, double seconds)
 {
     const auto samples = test::makeNoise(static_cast<std::size_t>(seconds * SAMPLE_RATE) * 2);
-    const auto holder = std::make_shared<std::vector<std::byte>>(
-        test::encodeSound(format, 2, SAMPLE_RATE, samples));
-    return createMemoryFile({holder, holder->data()}, holder->size());
+    return test::fileOf(test::encodeSound(format, 2, SAMPLE_RATE, samples));
 }
 
 /** Plays on the sound library's silent device, which runs at a real one's pace. */
@@ -165,8 +163,8 @@ TEST_F(OutputStreamPlaying, ADamagedSoundIsSilentToItsLength)
 {
     auto whole =
         test::encodeSound(test::SoundFormat::FLAC, 2, SAMPLE_RATE, test::makeNoise(SAMPLE_RATE));
-    const auto holder = std::make_shared<std::vector<std::byte>>(std::move(whole));
-    open(createMemoryFile({holder, holder->data()}, holder->size() / 2));
+    whole.resize(whole.size() / 2);
+    open(test::fileOf(std::move(whole)));
     EXPECT_EQ(stream->getLength(), SAMPLE_RATE / 2);
 
     test::clearLog();
@@ -199,10 +197,8 @@ TEST_F(OutputStreamPlaying, SeveralStreamsShareADevice)
 
 TEST_F(OutputStreamPlaying, RefusesAUselessNumberOfChannels)
 {
-    const auto holder = std::make_shared<std::vector<std::byte>>(
-        test::encodeSound(test::SoundFormat::WAV, 3, SAMPLE_RATE, test::makeNoise(300)));
-    const auto source =
-        openSampleSource(createMemoryFile({holder, holder->data()}, holder->size()));
+    const auto source = openSampleSource(test::fileOf(
+        test::encodeSound(test::SoundFormat::WAV, 3, SAMPLE_RATE, test::makeNoise(300))));
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(openSound(openDevice("autodetect"), source), nullptr);
 }

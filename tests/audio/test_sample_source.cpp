@@ -1,5 +1,5 @@
-#include "audio/aud_file.h"
 #include "audio/aud_source.h"
+#include "audio/memory_file.h"
 
 #include "support/log_capture.h"
 #include "support/sound_file.h"
@@ -28,8 +28,7 @@ using test::SoundFormat;
 
 std::shared_ptr<SampleSource> openBytes(std::vector<std::byte> bytes)
 {
-    const auto holder = std::make_shared<std::vector<std::byte>>(std::move(bytes));
-    return openSampleSource(createMemoryFile({holder, holder->data()}, holder->size()));
+    return openSampleSource(test::fileOf(std::move(bytes)));
 }
 
 struct FormatCase {
