@@ -78,7 +78,8 @@ void TreeView::draw(Area area, Area parent, Area clip)
 {
     drawField(area, mInactive ? Look::INACTIVE : Look::NORMAL);
     const std::int32_t first = firstRow();
-    for (std::int32_t row = first; row < rowCount(); ++row) {
+    const std::int32_t end = endOfShown();
+    for (std::int32_t row = first; row < end; ++row) {
         const float top = area.mMin.y + BORDER + static_cast<float>(row - first) * mRowHeight;
         if (top >= std::min(area.mMax.y - BORDER, clip.mMax.y))
             break;
@@ -218,7 +219,7 @@ std::int32_t TreeView::rowAt(Vector2f point)
     if (!contains(rows, point))
         return -1;
     const float row = static_cast<float>(firstRow()) + (point.y - BORDER) / mRowHeight;
-    return row < static_cast<float>(rowCount()) ? static_cast<std::int32_t>(row) : -1;
+    return row < static_cast<float>(endOfShown()) ? static_cast<std::int32_t>(row) : -1;
 }
 
 /** How many rows there is room for, in 1..row count, or 1. */
@@ -232,6 +233,12 @@ std::int32_t TreeView::firstRow()
 {
     const auto last = static_cast<float>(std::max(rowCount() - fittingRows(), 0));
     return static_cast<std::int32_t>(std::lround(std::clamp(mScrolled, 0.0f, last)));
+}
+
+/** The row after the last one that is shown; rows that do not fit whole are not. */
+std::int32_t TreeView::endOfShown()
+{
+    return std::min(firstRow() + fittingRows(), rowCount());
 }
 
 /** Scrolls no further than it takes to show a row whole; nothing for -1. */

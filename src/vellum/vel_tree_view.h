@@ -78,6 +78,7 @@ private:
     std::int32_t rowAt(mathbase::Vector2f point);
     std::int32_t fittingRows();
     std::int32_t firstRow();
+    std::int32_t endOfShown();
     void scrollTo(std::int32_t row);
     bool scroll(float steps);
     void selectRow(std::int32_t row);

@@ -63,7 +63,7 @@ struct KeyCase {
     friend void PrintTo(const KeyCase& keys, std::ostream* out) { *out << keys.name; }
 };
 
-// Three rows are seen.
+// There is room for three rows and a half.
 const KeyCase KEY_CASES[] = {
     {"UpSelectsTheFirst",   {KEY_UP},                                           "a",   "A A1 A11",  1},
     {"DownAndUp",           {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_UP},             "a1",  "A A1 A11",  4},
@@ -86,7 +86,7 @@ class TreeViewKey : public testing::TestWithParam<KeyCase> {};
 
 TEST_P(TreeViewKey, Moves)
 {
-    TreeTree tree("62");
+    TreeTree tree("72");
     for (const display::Key key : GetParam().keys)
         pressKey(tree.root, key);
     EXPECT_EQ(tree.tree->getValueId(), GetParam().selected);
