@@ -88,8 +88,9 @@ void Box::draw(Area area, Area parent, Area clip)
 {
     const Look look = mInactive ? Look::INACTIVE : Look::NORMAL;
     drawLabel(getRender(), mStyle, mCaption,
-              Vector2f(area.mMin.x + TEXT_INSET, area.mMin.y + CAPTION_HEIGHT / 2.0f),
-              area.getWidth() - 2.0f * TEXT_INSET, display::Font::ALIGN_LEFT, look);
+              {Vector2f(area.mMin.x + TEXT_INSET, area.mMin.y + CAPTION_HEIGHT / 2.0f),
+               area.getWidth() - 2.0f * TEXT_INSET, display::Font::ALIGN_LEFT},
+              look);
     Control::draw(area, parent, clip);
 }
 

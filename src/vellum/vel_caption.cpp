@@ -76,8 +76,10 @@ void Caption::draw(Area area, Area parent, Area clip)
     if (mParent && hasKeyboardFocus(*mParent))
         fillBox(render, pick(mStyle.mCaption, look),
                 Area(area.mMin.x, area.mMin.y, area.mMin.x + MARK_WIDTH, area.mMax.y));
-    drawLabel(render, mStyle, mCaption, Vector2f(area.mMin.x + TEXT_INSET, area.getCenter().y),
-              area.getWidth() - 2.0f * TEXT_INSET, display::Font::ALIGN_LEFT, look);
+    drawLabel(render, mStyle, mCaption,
+              {Vector2f(area.mMin.x + TEXT_INSET, area.getCenter().y),
+               area.getWidth() - 2.0f * TEXT_INSET, display::Font::ALIGN_LEFT},
+              look);
     Control::draw(area, parent, clip);
 }
 

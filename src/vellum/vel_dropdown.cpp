@@ -57,8 +57,10 @@ void Dropdown::draw(Area area, Area parent, Area clip)
     drawField(area, shown);
     const float middle = area.getCenter().y;
     const float markerLeft = area.mMax.x - MARGIN - MARKER_SIZE;
-    drawLabel(getValueName(), Vector2f(area.mMin.x + MARGIN, middle),
-              markerLeft - area.mMin.x - 2.0f * MARGIN, display::Font::ALIGN_LEFT, shown);
+    drawLabel(getValueName(),
+              {Vector2f(area.mMin.x + MARGIN, middle), markerLeft - area.mMin.x - 2.0f * MARGIN,
+               display::Font::ALIGN_LEFT},
+              shown);
     const style::Color& color = pick(mStyle.mCaption, shown).first;
     render.setColor(color, color);
     render.drawCircle(Area(markerLeft, middle - MARKER_SIZE / 2.0f, markerLeft + MARKER_SIZE,

@@ -19,11 +19,24 @@ using mathbase::Vector2f;
 
 namespace {
 
-/** The rectangle of a picture of this size, in pixels, in the middle of `area`. */
-Render::Area fittedArea(const Render::Area& area, float width, float height)
+constexpr float MIPMAPS_BELOW = 0.5f; // of a picture's size
+
+Vector2f sizeOf(const Texture& texture)
 {
-    const float scale = std::min({1.0f, area.getWidth() / width, area.getHeight() / height});
-    const Vector2f size(width * scale, height * scale);
+    const Texture::TextureDeclaration& declaration = texture.getDeclaration();
+    return {static_cast<float>(declaration.width), static_cast<float>(declaration.height)};
+}
+
+/** By how much a picture shrinks to fit into `area`; 1 where it need not. */
+float fittingScale(const Render::Area& area, Vector2f picture)
+{
+    return std::min({1.0f, area.getWidth() / picture.x, area.getHeight() / picture.y});
+}
+
+/** The rectangle of a picture in the middle of `area`. */
+Render::Area fittedArea(const Render::Area& area, Vector2f picture)
+{
+    const Vector2f size = picture * fittingScale(area, picture);
     // On whole pixels, so that what is shown pixel for pixel is sharp.
     const Vector2f corner(std::floor(area.getCenter().x - size.x / 2.0f),
                           std::floor(area.getCenter().y - size.y / 2.0f));
@@ -59,14 +72,12 @@ void Image::load(xml::IteratorConst& element)
 
 void Image::draw(Area area, Area parent, Area clip)
 {
-    loadTexture();
+    chooseTexture(area);
     Render& render = getRender();
     if (mTexture) {
-        const Texture::TextureDeclaration& size = mTexture->getDeclaration();
         const style::Color white(1.0f, 1.0f, 1.0f, 1.0f);
         render.setColor(white, white);
-        render.drawImage(*mTexture, fittedArea(area, static_cast<float>(size.width),
-                                               static_cast<float>(size.height)));
+        render.drawImage(*mTexture, fittedArea(area, sizeOf(*mTexture)));
     } else
         drawField(render, mStyle, area, Look::NORMAL, false);
     Control::draw(area, parent, clip);
@@ -81,17 +92,26 @@ void Image::setFile(const std::string& name)
     mWanted = !name.empty();
 }
 
-/** Looks for the file, once. */
-void Image::loadTexture()
+/** Looks for the file, once, and sees to mipmaps where they help: they blur what is not shrunk. */
+void Image::chooseTexture(const Area& area)
 {
-    display::DisplayGL* const display = getDisplay();
-    if (!mWanted || !display)
+    if (mWanted && getDisplay())
+        loadTexture(false);
+    if (!mTexture)
         return;
+    const bool mipmaps = fittingScale(area, sizeOf(*mTexture)) < MIPMAPS_BELOW;
+    if (mipmaps != mTexture->getDeclaration().useMipmaps)
+        loadTexture(mipmaps);
+}
+
+void Image::loadTexture(bool mipmaps)
+{
+    releaseTexture();
     mWanted = false;
     Texture::TextureDeclaration declaration;
     declaration.repeatMode = 0;
-    declaration.useMipmaps = false; // they would stretch the picture to powers of two
-    mTexture = display->createTexture(mFile, declaration, false);
+    declaration.useMipmaps = mipmaps; // which stretch the picture to powers of two
+    mTexture = getDisplay()->createTexture(mFile, declaration, false);
     try {
         if (mTexture->isDisposed())
             mTexture->restoreResource();

@@ -10,7 +10,7 @@ namespace zavex::vellum {
 
 /**
  * A picture from the display's archives, in the middle of its rectangle: pixel for pixel where it
- * fits, else as large as fits with its proportions kept.
+ * fits, else as large as fits with its proportions kept, smoothed by mipmaps below half its size.
  *
  * The file is read when the control is drawn first. One that is missing or cannot be read is logged
  * once, with its name, and leaves an empty frame. Holds its texture until it is destroyed or given
@@ -19,6 +19,10 @@ namespace zavex::vellum {
 class Image final : public Control {
 public:
     Image();
+    Image(const Image&) = delete;
+    Image(Image&&) = delete;
+    Image& operator=(const Image&) = delete;
+    Image& operator=(Image&&) = delete;
     ~Image() override;
 
     Control* clone() override;
@@ -32,7 +36,8 @@ public:
     void setFile(const std::string& name);
 
 private:
-    void loadTexture();
+    void chooseTexture(const Area& area);
+    void loadTexture(bool mipmaps);
     void releaseTexture();
 
     std::string mFile;

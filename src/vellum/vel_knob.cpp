@@ -17,8 +17,8 @@ namespace {
 constexpr float WHOLE_DRAG = 100.0f; // pixels from 0 to 1
 
 // A ring of dots shows the value, a larger dot on the body points at it.
-constexpr int DOTS = 11;
-constexpr float DOT_RADIUS = 1.5f;    // pixels
+constexpr int LAST_DOT = 10;
+constexpr float DOT_SIZE = 2.0f;      // pixels
 constexpr float BODY_RADIUS = 0.7f;   // of the knob's
 constexpr float POINTER_AT = 0.68f;   // of the body's radius
 constexpr float POINTER_SIZE = 0.16f; // of the body's radius
@@ -35,6 +35,14 @@ Vector2f pointAt(Vector2f centre, float radius, float value)
 {
     const float angle = (FIRST_TURN + TURNS * value) * 2.0f * std::numbers::pi_v<float>;
     return {centre.x + radius * std::sin(angle), centre.y - radius * std::cos(angle)};
+}
+
+/** A small square on whole pixels. */
+Render::Area dotAt(Vector2f point)
+{
+    const Vector2f corner(std::round(point.x - DOT_SIZE / 2.0f),
+                          std::round(point.y - DOT_SIZE / 2.0f));
+    return {corner.x, corner.y, corner.x + DOT_SIZE, corner.y + DOT_SIZE};
 }
 
 } // namespace
@@ -66,10 +74,11 @@ void Knob::draw(Area area, Area parent, Area clip)
     const float radius = std::min(area.getWidth(), area.getHeight()) / 2.0f;
     const float body = BODY_RADIUS * radius;
 
-    for (int i = 0; i < DOTS; ++i) {
-        const float at = static_cast<float>(i) / static_cast<float>(DOTS - 1);
-        fillCircle(render, pick(mStyle.mCaption, at <= getValue() ? state : Look::INACTIVE),
-                   circleAround(pointAt(centre, radius - DOT_RADIUS, at), DOT_RADIUS));
+    const auto lastLit = static_cast<int>(std::lround(getValue() * LAST_DOT));
+    for (int i = 0; i <= LAST_DOT; ++i) {
+        const float at = static_cast<float>(i) / static_cast<float>(LAST_DOT);
+        fillBox(render, pick(mStyle.mCaption, i <= lastLit ? state : Look::INACTIVE),
+                dotAt(pointAt(centre, radius - DOT_SIZE, at)));
     }
     fillCircle(render, {border.mBorder1, border.mBorder2}, circleAround(centre, body));
     fillCircle(render, pick(mStyle.mBack, state),

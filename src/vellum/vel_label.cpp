@@ -75,7 +75,7 @@ void Label::draw(Area area, Area parent, Area clip)
     const mathbase::Vector2f position(
         placeOf(mAcross, area.mMin.x, area.mMax.x),
         placeOf(mDown, area.mMin.y + halfLine, area.mMax.y - halfLine));
-    drawLabel(render, mStyle, mCaption, position, area.getWidth(), fontAlign(mAcross), look);
+    drawLabel(render, mStyle, mCaption, {position, area.getWidth(), fontAlign(mAcross)}, look);
     Control::draw(area, parent, clip);
 }
 

@@ -107,13 +107,13 @@ void drawField(Render& render, const style& colors, const Render::Area& area, Lo
         fillBox(render, pick(colors.mBack, look), body);
 }
 
-void drawLabel(Render& render, const style& colors, const std::string& text,
-               mathbase::Vector2f position, float width, int align, Look look)
+void drawLabel(Render& render, const style& colors, const std::string& text, const TextPlace& place,
+               Look look)
 {
     const ColorPair pair = pick(colors.mText, look);
     render.setColor(pair.first, pair.second);
-    render.setAlign(align);
-    render.drawText(render.fittingText(text, width), position);
+    render.setAlign(place.align);
+    render.drawText(render.fittingText(text, place.width), place.position);
     render.setAlign(display::Font::ALIGN_CENTER);
 }
 

@@ -53,13 +53,15 @@ void fillCircle(Render& render, const ColorPair& colors, const Render::Area& are
 void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
                bool focused);
 
-/**
- * A line of text in the `mText` pair of the look, vertically centred on `position`; shortened by
- * its last characters until it is at most `width` pixels wide.
- *
- * @param align  `display::Font` alignment: 0 left, 1 right, 2 centre.
- */
-void drawLabel(Render& render, const style& colors, const std::string& text,
-               mathbase::Vector2f position, float width, int align, Look look);
+/** Where a line of text stands. */
+struct TextPlace {
+    mathbase::Vector2f position; // vertically the middle of the line
+    float width = 0.0f;          // that there is room for, pixels
+    int align = 0;               // `display::Font` alignment: 0 left, 1 right, 2 centre
+};
+
+/** Text in the `mText` pair of the look, shortened by its last characters until there is room. */
+void drawLabel(Render& render, const style& colors, const std::string& text, const TextPlace& place,
+               Look look);
 
 } // namespace zavex::vellum

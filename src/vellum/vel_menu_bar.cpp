@@ -163,9 +163,10 @@ void MenuBar::drawTitle(std::size_t index, const Area& area)
             Area(title.mMin.x - margin, title.mMin.y, title.mMax.x + margin, title.mMax.y),
             Render::GRADIENT_VERTICAL);
     }
-    drawLabel(render, mStyle, mMenu[index]->getCaption(),
-              Vector2f(title.mMin.x, title.getCenter().y), title.getWidth(),
-              display::Font::ALIGN_LEFT, look);
+    drawLabel(
+        render, mStyle, mMenu[index]->getCaption(),
+        {Vector2f(title.mMin.x, title.getCenter().y), title.getWidth(), display::Font::ALIGN_LEFT},
+        look);
 }
 
 } // namespace zavex::vellum

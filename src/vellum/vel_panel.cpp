@@ -99,10 +99,13 @@ void Panel::draw(Area area, Area parent, Area clip)
     const float middle = bar.getCenter().y;
     Render& render = getRender();
     drawField(render, mStyle, bar, mCaptionHovered && !mInactive ? Look::HOVERED : look, false);
-    drawLabel(render, mStyle, mCaption, Vector2f(bar.mMin.x + TEXT_INSET, middle),
-              bar.getWidth() - 2.0f * TEXT_INSET - MARK_SPACE, display::Font::ALIGN_LEFT, look);
-    drawLabel(render, mStyle, mFolded ? "+" : "-", Vector2f(bar.mMax.x - TEXT_INSET, middle),
-              MARK_SPACE, display::Font::ALIGN_RIGHT, look);
+    drawLabel(render, mStyle, mCaption,
+              {Vector2f(bar.mMin.x + TEXT_INSET, middle),
+               bar.getWidth() - 2.0f * TEXT_INSET - MARK_SPACE, display::Font::ALIGN_LEFT},
+              look);
+    drawLabel(render, mStyle, mFolded ? "+" : "-",
+              {Vector2f(bar.mMax.x - TEXT_INSET, middle), MARK_SPACE, display::Font::ALIGN_RIGHT},
+              look);
     Control::draw(area, parent, clip);
 }
 

@@ -213,8 +213,10 @@ void RadioButton::drawRow(const Area& row, int index)
     const float left = row.mMin.x + MARK_LEFT;
     const Area box(left, middle - MARK_SIZE / 2.0f, left + MARK_SIZE, middle + MARK_SIZE / 2.0f);
     drawMark(box, look, option.checked, index == cursor() && hasKeyboardFocus(*this));
-    drawLabel(option.name, Vector2f(row.mMin.x + TEXT_LEFT, middle), row.getWidth() - TEXT_LEFT,
-              display::Font::ALIGN_LEFT, look);
+    drawLabel(option.name,
+              {Vector2f(row.mMin.x + TEXT_LEFT, middle), row.getWidth() - TEXT_LEFT,
+               display::Font::ALIGN_LEFT},
+              look);
 }
 
 } // namespace zavex::vellum

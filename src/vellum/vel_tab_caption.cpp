@@ -141,8 +141,9 @@ void TabCaption::drawTab(std::int32_t page, const Area& tab, bool selected)
         render.drawBox(Area(tab.mMin.x, tab.mMin.y, tab.mMax.x, tab.mMin.y + MARK_HEIGHT),
                        Render::GRADIENT_VERTICAL);
     }
-    drawLabel(view()->getPage(page)->getCaption(), tab.getCenter(), tab.getWidth() - PADDING,
-              display::Font::ALIGN_CENTER, mInactive ? Look::INACTIVE : Look::NORMAL);
+    drawLabel(view()->getPage(page)->getCaption(),
+              {tab.getCenter(), tab.getWidth() - PADDING, display::Font::ALIGN_CENTER},
+              mInactive ? Look::INACTIVE : Look::NORMAL);
 }
 
 } // namespace zavex::vellum

@@ -316,8 +316,10 @@ void TreeView::drawRow(const Area& area, std::int32_t row)
                           at(item).folded ? POINTING_RIGHT : POINTING_DOWN);
     }
     const float textLeft = left + INDENT;
-    drawLabel(at(item).text, Vector2f(textLeft, middle), area.mMax.x - SCROLL_MARK_WIDTH - textLeft,
-              display::Font::ALIGN_LEFT, mInactive ? Look::INACTIVE : Look::NORMAL);
+    drawLabel(at(item).text,
+              {Vector2f(textLeft, middle), area.mMax.x - SCROLL_MARK_WIDTH - textLeft,
+               display::Font::ALIGN_LEFT},
+              mInactive ? Look::INACTIVE : Look::NORMAL);
 }
 
 /** Shows which part of the rows is seen, when that is not all of them. */

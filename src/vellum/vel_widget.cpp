@@ -80,10 +80,9 @@ void Widget::drawField(const Area& area, Look look)
     vellum::drawField(getRender(), mStyle, area, look, hasKeyboardFocus(*this));
 }
 
-void Widget::drawLabel(const std::string& text, mathbase::Vector2f position, float width, int align,
-                       Look look)
+void Widget::drawLabel(const std::string& text, const TextPlace& place, Look look)
 {
-    vellum::drawLabel(getRender(), mStyle, text, position, width, align, look);
+    vellum::drawLabel(getRender(), mStyle, text, place, look);
 }
 
 } // namespace zavex::vellum

@@ -58,12 +58,10 @@ protected:
     /** Whether the position of an event that was made local lies inside the control. */
     bool isInside(const Event& event);
 
-    /** A body in the control's colours; its border shows the keyboard focus. */
-    void drawField(const Area& area, Look look);
+    // In the control's colours; the border of a body shows the keyboard focus.
 
-    /** A line of text in the control's colours, at most `width` pixels wide. */
-    void drawLabel(const std::string& text, mathbase::Vector2f position, float width, int align,
-                   Look look);
+    void drawField(const Area& area, Look look);
+    void drawLabel(const std::string& text, const TextPlace& place, Look look);
 
     bool mPressed = false; // the left button was pressed on the control and is held
 };
