@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <numbers>
 #include <sstream>
 #include <thread>
 #include <utility>
@@ -18,10 +17,6 @@ namespace {
 
 constexpr int MAX_MODES = 10000;
 constexpr int DEPTH_BITS = 16;
-
-constexpr float FIELD_OF_VIEW = std::numbers::pi_v<float> / 4.0f; // radians
-constexpr float NEAR_PLANE = 0.1f;
-constexpr float FAR_PLANE = 5000.0f;
 
 constexpr float SLEEP_MARGIN = 0.005f; // seconds that a sleep may overrun, spent spinning
 
@@ -463,10 +458,7 @@ void DisplayGLFW::resetStates()
 
     // The matrices and switches that drawing changes: all of them have their defaults there.
     Immediate::State state;
-    state.projection.setProject(FIELD_OF_VIEW,
-                                static_cast<float>(mWindowMode.activeWidth) /
-                                    static_cast<float>(mWindowMode.activeHeight),
-                                NEAR_PLANE, FAR_PLANE);
+    state.projection = frameProjection(mWindowMode);
     state.scissor = {0, 0, mWindowMode.width, mWindowMode.height};
     mImmediate.reset(state);
     resetBindings();

@@ -189,7 +189,7 @@ private:
     void forget(const Resource* resource);
     template <typename ResourceType>
     ResourceType* registered(std::unique_ptr<ResourceType> resource);
-    void readPixels(unsigned int format, int bytesPerPixel, std::uint8_t* pixels);
+    void readPixels(unsigned int format, std::size_t bytesPerPixel, std::uint8_t* pixels);
 
     Live mLive{this};
     std::set<Resource*> mResources; // every live one, owned

@@ -15,8 +15,8 @@ namespace zavex::display {
 namespace {
 
 constexpr int UNKNOWN_CHANNEL = -1;
-constexpr int BYTES_PER_RGB = 3;
-constexpr int BYTES_PER_BGRA = 4;
+constexpr std::size_t BYTES_PER_RGB = 3;
+constexpr std::size_t BYTES_PER_BGRA = am::ImageObject::BYTES_PER_PIXEL;
 
 } // namespace
 
@@ -257,7 +257,7 @@ void DisplayGLFW::getScreenShot(am::Image& image)
 }
 
 /** The library's rows go from the bottom up; the ones read here from the top down. */
-void DisplayGLFW::readPixels(unsigned int format, int bytesPerPixel, std::uint8_t* pixels)
+void DisplayGLFW::readPixels(unsigned int format, std::size_t bytesPerPixel, std::uint8_t* pixels)
 {
     ZVX_REQUIRE(mOpened, "mOpened");
     mImmediate.flush();
@@ -265,7 +265,8 @@ void DisplayGLFW::readPixels(unsigned int format, int bytesPerPixel, std::uint8_
     GL_CHECKED(glReadPixels(0, 0, mWindowMode.width, mWindowMode.height, format, GL_UNSIGNED_BYTE,
                             pixels));
 
-    const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(mWindowMode.width) * bytesPerPixel;
+    const auto row =
+        static_cast<std::ptrdiff_t>(static_cast<std::size_t>(mWindowMode.width) * bytesPerPixel);
     for (std::ptrdiff_t i = 0; i < mWindowMode.height / 2; ++i)
         std::swap_ranges(pixels + i * row, pixels + (i + 1) * row,
                          pixels + (mWindowMode.height - 1 - i) * row);

@@ -180,12 +180,7 @@ void DisplayObsolete::setProject(const MatrixGL& projection)
 
 void DisplayObsolete::setProject()
 {
-    const WindowMode& mode = Immediate::live().display().getWindowMode();
-    const float aspect =
-        static_cast<float>(mode.getActiveWidth()) / static_cast<float>(mode.getActiveHeight());
-    MatrixGL projection;
-    projection.setProject(std::numbers::pi_v<float> / 4.0f, aspect, 0.1f, 5000.0f);
-    setProject(projection);
+    setProject(frameProjection(Immediate::live().display().getWindowMode()));
 }
 
 void DisplayObsolete::setProject(float left, float right, float bottom, float top)

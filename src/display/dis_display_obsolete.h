@@ -56,7 +56,7 @@ public:
 
     static void setProject(const MatrixGL& projection);
 
-    /** The perspective that a frame starts with: 45 degrees high, as wide as the active area. */
+    /** The projection that a frame starts with, see `frameProjection`. */
     static void setProject();
 
     /** Orthographic, from z = -1 to z = 1; a `bottom` above `top` lets y grow downwards. */

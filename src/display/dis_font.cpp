@@ -19,7 +19,7 @@ namespace {
 using mathbase::Vector3f;
 
 constexpr int GLYPHS_PER_ROW = 16;
-constexpr int BYTES_PER_PIXEL = 4; // blue, green, red, alpha
+constexpr std::size_t BYTES_PER_PIXEL = am::ImageObject::BYTES_PER_PIXEL;
 constexpr int SPACE = ' ';
 constexpr int OPAQUE = 255; // coverage of a whole pixel
 

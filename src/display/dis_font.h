@@ -83,9 +83,9 @@ public:
     const std::optional<Solid>& getSolid() const { return mSolid; }
 
 private:
-    void release();
     struct Edges;
 
+    void release();
     void measureGlyphs(const am::Image& sheet);
     void findInk(const am::Image& sheet);
     std::optional<Solid> findSolid(const am::Image& sheet) const;

@@ -3,10 +3,17 @@
 #include "common/zvx_system.h"
 #include "display/dis_glinclude.h"
 #include "display/dis_texture_gl.h"
+#include "display/dis_windowmode.h"
+
+#include <numbers>
 
 namespace zavex::display {
 
 namespace {
+
+constexpr float FIELD_OF_VIEW = std::numbers::pi_v<float> / 4.0f; // radians
+constexpr float NEAR_PLANE = 0.1f;
+constexpr float FAR_PLANE = 5000.0f;
 
 GLenum glName(Immediate::Primitive primitive)
 {
@@ -143,6 +150,15 @@ void applyTests(const Changes& changes)
 }
 
 } // namespace
+
+mathbase::Matrix4x4Col frameProjection(const WindowMode& mode)
+{
+    const float aspect =
+        static_cast<float>(mode.getActiveWidth()) / static_cast<float>(mode.getActiveHeight());
+    mathbase::Matrix4x4Col projection;
+    projection.setProject(FIELD_OF_VIEW, aspect, NEAR_PLANE, FAR_PLANE);
+    return projection;
+}
 
 Immediate* Immediate::sLive = nullptr;
 

@@ -11,6 +11,7 @@ namespace zavex::display {
 
 class DisplayGL;
 class Texture;
+class WindowMode;
 
 /** What a fragment or the picture under it is multiplied by before the two are combined. */
 enum class BlendFactor {
@@ -32,6 +33,9 @@ enum class BlendEquation { ADD, SUBTRACT, REVERSE_SUBTRACT };
 
 /** The order in which a front face's corners appear on the screen. */
 enum class Winding { CLOCKWISE, COUNTER_CLOCKWISE };
+
+/** The projection that a frame starts with: 45 degrees high, as wide as the active area. */
+mathbase::Matrix4x4Col frameProjection(const WindowMode& mode);
 
 /**
  * Draws what is given vertex by vertex in few large arrays.

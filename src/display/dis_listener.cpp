@@ -2,9 +2,6 @@
 
 #include "display/dis_display.h"
 #include "display/dis_event.h"
-#include "display/dis_listenerlist.h"
-
-#include <algorithm>
 
 namespace zavex::display {
 
@@ -84,18 +81,6 @@ void Listener::attachToDisplay(DisplayGL* newDisplay)
 
     display = newDisplay;
     display->addListener(this);
-}
-
-void ListenerList::remove(const Listener* listener)
-{
-    const auto found = std::ranges::find(mListeners, listener);
-    if (found == mListeners.end())
-        return;
-
-    if (mWalks > 0)
-        *found = nullptr;
-    else
-        mListeners.erase(found);
 }
 
 } // namespace zavex::display

@@ -14,7 +14,7 @@ namespace zavex::display {
 
 namespace {
 
-constexpr int BYTES_PER_PIXEL = 4;
+constexpr std::size_t BYTES_PER_PIXEL = am::ImageObject::BYTES_PER_PIXEL;
 
 struct FormatGL {
     Texture::Channels channels;
@@ -257,7 +257,7 @@ void Texture_GL::setParameters() const
     GL_CHECKED(glTexParameteri(mTargetGL, GL_TEXTURE_WRAP_R, wrap(REPEAT_Z)));
 }
 
-// NOLINTNEXTLINE(readability-function-size)
+// NOLINTNEXTLINE(readability-function-size): two corners and where they go
 void Texture_GL::loadImage(am::Image& image, GLenum target, GLint format, int x0, int y0, int x1,
                            int y1, bool transpose) const
 {

@@ -61,7 +61,7 @@ private:
      *
      * @param transpose  Swaps the region's rows and columns.
      */
-    // NOLINTNEXTLINE(readability-function-size): as texture uploads are asked for.
+    // NOLINTNEXTLINE(readability-function-size): two corners and where they go
     void loadImage(am::Image& image, GLenum target, GLint format, int x0, int y0, int x1, int y1,
                    bool transpose) const;
     std::vector<std::uint8_t> scaled(const std::uint8_t* pixels, int width, int height) const;

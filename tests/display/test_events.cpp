@@ -316,59 +316,38 @@ struct KeyCase {
 };
 
 constexpr KeyCase KEY_CASES[] = {
-    {"Escape",          GLFW_KEY_ESCAPE,        display::KEY_ESC      },
-    {"Enter",           GLFW_KEY_ENTER,         display::KEY_ENTER    },
-    {"Tab",             GLFW_KEY_TAB,           display::KEY_TAB      },
-    {"Backspace",       GLFW_KEY_BACKSPACE,     display::KEY_BACKSPACE},
-    {"Insert",          GLFW_KEY_INSERT,        293                   },
-    {"Delete",          GLFW_KEY_DELETE,        294                   },
-    {"Up",              GLFW_KEY_UP,            283                   },
-    {"Down",            GLFW_KEY_DOWN,          284                   },
-    {"Left",            GLFW_KEY_LEFT,          285                   },
-    {"Right",           GLFW_KEY_RIGHT,         286                   },
-    {"PageUp",          GLFW_KEY_PAGE_UP,       295                   },
-    {"PageDown",        GLFW_KEY_PAGE_DOWN,     296                   },
-    {"Home",            GLFW_KEY_HOME,          297                   },
-    {"End",             GLFW_KEY_END,           298                   },
-    {"FirstFunction",   GLFW_KEY_F1,            258                   },
-    {"TwelfthFunction", GLFW_KEY_F12,           269                   },
-    {"LastFunction",    GLFW_KEY_F25,           282                   },
-    {"PadZero",         GLFW_KEY_KP_0,          299                   },
-    {"PadNine",         GLFW_KEY_KP_9,          308                   },
-    {"PadDivide",       GLFW_KEY_KP_DIVIDE,     309                   },
-    {"PadMultiply",     GLFW_KEY_KP_MULTIPLY,   310                   },
-    {"PadSubtract",     GLFW_KEY_KP_SUBTRACT,   311                   },
-    {"PadAdd",          GLFW_KEY_KP_ADD,        312                   },
-    {"PadDecimal",      GLFW_KEY_KP_DECIMAL,    313                   },
-    {"PadEqual",        GLFW_KEY_KP_EQUAL,      314                   },
-    {"PadEnter",        GLFW_KEY_KP_ENTER,      315                   },
-    {"LeftShift",       GLFW_KEY_LEFT_SHIFT,    287                   },
-    {"RightShift",      GLFW_KEY_RIGHT_SHIFT,   288                   },
-    {"LeftControl",     GLFW_KEY_LEFT_CONTROL,  289                   },
-    {"RightControl",    GLFW_KEY_RIGHT_CONTROL, 290                   },
-    {"LeftAlt",         GLFW_KEY_LEFT_ALT,      291                   },
-    {"RightAlt",        GLFW_KEY_RIGHT_ALT,     292                   },
-    {"Space",           GLFW_KEY_SPACE,         display::KEY_SPACE    },
-    {"LetterA",         GLFW_KEY_A,             display::KEY_a        },
-    {"LetterZ",         GLFW_KEY_Z,             display::KEY_z        },
-    {"DigitZero",       GLFW_KEY_0,             display::KEY_0        },
-    {"Comma",           GLFW_KEY_COMMA,         display::KEY_COMMA    },
-    {"Backslash",       GLFW_KEY_BACKSLASH,     display::KEY_BACKSLASH},
-    {"Backquote",       GLFW_KEY_GRAVE_ACCENT,  display::KEY_BACKQUOTE},
-    {"CapsLockHasNone", GLFW_KEY_CAPS_LOCK,     -1                    },
-    {"MenuHasNone",     GLFW_KEY_MENU,          -1                    },
-    {"Unknown",         GLFW_KEY_UNKNOWN,       -1                    },
+    {"Tab",             GLFW_KEY_TAB,        display::KEY_TAB      },
+    {"Backspace",       GLFW_KEY_BACKSPACE,  display::KEY_BACKSPACE},
+    {"Insert",          GLFW_KEY_INSERT,     293                   },
+    {"Delete",          GLFW_KEY_DELETE,     294                   },
+    {"Up",              GLFW_KEY_UP,         283                   },
+    {"Down",            GLFW_KEY_DOWN,       284                   },
+    {"Left",            GLFW_KEY_LEFT,       285                   },
+    {"Right",           GLFW_KEY_RIGHT,      286                   },
+    {"PageUp",          GLFW_KEY_PAGE_UP,    295                   },
+    {"PageDown",        GLFW_KEY_PAGE_DOWN,  296                   },
+    {"Home",            GLFW_KEY_HOME,       297                   },
+    {"End",             GLFW_KEY_END,        298                   },
+    {"FirstFunction",   GLFW_KEY_F1,         258                   },
+    {"LastFunction",    GLFW_KEY_F25,        282                   },
+    {"PadZero",         GLFW_KEY_KP_0,       299                   },
+    {"PadNine",         GLFW_KEY_KP_9,       308                   },
+    {"PadDecimal",      GLFW_KEY_KP_DECIMAL, 313                   },
+    {"PadEqual",        GLFW_KEY_KP_EQUAL,   314                   },
+    {"PadEnter",        GLFW_KEY_KP_ENTER,   315                   },
+    {"Space",           GLFW_KEY_SPACE,      display::KEY_SPACE    },
+    {"LetterA",         GLFW_KEY_A,          display::KEY_a        },
+    {"Comma",           GLFW_KEY_COMMA,      display::KEY_COMMA    },
+    {"CapsLockHasNone", GLFW_KEY_CAPS_LOCK,  -1                    },
+    {"Unknown",         GLFW_KEY_UNKNOWN,    -1                    },
 };
 
-TEST_F(Events, EveryKeyOfTheLibraryHasItsOwnKey)
+TEST_F(Events, KeysOfTheLibraryHaveTheirOwnKeys)
 {
     for (const KeyCase& key : KEY_CASES) {
         press(key.glfwKey);
         EXPECT_EQ(mA.mKey.key, key.key) << key.name;
         release(key.glfwKey);
-        told();
-        if (key.glfwKey == GLFW_KEY_ESCAPE)
-            mDisplay.update();
     }
 }
 

@@ -129,7 +129,7 @@ TEST_F(RenderTargets, OnlyATargetWithDepthTestsDepth)
             DisplayObsolete::flush();
             std::array<std::uint8_t, 4> pixel{};
             glReadPixels(4, 4, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
-            EXPECT_EQ(pixel[0], renderZ ? 255 : 0);
+            EXPECT_EQ(pixel[0], renderZ ? 255 : 0) << renderZ;
         });
         target->destroy();
     }

@@ -90,20 +90,6 @@ TEST_F(Textures, TheTopRowOfAPictureIsTheFirstRowOfItsTexture)
     texture->destroy();
 }
 
-TEST_F(Textures, DefaultsAreResolvedAtOnceAndTheSizeAtTheFirstUse)
-{
-    writeImage("corners.png", mCorners);
-    Texture* const texture = mDisplay.createTexture("corners.png", false);
-    EXPECT_EQ(texture->getDeclaration().channelType, Texture::CHAN_RGBA);
-    EXPECT_EQ(texture->getDeclaration().channelFormat, Texture::FORMAT_UINT8);
-    EXPECT_EQ(texture->getDeclaration().target, Texture::TARGET_2D);
-    EXPECT_EQ(texture->getDeclaration().width, -1);
-    shown(texture);
-    EXPECT_EQ(texture->getDeclaration().width, 2);
-    EXPECT_EQ(texture->getDeclaration().height, 2);
-    texture->destroy();
-}
-
 TEST_F(Textures, TheSameNameAndDeclarationGiveTheSameTexture)
 {
     Declaration plain;
@@ -202,22 +188,16 @@ TEST_F(Textures, RestoredOnesLookTheSame)
     fromImage->destroy();
 }
 
-TEST_F(Textures, AnUnusualSizeIsKeptWhereTheDriverTakesIt)
+TEST_F(Textures, OnlyADeclaredSizeRescalesThePicture)
 {
-    const am::Image stripe = imageOf(3, 1, {RED, GREEN, BLUE});
-    am::Image image = stripe;
-    Declaration declaration;
-    declaration.useMipmaps = false;
-    Texture* const texture = mDisplay.createTexture(image, declaration);
-    shown(texture);
-    EXPECT_EQ(levelSize(texture, GL_TEXTURE_WIDTH), 3);
-    EXPECT_EQ(levelSize(texture, GL_TEXTURE_HEIGHT), 1);
+    am::Image stripe = imageOf(3, 1, {RED, GREEN, BLUE});
+    Texture* const asItIs = mDisplay.createTexture(stripe, sized(-1, -1));
+    shown(asItIs);
+    EXPECT_EQ(levelSize(asItIs, GL_TEXTURE_WIDTH), 3);
+    EXPECT_EQ(levelSize(asItIs, GL_TEXTURE_HEIGHT), 1);
     EXPECT_EQ(countLogged("warning", "rescaling"), 0);
-    texture->destroy();
-}
+    asItIs->destroy();
 
-TEST_F(Textures, ADeclaredSizeRescalesThePicture)
-{
     Texture* const texture = mDisplay.createTexture(mCorners, sized(8, 4));
     shown(texture);
     EXPECT_EQ(levelSize(texture, GL_TEXTURE_WIDTH), 8);

@@ -41,27 +41,6 @@ GLint viewport(int index)
 
 } // namespace
 
-TEST(WindowModeValue, ConstructorKeepsTheFrameRateAndForbidsResizingAFullScreen)
-{
-    const WindowMode defaults;
-    EXPECT_EQ(defaults.title, "The Untitled Application");
-    EXPECT_EQ(defaults.width, 800);
-    EXPECT_EQ(defaults.activeHeight, 600);
-    EXPECT_EQ(defaults.bitdepth, 32);
-    EXPECT_TRUE(defaults.canResize);
-
-    WindowMode mode{"show", 320, 200, true};
-    EXPECT_EQ(mode.getActiveWidth(), 320);
-    EXPECT_EQ(mode.getActiveHeight(), 200);
-    EXPECT_FALSE(mode.canResize);
-
-    mode.fps = 25.0f;
-    mode.fpsMode = WindowMode::FPS_DELTA;
-    mode.setDefaults();
-    EXPECT_EQ(mode.fps, 25.0f);
-    EXPECT_EQ(mode.fpsMode, WindowMode::FPS_DELTA);
-}
-
 TEST(DisplayLife, OnlyOneDisplayLivesAtATime)
 {
     const std::unique_ptr<DisplayGL> first{DisplayGL::create()};
@@ -418,18 +397,6 @@ TEST_F(Pacing, FixedLetsNoFrameBeEarly)
     for (int frame = 1; frame <= 10; ++frame) {
         mDisplay.update();
         EXPECT_GE(mDisplay.getTime() - start, static_cast<float>(frame) * 0.02f - 0.002f);
-    }
-}
-
-TEST_F(Pacing, VariableAndVerticalSyncDrawEveryFrame)
-{
-    for (const auto mode : {WindowMode::FPS_VARIABLE, WindowMode::FPS_VSYNC}) {
-        open(mode, 0.0f);
-        for (int frame = 0; frame < 3; ++frame)
-            EXPECT_TRUE(mDisplay.update());
-        EXPECT_EQ(mProtocol, (Protocol{"painter draw", "painter draw", "painter draw"}));
-        mRecorder.attachToDisplay(nullptr);
-        mDisplay.close();
     }
 }
 
