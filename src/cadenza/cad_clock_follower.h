@@ -18,8 +18,7 @@ namespace zavex::cadenza {
 class MusicClockFollower {
 public:
     static constexpr double WINDOW_SECONDS = 1.0; // what one comparison takes
-    static constexpr double SETTLE_SECONDS =
-        0.5; // before the first: a new stream's report is rough
+    static constexpr double SETTLE_SECONDS = 0.5; // before the first: new reports are rough
     static constexpr double JUMP_SECONDS = 0.1;
     static constexpr double SLEW_SECONDS = 0.005;    // for each second
     static constexpr double IGNORED_SECONDS = 0.001; // a smaller difference is none

@@ -181,7 +181,9 @@ void Effect::setupControl()
         addControl(plugin->getControl(), 0);
 
     const Area occupied = getOccupiedArea();
-    setArea({mStart * UNITS_PER_SECOND, occupied.mMin.y, mEnd * UNITS_PER_SECOND, occupied.mMax.y});
+    const float left = mStart * PluginBase::UNITS_PER_SECOND;
+    const float right = mEnd * PluginBase::UNITS_PER_SECOND;
+    setArea({left, occupied.mMin.y, right, occupied.mMax.y});
     updatePlugins();
 }
 

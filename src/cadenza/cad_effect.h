@@ -101,18 +101,15 @@ public:
     /** Whether the effect is drawn at demo time `time`: strictly inside its span. */
     bool covers(float time) const { return mStart < time && time < mEnd; }
 
-    /** The factory type; `getType` is the type of the control. */
-    const std::string& getEffectType() const { return mType; }
     const std::string& getName() const { return mName; }
     float getStart() const { return mStart; }
     float getEnd() const { return mEnd; }
 
 protected:
-    static constexpr float UNITS_PER_SECOND = 10.0f;
     static constexpr float HEADER_WIDTH = 200.0f;
     static constexpr float HEADER_HEIGHT = 20.0f;
 
-    std::string mType;
+    std::string mType; // of its factory; `getType` is the type of the control
     std::string mName;
     std::string mFilename;                  // set when the script is loaded or saved
     float mStart = 0.0f;                    // demo seconds

@@ -37,8 +37,10 @@ struct PictureSize {
     bool operator==(const PictureSize&) const = default;
 };
 
-/** The largest picture of this aspect ratio (width / height, positive) that fits into a window,
-    its sides rounded down to even numbers. */
+/**
+ * The largest picture of this aspect ratio (width / height, positive) that fits into a window, its
+ * sides rounded down to even numbers.
+ */
 PictureSize letterbox(const PictureSize& window, float aspect);
 
 /**
@@ -90,8 +92,10 @@ public:
      */
     Effect* addEffect(const std::string& type, const std::string& name);
 
-    /** Opens the window. Throws `Exception` when there is no screen, the size is not positive, or
-        a recording cannot have this size. */
+    /**
+     * Opens the window. Throws `Exception` when there is no screen, the size is not positive, or a
+     * recording cannot have this size.
+     */
     void openDisplay(int width, int height, bool fullscreen, const std::string& title);
 
     /**

@@ -20,6 +20,8 @@ namespace zavex::cadenza {
  */
 class PluginBase {
 public:
+    static constexpr float UNITS_PER_SECOND = 10.0f; // of the timeline that controls lie on
+
     /** @param type  The kind of plugin: "spline", "trigger" or "color". */
     explicit PluginBase(std::string type);
     PluginBase(const PluginBase&) = default;
@@ -61,8 +63,6 @@ public:
     std::string mName; // the name it is registered under, the key in the script file
 
 protected:
-    static constexpr float UNITS_PER_SECOND = 10.0f; // of the timeline that controls lie on
-
     /** What `setupControl` does for every kind. */
     void fitControl(float width);
 

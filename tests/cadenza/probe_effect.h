@@ -36,7 +36,6 @@ public:
         last = {time, delta, progress, curve.get(time), beat.get(time)};
     }
     using Effect::draw;
-    using Effect::mContext;
 
     int setups = 0;
     int draws = 0;

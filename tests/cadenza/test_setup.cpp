@@ -38,27 +38,7 @@ TEST_P(Setup, AppliesItsSections)
     GetParam().expect(cadenza);
 }
 
-void expectDefaults(const OpenCadenza& cadenza)
-{
-    EXPECT_EQ(cadenza.getStartTime(), 0.0f);
-    EXPECT_EQ(cadenza.getDemoLength(), 500.0f);
-    EXPECT_EQ(cadenza.getSystemTime(), 0.0f);
-    EXPECT_EQ(cadenza.mFpsMode, WindowMode::FPS_VARIABLE);
-    EXPECT_FALSE(cadenza.mLoop);
-    EXPECT_FALSE(cadenza.mFoundDisplay);
-    EXPECT_FALSE(cadenza.mNosound);
-    EXPECT_FALSE(cadenza.mMuted);
-    EXPECT_FALSE(cadenza.mLogConsole);
-    EXPECT_TRUE(cadenza.mOsd);
-    EXPECT_EQ(cadenza.mOsdLocation, 0);
-    EXPECT_EQ(cadenza.mOsdDelay, 2.0f);
-    EXPECT_EQ(cadenza.mOsdTime, -100.0f);
-    EXPECT_EQ(cadenza.mDumpVideo, nullptr);
-    EXPECT_EQ(cadenza.mAspect, -1.0f);
-}
-
 const SetupCase SETUP_CASES[] = {
-    {"NothingKeepsTheDefaults",      "",                                                                       expectDefaults                                      },
     {"TimeStart",                    R"(<time start="12.5"/>)",
      [](const OpenCadenza& it) { EXPECT_EQ(it.getStartTime(), 12.5f); }                                                                                            },
     {"TimeLoop",                     R"(<time loop="on"/>)",                                                   [](const OpenCadenza& it) { EXPECT_TRUE(it.mLoop); }},
@@ -175,11 +155,6 @@ TEST_F(SetupFile, IsReadOnceButTheAspectIsTaken)
 
     EXPECT_EQ(cadenza.getStartTime(), 5.0f);
     EXPECT_EQ(cadenza.mAspect, 2.0f);
-}
-
-TEST_F(SetupFile, ThatIsMissingIsAnError)
-{
-    EXPECT_EQ(setupFailure(), "[Cadenza] Could not load 'setup.[local.]xml'");
 }
 
 struct BadSetupCase {
