@@ -16,6 +16,7 @@ namespace {
 
 constexpr float MARGIN = 4.0f;       // pixels at the left and right of the text
 constexpr float CURSOR_WIDTH = 1.0f; // pixels
+constexpr float SELECTION_ALPHA = 0.35f;
 constexpr char COVER = '*';
 constexpr int LAST_CHARACTER = 255; // of Latin-1
 
@@ -239,8 +240,10 @@ void TextInput::drawLine(const Area& inner, bool focused)
     const auto boxFrom = [&](float from, float to) {
         return Area(caret.mMin.x + from, caret.mMin.y, caret.mMin.x + to, caret.mMax.y);
     };
+    style::Color selection = pick(mStyle.mCaption, Look::NORMAL).first;
+    selection.w *= SELECTION_ALPHA;
     if (focused && mLine.hasSelection())
-        fillBox(render, pick(mStyle.mBack, Look::PRESSED),
+        fillBox(render, {selection, selection},
                 boxFrom(widthTo(mLine.selectionBegin()), widthTo(mLine.selectionEnd())));
 
     const ColorPair color = pick(mStyle.mText, look());
