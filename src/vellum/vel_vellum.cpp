@@ -22,6 +22,7 @@
 #include "vellum/vel_radio_button.h"
 #include "vellum/vel_scrollbars.h"
 #include "vellum/vel_slider.h"
+#include "vellum/vel_spline.h"
 #include "vellum/vel_tab_caption.h"
 #include "vellum/vel_tab_frame.h"
 #include "vellum/vel_tab_view.h"
@@ -63,8 +64,9 @@ void registerControls(ControlFactory& factory)
     [[maybe_unused]] static const bool registered = [&factory] {
         registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, Container, Context,
                            Dropdown, Flow, Frame, Image, Knob, Label, LayoutStack, Menu, MenuBar,
-                           Panel, PanelFrame, RadioButton, Scrollbars, Slider, TabView, TabCaption,
-                           TabFrame, TextInput, TreeView, Window, WindowFrame, Workspace>(factory);
+                           Panel, PanelFrame, RadioButton, Scrollbars, Slider, Spline, TabView,
+                           TabCaption, TabFrame, TextInput, TreeView, Window, WindowFrame,
+                           Workspace>(factory);
         return true;
     }();
 }

@@ -24,20 +24,33 @@ std::string namesOf(Control& parent, Control* (Control::*get)(int))
 
 } // namespace
 
-void RecordingRender::setColor(const mathbase::Vector4f& first, const mathbase::Vector4f&)
+void RecordingRender::setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second)
 {
     mFirst = first;
+    mSecond = second;
 }
 
 void RecordingRender::drawBox(const Area& box, int)
 {
     boxes.push_back(box);
     boxColors.push_back(mFirst);
+    boxEndColors.push_back(mSecond);
 }
 
 void RecordingRender::drawBorder(const Area& box)
 {
     borders.push_back(box);
+}
+
+void RecordingRender::drawLine(const Vector2f& from, const Vector2f& to)
+{
+    lines.push_back({from, to});
+}
+
+void RecordingRender::drawCircle(const Area& box, int, float)
+{
+    circles.push_back(box);
+    circleColors.push_back(mFirst);
 }
 
 void RecordingRender::drawText(const std::string& text, Vector2f position)
@@ -53,6 +66,20 @@ float RecordingRender::getTextLength(const std::string& text)
 void RecordingRender::setClipArea(Area area)
 {
     clips.push_back(area);
+}
+
+void RecordingRender::clear()
+{
+    boxes.clear();
+    boxColors.clear();
+    boxEndColors.clear();
+    borders.clear();
+    images.clear();
+    lines.clear();
+    circles.clear();
+    circleColors.clear();
+    clips.clear();
+    texts.clear();
 }
 
 Probe::Probe(const std::string& name, Area area)

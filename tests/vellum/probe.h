@@ -23,33 +23,46 @@ public:
         int align = 0;
         mathbase::Vector4f color;
     };
+    struct Line {
+        Vector2f from;
+        Vector2f to;
+    };
 
     void setup(display::DisplayGL*, const std::string&) override {}
     void setupDraw(Vector2f, Vector2f, float) override {}
-    void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f&) override;
+    void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second) override;
     void setLineWidth(float) override {}
     void setAlign(int align) override { mAlign = align; }
     float getFontHeight() override { return 10.0f; }
     void drawBox(const Area& box, int mode) override;
     void drawBorder(const Area& box) override;
-    void drawLine(const Vector2f&, const Vector2f&) override {}
-    void drawCircle(const Area&, int, float) override {}
+    void drawLine(const Vector2f& from, const Vector2f& to) override;
+    void drawCircle(const Area& box, int, float) override;
     void drawImage(display::Texture&, const Area& box) override { images.push_back(box); }
     void drawText(const std::string& text, Vector2f position) override;
     float getTextLength(const std::string& text) override;
     void setClipArea(Area area) override;
-    float getTime() override { return 0.0f; }
+    float getTime() override { return time; }
+
+    /** Forgets what was drawn. */
+    void clear();
 
     std::vector<Area> boxes;
     std::vector<mathbase::Vector4f> boxColors;
+    std::vector<mathbase::Vector4f> boxEndColors;
     std::vector<Area> borders;
     std::vector<Area> images;
+    std::vector<Line> lines;
+    std::vector<Area> circles;
+    std::vector<mathbase::Vector4f> circleColors;
     std::vector<Area> clips;
     std::vector<Text> texts;
+    float time = 0.0f; // seconds
 
 private:
     int mAlign = 0;
     mathbase::Vector4f mFirst{0, 0, 0, 0};
+    mathbase::Vector4f mSecond{0, 0, 0, 0};
 };
 
 /** A control that notes every event and draw call it gets. */
