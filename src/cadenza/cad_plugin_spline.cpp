@@ -1,5 +1,7 @@
 #include "cadenza/cad_plugin_spline.h"
 
+#include "display/dis_font.h"
+#include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
 
 #include <string_view>
@@ -10,14 +12,7 @@ namespace {
 
 using Curve = mathbase::SplineFloat;
 
-const char* interpolationWord(Curve::InterpolationMode mode)
-{
-    switch (mode) {
-        case Curve::SQUARE: return "square";
-        case Curve::LINEAR: return "linear";
-        default: return "smooth";
-    }
-}
+constexpr float NAME_MIDDLE = 5.0f; // pixels above the lane's bottom edge
 
 Curve::InterpolationMode interpolationMode(std::string_view word)
 {
@@ -46,8 +41,8 @@ Curve::ExtrapolationMode extrapolationMode(std::string_view word)
 
 Spline::Spline() : PluginBase("spline"), mSpline(Curve::SMOOTH, true)
 {
-    Control::mType = PluginBase::mType;
     mArea = {0, 0, 100, 50};
+    setSpline(&mSpline, false);
 }
 
 void Spline::load(xml::IteratorConst& it)
@@ -60,12 +55,13 @@ void Spline::load(xml::IteratorConst& it)
         mSpline.setExtrapolationBefore(extrapolationMode(modes->getValue("before")));
         mSpline.setExtrapolationAfter(extrapolationMode(modes->getValue("after")));
     }
+    curveChanged();
 }
 
 void Spline::save(xml::Iterator& it)
 {
     xml::XmlTag modes("attributes");
-    modes.setValue("type", interpolationWord(mSpline.getInterpolation()));
+    modes.setValue("type", vellum::getModeName(mSpline.getInterpolation()));
     modes.setValue("before", extrapolationWord(mSpline.getExtrapolationBefore()));
     modes.setValue("after", extrapolationWord(mSpline.getExtrapolationAfter()));
     it.addChild(modes);
@@ -81,6 +77,16 @@ void Spline::save(xml::Iterator& it)
 void Spline::setupControl(float width)
 {
     fitControl(width);
+}
+
+void Spline::draw(Area area, Area parent, Area clip)
+{
+    vellum::Spline::draw(area, parent, clip);
+    vellum::Render& render = getRender();
+    render.setColor(mStyle.mText.mColor1, mStyle.mText.mColor1);
+    render.setAlign(display::Font::ALIGN_LEFT);
+    render.drawText(mName, {area.mMin.x, area.mMax.y - NAME_MIDDLE});
+    render.setAlign(display::Font::ALIGN_CENTER);
 }
 
 float Spline::get(float time) const

@@ -2,12 +2,13 @@
 
 #include "cadenza/cad_plugin.h"
 #include "mathbase/mb_splinebase.h"
-#include "vellum/vel_control.h"
+#include "vellum/vel_spline.h"
 
 namespace zavex::cadenza {
 
 /**
- * One animated number: a curve of keys over the effect's span, from 0 at its start to 1 at its end.
+ * One animated number: a curve of keys over the effect's span, from 0 at its start to 1 at its end,
+ * and the lane that edits it.
  *
  * In a script file:
  *
@@ -18,7 +19,7 @@ namespace zavex::cadenza {
  * Tangents are not stored. The modes are set after the keys were added and recompute nothing, so
  * loaded keys have the tangents of the modes before.
  */
-class Spline final : public PluginBase, public vellum::Control {
+class Spline final : public PluginBase, public vellum::Spline {
 public:
     Spline();
 
@@ -29,6 +30,9 @@ public:
 
     /** This object: a plugin is never duplicated. */
     vellum::Control* clone() override { return this; }
+
+    /** Draws the curve's editor and the plugin's name over it. */
+    void draw(Area area, Area parent, Area clip) override;
 
     /** The curve's value `time` seconds after the effect's start; 0 without keys. */
     float get(float time) const;

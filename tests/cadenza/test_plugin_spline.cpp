@@ -105,5 +105,25 @@ TEST(Spline, LaneGetsItsWidthFromWhereItBegins)
     EXPECT_EQ(spline.getArea().mMax.x, 70.0f);
 }
 
+TEST(Spline, TheLaneEditsTheCurve)
+{
+    Spline spline;
+    spline.setupControl(WIDTH);
+    const auto send = [&](const char* type, mathbase::Vector2f position) {
+        vellum::Event event;
+        event.type = type;
+        event.mousePos = position;
+        event.key = display::KEY_INSERT;
+        spline.handleEvent(event);
+    };
+    send("keydown", {0.0f, 0.0f});
+    send("mousemove", {0.0f, 25.0f});
+    send("mousedown", {0.0f, 25.0f});
+    send("mousemove", {20.0f, 12.5f});
+
+    EXPECT_EQ(spline.get(1.0f), 0.5f);
+    EXPECT_NE(test::savedBody(spline).find(R"(<key time="0.5" value="0.5"/>)"), std::string::npos);
+}
+
 } // namespace
 } // namespace zavex::cadenza
