@@ -6,6 +6,7 @@
 #include "vellum/vel_button.h"
 #include "vellum/vel_caption.h"
 #include "vellum/vel_checkbox.h"
+#include "vellum/vel_color_chooser.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_dropdown.h"
@@ -20,9 +21,11 @@
 #include "vellum/vel_panel.h"
 #include "vellum/vel_panel_frame.h"
 #include "vellum/vel_radio_button.h"
+#include "vellum/vel_ruler.h"
 #include "vellum/vel_scrollbars.h"
 #include "vellum/vel_slider.h"
 #include "vellum/vel_spline.h"
+#include "vellum/vel_stat.h"
 #include "vellum/vel_tab_caption.h"
 #include "vellum/vel_tab_frame.h"
 #include "vellum/vel_tab_view.h"
@@ -62,11 +65,11 @@ void registerPrototypes(ControlFactory& factory)
 void registerControls(ControlFactory& factory)
 {
     [[maybe_unused]] static const bool registered = [&factory] {
-        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, Container, Context,
-                           Dropdown, Flow, Frame, Image, Knob, Label, LayoutStack, Menu, MenuBar,
-                           Panel, PanelFrame, RadioButton, Scrollbars, Slider, Spline, TabView,
-                           TabCaption, TabFrame, TextInput, TreeView, Window, WindowFrame,
-                           Workspace>(factory);
+        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, ColorChooser,
+                           Container, Context, Dropdown, Flow, Frame, Image, Knob, Label,
+                           LayoutStack, Menu, MenuBar, Panel, PanelFrame, RadioButton, Ruler,
+                           Scrollbars, Slider, Spline, Stat, TabView, TabCaption, TabFrame,
+                           TextInput, TreeView, Window, WindowFrame, Workspace>(factory);
         return true;
     }();
 }

@@ -1,9 +1,14 @@
 #include "vellum/probe.h"
+#include "vellum/vel_color_chooser.h"
 #include "vellum/vel_context.h"
+#include "vellum/vel_ruler.h"
+#include "vellum/vel_stat.h"
 #include "vellum/vel_vellum.h"
 
 #include "am/am.h"
 #include "am/am_image.h"
+#include "display/dis_immediate.h"
+#include "support/allocation_counter.h"
 #include "support/gl_display.h"
 
 #include <GLFW/glfw3.h>
@@ -448,6 +453,36 @@ TEST_F(RootMenu, OutlivesTheGuiThatItsChoiceDestroys)
     button.mousePos = Vector2f(30, 17);
     EXPECT_EQ(mVellum->onMouseUp(button), 0);
     EXPECT_EQ(mVellum, nullptr);
+}
+
+TEST_F(RootTest, DrawsRulerColorsAndGraphInThreeArraysWithoutAllocating)
+{
+    loadFont();
+    const auto add = [&](Control* control, Area area) {
+        mVellum->addControl(control);
+        control->setArea(area);
+    };
+    auto* stat = new Stat;
+    add(new Ruler, Area(0, 0, 64, 26));
+    add(new ColorChooser, Area(24, 26, 64, 48));
+    add(stat, Area(0, 26, 24, 48));
+    stat->setInterval(0.0f);
+    const auto draw = [&] {
+        stat->addValue(1.0f);
+        mVellum->onDraw();
+        display::DisplayObsolete::flush();
+    };
+
+    zavex::test::drawFrame(mDisplay, [&] {
+        for (int i = 0; i < 4; ++i)
+            draw(); // the driver prepares for states that it has not met
+        const unsigned long before = display::Immediate::live().drawnArrays();
+        const zavex::test::AllocationCounter counter;
+        draw();
+        EXPECT_EQ(counter.count(), 0u);
+        EXPECT_EQ(display::Immediate::live().drawnArrays() - before, 3u)
+            << "shapes and texts, lines inside the graph, lines that leave it";
+    });
 }
 
 } // namespace

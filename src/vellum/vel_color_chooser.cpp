@@ -1,0 +1,56 @@
+#include "vellum/vel_color_chooser.h"
+
+#include "vellum/vel_color_chooser_frame.h"
+#include "vellum/vel_color_chooser_stat_frame.h"
+#include "vellum/vel_color_chooser_wheel.h"
+#include "vellum/vel_frame.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_slider.h"
+
+namespace zavex::vellum {
+
+ColorChooser::ColorChooser() : mFrame(new ColorChooserFrame), mStatFrame(new ColorChooserStatFrame)
+{
+    mType = "colorchooser";
+    mId = "colorchooser";
+    mStyle = widgetStyle();
+    Flow::addControl(mFrame);
+    Flow::addControl(mStatFrame);
+    setPercent(mFrame, 100.0f);
+    setSize(mStatFrame, 0.0f);
+    mFrame->setCallback(this);
+}
+
+Control* ColorChooser::clone()
+{
+    return new ColorChooser;
+}
+
+void ColorChooser::load(xml::IteratorConst& element)
+{
+    Flow::load(element);
+    loadStyleClass(*mStatFrame, "colorchooser");
+}
+
+void ColorChooser::draw(Area area, Area parent, Area clip)
+{
+    fillBox(getRender(), {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
+    Flow::draw(area, parent, clip);
+}
+
+void ColorChooser::controlAction(Control* control, Action)
+{
+    const std::string& source = control->getId();
+    if (source == "slider")
+        mFrame->getWheel().setIntensity(1.0f - mFrame->getSlider().getValue(true));
+    else if (source != "colorchooserwheel")
+        return;
+    sendAction(ACTION_COLOR);
+}
+
+mathbase::Vector3f ColorChooser::getColor() const
+{
+    return mFrame->getWheel().getColor();
+}
+
+} // namespace zavex::vellum

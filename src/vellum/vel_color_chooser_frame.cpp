@@ -1,0 +1,31 @@
+#include "vellum/vel_color_chooser_frame.h"
+
+#include "vellum/vel_color_chooser_wheel.h"
+#include "vellum/vel_slider.h"
+
+namespace zavex::vellum {
+
+namespace {
+
+constexpr float SLIDER_WIDTH = 16.0f; // pixels
+
+} // namespace
+
+ColorChooserFrame::ColorChooserFrame() : mWheel(new ColorChooserWheel), mSlider(new Slider)
+{
+    mType = "colorchooserframe";
+    mId = "colorchooserframe";
+    mDirection = DIRECTION_HORISONTAL;
+    Flow::addControl(mWheel);
+    Flow::addControl(mSlider);
+    setPercent(mWheel, 100.0f);
+    setSize(mSlider, SLIDER_WIDTH);
+    mSlider->setValue(1.0f, true);
+}
+
+Control* ColorChooserFrame::clone()
+{
+    return new ColorChooserFrame;
+}
+
+} // namespace zavex::vellum
