@@ -81,7 +81,7 @@ public:
     SharedArray(const Render& render, Area bounds)
         : mImmediate(display::Immediate::live()), mTexture(mImmediate.state().texture),
           mScissor(mImmediate.state().scissor), mTexturing(mImmediate.state().texturing),
-          mScissorTest(mImmediate.state().scissorTest)
+          mScissorTest(mImmediate.state().scissorTest), mBlending(mImmediate.state().blending)
     {
         display::Immediate::State& state = mImmediate.change();
         const Area clip = scissorArea(render.mWindowSize.y);
@@ -92,10 +92,11 @@ public:
         } else {
             bounds.setIntersect(clip);
         }
-        if (render.mSolid && bounds.getArea() <= LARGEST_TEXTURED) {
+        mLarge = bounds.getArea() > LARGEST_TEXTURED;
+        if (render.mSolid)
+            state.texturing = !mLarge;
+        if (render.mSolid && !mLarge)
             state.texture = render.mSolid->texture;
-            state.texturing = true;
-        }
     }
 
     ~SharedArray()
@@ -105,10 +106,21 @@ public:
         state.texturing = mTexturing;
         state.scissor = mScissor;
         state.scissorTest = mScissorTest;
+        state.blending = mBlending;
     }
 
     SharedArray(const SharedArray&) = delete;
     SharedArray& operator=(const SharedArray&) = delete;
+
+    /** Says that the shape is opaque: a large one need not be blended then. */
+    void setOpaque()
+    {
+        display::Immediate::State& state = mImmediate.change();
+        if (mLarge && !state.texturing && state.blendSource == BlendFactor::SRC_ALPHA &&
+            state.blendDestination == BlendFactor::ONE_MINUS_SRC_ALPHA &&
+            state.blendEquation == display::BlendEquation::ADD)
+            state.blending = false;
+    }
 
 private:
     Area scissorArea(float windowHeight) const
@@ -124,6 +136,8 @@ private:
     display::Immediate::Rectangle mScissor;
     bool mTexturing;
     bool mScissorTest;
+    bool mBlending;
+    bool mLarge = false; // has an array without texture
 };
 
 Render::Render() = default;
@@ -193,7 +207,9 @@ float Render::getFontHeight()
 
 void Render::drawBox(const Area& box, int mode)
 {
-    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
+    SharedArray shared(*this, boxAround(box.mMin, box.mMax));
+    if (mColor.w == 1.0f && mColor2.w == 1.0f)
+        shared.setOpaque();
     const bool sideways = mode == GRADIENT_HORISONTAL;
     const Vector4f& topRight = sideways ? mColor2 : mColor;
     const Vector4f& bottomLeft = sideways ? mColor : mColor2;

@@ -420,6 +420,41 @@ TEST_F(RenderTest, SharesOneArrayBetweenTexts)
             << row.name;
 }
 
+struct BlendCase {
+    const char* name;
+    float alpha; // of a blue box over a red one
+    display::BlendFactor source;
+    display::BlendFactor destination;
+    unsigned expected; // 0xRRGGBB
+
+    friend void PrintTo(const BlendCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr BlendCase BLEND_CASES[] = {
+    {"Opaque",         1.0f, display::BlendFactor::SRC_ALPHA, display::BlendFactor::ONE_MINUS_SRC_ALPHA,
+     0x0000ff                                                                                                    },
+    {"Translucent",    0.2f, display::BlendFactor::SRC_ALPHA,
+     display::BlendFactor::ONE_MINUS_SRC_ALPHA,                                                          0xcc0033},
+    {"OpaqueAndAdded", 1.0f, display::BlendFactor::ONE,       display::BlendFactor::ONE,                 0xff00ff},
+};
+
+TEST_F(RenderTest, BlendsLargeBoxes)
+{
+    const Area all(0, 0, 200, 200);
+    for (const BlendCase& row : BLEND_CASES) {
+        const Picture picture = GlDisplayTest::pictureOf([&] {
+            mRender->setupDraw(Vector2f(200, 200), Vector2f(0, 0), 0.0f);
+            mRender->setColor(RED, RED);
+            mRender->drawBox(all, Render::GRADIENT_VERTICAL);
+            display::DisplayObsolete::setBlendFunction(row.source, row.destination);
+            const Vector4f over(0.0f, 0.0f, 1.0f, row.alpha);
+            mRender->setColor(over, over);
+            mRender->drawBox(all, Render::GRADIENT_VERTICAL);
+        });
+        EXPECT_EQ(pixelAt(picture, 30, 30), row.expected) << row.name;
+    }
+}
+
 TEST_F(RenderTest, MeasuresTextInPixels)
 {
     EXPECT_EQ(mRender->getTextLength("AA"), 14.0f);
