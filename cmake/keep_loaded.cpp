@@ -5,8 +5,8 @@ extern "C" int dlclose(void*)
     return 0;
 }
 
-// Where the leak checker follows the thread-local storage of loaded drivers it guesses the layout of
-// the block from its address, and now and then reads its bounds from what is none.
+// Where the leak checker follows the thread-local storage of loaded drivers it guesses the layout
+// of the block from its address, and now and then reads its bounds from what is none.
 extern "C" const char* __asan_default_options()
 {
     return "intercept_tls_get_addr=0";
