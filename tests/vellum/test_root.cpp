@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -283,6 +284,26 @@ TEST_F(RootTest, CutsControlsAtTheirParents)
     EXPECT_EQ(pixelAt(picture, 29, 19), RED);
     EXPECT_EQ(pixelAt(picture, 9, 15), BLACK);
     EXPECT_EQ(pixelAt(picture, 30, 15), BLACK);
+}
+
+constexpr const char* CONTROL_TYPES[] = {
+    "box",       "boxframe",    "boxview",  "button",  "caption",     "checkbox",   "colorchooser",
+    "container", "context",     "dropdown", "flow",    "frame",       "image",      "knob",
+    "label",     "layoutstack", "menu",     "menubar", "panel",       "panelframe", "radiobutton",
+    "ruler",     "scrollbars",  "slider",   "spline",  "stat",        "tabview",    "tabcaption",
+    "tabframe",  "textinput",   "treeview", "window",  "windowframe", "workspace"};
+static_assert(std::size(CONTROL_TYPES) == 34);
+
+TEST_F(RootTest, MakesEveryTypeOfControlButThePartsOfOthers)
+{
+    for (const char* type : CONTROL_TYPES) {
+        const std::unique_ptr<Control> made(controlFactory.create(type));
+        ASSERT_NE(made, nullptr) << type;
+        EXPECT_EQ(made->getType(), type);
+    }
+    for (const char* part :
+         {"colorchooserframe", "colorchooserwheel", "menuframe", "scrollbarsframe"})
+        EXPECT_EQ(controlFactory.create(part), nullptr) << part;
 }
 
 TEST_F(RootTest, LoadsTheLayoutWithItsStyle)
