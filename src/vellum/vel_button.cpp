@@ -93,8 +93,13 @@ bool Button::getToggled()
 void Button::press()
 {
     mClicked = true;
-    if (!mToggle)
-        sendAction(ACTION_BUTTON_PRESSED);
+    if (mToggle)
+        return;
+    const ControlWatch self(*this);
+    sendAction(ACTION_BUTTON_PRESSED);
+    // One that was hidden by that may never hear of the release.
+    if (!self.isGone() && !isShown(*this))
+        mClicked = false;
 }
 
 void Button::release(bool over)

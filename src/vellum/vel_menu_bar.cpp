@@ -1,6 +1,7 @@
 #include "vellum/vel_menu_bar.h"
 
 #include "vellum/vel_area.h"
+#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -31,7 +32,8 @@ void MenuBar::load(xml::IteratorConst& element)
 {
     Control::load(element);
     for (xml::IteratorConst item = element.createIterator("item"); ++item;)
-        addItem(item);
+        if (!item->getValue("caption").empty())
+            addItem(item);
 }
 
 bool MenuBar::acceptEvents(Event& event)
@@ -41,7 +43,10 @@ bool MenuBar::acceptEvents(Event& event)
 
 int MenuBar::handleEvent(Event& event)
 {
+    const ControlWatch self(*this);
     const int handled = Control::handleEvent(event);
+    if (self.isGone())
+        return handled;
 
     if (event.type == "reset")
         hover(-1);

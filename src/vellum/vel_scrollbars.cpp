@@ -109,20 +109,22 @@ int Scrollbars::handleEvent(Event& event)
     const Vector2f point = event.mousePos - getArea().mMin;
     const ControlWatch self(*this);
     const int handled = Control::handleEvent(event);
-    if (self.isGone() || !isShown(*this))
+    if (self.isGone())
         return handled;
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mousedown" && left && !mInactive)
-        press(point, event.mousePosWorld);
-    else if (event.type == "mouseup" && left)
+    if (event.type == "mouseup" && left)
         release();
+    else if (event.type == "reset")
+        mVerticalBarHighlight = mHorisontalBarHighlight = false;
+    else if (!isShown(*this))
+        return handled;
+    else if (event.type == "mousedown" && left && !mInactive)
+        press(point, event.mousePosWorld);
     else if (event.type == "mousewheel" && handled != 1)
         return turnWheel(event) ? 1 : handled;
     else if (event.type == "mousemove")
         drag(event, point);
-    else if (event.type == "reset")
-        mVerticalBarHighlight = mHorisontalBarHighlight = false;
     return handled;
 }
 
@@ -276,10 +278,13 @@ void Scrollbars::drag(const Event& event, Vector2f point)
 
 void Scrollbars::resizeParent(Vector2f pointer)
 {
+    auto* const window = dynamic_cast<Window*>(mParent->getParent());
+    if (window && window->getMaximized())
+        return;
     const Area frame = mParent->getArea();
     Vector2f corner = frame.mMin + Vector2f(SMALLEST_PARENT, SMALLEST_PARENT);
     corner.maxi(mOldAreaMax + pointer - mMousePos);
-    if (auto* window = dynamic_cast<Window*>(mParent->getParent()))
+    if (window)
         window->resizeFrame(corner);
     else
         mParent->setArea(Area(frame.mMin, corner));

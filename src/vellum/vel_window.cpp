@@ -99,8 +99,7 @@ void Window::toggleMaximized()
 
 void Window::resizeFrame(Vector2f corner)
 {
-    if (!getMaximized())
-        setArea(Area(mArea.mMin, mArea.mMax + corner - mFrame->getArea().mMax));
+    setArea(Area(mArea.mMin, mArea.mMax + corner - mFrame->getArea().mMax));
 }
 
 } // namespace zavex::vellum

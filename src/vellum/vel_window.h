@@ -45,8 +45,8 @@ public:
         `ACTION_WINDOW_RESIZE`. */
     void toggleMaximized();
 
-    /** Sizes the window so that the frame ends at `corner`, in local coordinates. Nothing while
-        maximized. */
+    /** Sizes the window, which must not be maximized, so that the frame ends at `corner`, in local
+        coordinates. */
     void resizeFrame(mathbase::Vector2f corner);
 
 protected:

@@ -110,6 +110,17 @@ TEST_F(ButtonTest, IgnoresOtherButtonsAndPressesWhileInactiveOrHidden)
     EXPECT_EQ(actions(), "");
 }
 
+TEST_F(ButtonTest, LetsGoWhenAnObserverHidesIt)
+{
+    observer.onAction = [this] { button->setVisible(false); };
+    mouse.moveTo({30.0f, 30.0f});
+    mouse.press();
+    button->setVisible(true);
+    mouse.moveTo({150.0f, 90.0f});
+    Event elsewhere = eventAt("mousedown", {150.0f, 90.0f});
+    EXPECT_FALSE(button->acceptEvents(elsewhere));
+}
+
 TEST_F(ButtonTest, AnObserverMayDeleteIt)
 {
     observer.onAction = [this] { root.deleteControls(); };
