@@ -1,0 +1,257 @@
+// The processor's time for one frame of the gallery: batched, against the same shapes with a
+// glBegin and a glEnd each, and against Dear ImGui with a screen of as many widgets and letters.
+//
+// "Submitting" is what the drawing thread takes until everything is with the driver. "Whole" is
+// what all threads take until the picture is there: with a driver that draws in software this is
+// mostly the filling of pixels.
+
+#include "vellum/vel_vellum.h"
+#include "vellum/vel_workspace.h"
+
+#include "am/am.h"
+#include "common/zvx_system.h"
+#include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
+#include "display/dis_glinclude.h"
+#include "display/dis_immediate.h"
+#include "figure.h"
+#include "imgui_screen.h"
+#include "plain_render.h"
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_parser.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+void zavex::zvx_log_callback(const LogData& data)
+{
+    if (std::string(data.type) == "error")
+        std::fprintf(stderr, "%s\n", data.message);
+}
+
+namespace {
+
+using zavex::bench::Bound;
+using zavex::bench::Figures;
+using zavex::bench::ImguiScreen;
+using zavex::bench::median;
+using zavex::bench::PlainRender;
+using zavex::display::DisplayGL;
+using zavex::display::DisplayObsolete;
+using zavex::mathbase::Vector2f;
+
+constexpr int WIDTH = 1024; // pixels
+constexpr int HEIGHT = 768;
+constexpr int RUNS = 101;
+constexpr const char* FONT = "fonthelvete2.png";
+
+/** A document of the archive. */
+class Document {
+public:
+    Document(zavex::am::ArchiveManager& archive, const std::string& name)
+    {
+        const zavex::am::File file = archive.readFile(name, -1);
+        if (file.isNull())
+            throw zavex::Exception("Could not find the file '%s'.", name.c_str());
+        mParser.parse(file->data, file->length);
+    }
+
+    zavex::xml::XmlParser& parser() { return mParser; }
+
+    /** Stands on the first "workspace" element. */
+    zavex::xml::IteratorConst workspace() const
+    {
+        zavex::xml::IteratorConst element = mParser.createIterator("workspace");
+        ++element;
+        return element;
+    }
+
+private:
+    zavex::xml::XmlParser mParser;
+};
+
+/** The gallery's tree, drawn without batching. */
+class PlainGallery final : public zavex::vellum::Workspace {
+public:
+    PlainGallery(DisplayGL& display, const Document& layout, Document& styles)
+    {
+        setDisplay(&display);
+        mRender.setup(&display, FONT);
+        loadStyle(&styles.parser());
+        zavex::xml::IteratorConst element = layout.workspace();
+        load(element);
+        setArea({0.0f, 0.0f, static_cast<float>(WIDTH), static_cast<float>(HEIGHT)});
+    }
+    ~PlainGallery() override { deleteControls(); }
+    PlainGallery(const PlainGallery&) = delete;
+    PlainGallery& operator=(const PlainGallery&) = delete;
+
+    zavex::vellum::Render& getRender() override { return mRender; }
+
+    void drawFrame()
+    {
+        mRender.setupDraw(Vector2f(WIDTH, HEIGHT), Vector2f(0.0f, 0.0f), 0.0f);
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        draw();
+        glPopAttrib();
+    }
+
+    const PlainRender& render() const { return mRender; }
+
+private:
+    using Workspace::draw;
+    using Workspace::load;
+
+    PlainRender mRender;
+};
+
+double secondsOf(clockid_t clock)
+{
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+struct Cost {
+    double submitting; // seconds
+    double whole;      // seconds
+};
+
+template <typename Frame>
+Cost costOf(Frame&& frame)
+{
+    const double wholeBefore = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
+    const double before = secondsOf(CLOCK_THREAD_CPUTIME_ID);
+    frame();
+    DisplayObsolete::flush();
+    const double submitting = secondsOf(CLOCK_THREAD_CPUTIME_ID) - before;
+    glFinish();
+    return {submitting, secondsOf(CLOCK_PROCESS_CPUTIME_ID) - wholeBefore};
+}
+
+struct Comparison {
+    Cost frame;
+    Cost reference;
+    Cost ratio;
+};
+
+/** Medians over runs taken in turn; as `bench::medianRatio`, for both clocks at once. */
+template <typename Frame, typename Reference>
+Comparison compare(Frame&& frame, Reference&& reference)
+{
+    std::vector<double> values[6];
+    for (int i = 0; i <= RUNS; ++i) {
+        const Cost expected = costOf(reference);
+        const Cost actual = costOf(frame);
+        if (i == 0)
+            continue; // what is made at the first frame
+        values[0].push_back(actual.submitting);
+        values[1].push_back(actual.whole);
+        values[2].push_back(expected.submitting);
+        values[3].push_back(expected.whole);
+        values[4].push_back(actual.submitting / expected.submitting);
+        values[5].push_back(actual.whole / expected.whole);
+    }
+    return {
+        {median(values[0]), median(values[1])},
+        {median(values[2]), median(values[3])},
+        {median(values[4]), median(values[5])}
+    };
+}
+
+std::vector<std::uint8_t> screenshot(DisplayGL& display)
+{
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(WIDTH) * HEIGHT * 3);
+    display.getScreenShotRGB24(pixels.data());
+    return pixels;
+}
+
+template <typename Frame>
+std::vector<std::uint8_t> pictureOf(DisplayGL& display, Frame&& frame)
+{
+    display.resetStates();
+    DisplayObsolete::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
+    frame();
+    return screenshot(display);
+}
+
+/** The largest difference of two pictures, in 0..255; 255 when the first of them is empty. */
+int differenceOf(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b)
+{
+    if (std::all_of(a.begin(), a.end(), [](std::uint8_t value) { return value == 0; }))
+        return 255;
+    int largest = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        largest = std::max(largest, std::abs(a[i] - b[i]));
+    return largest;
+}
+
+void stateCost(const char* name, const Cost& cost)
+{
+    std::printf("%s: submitting %.3f, whole %.3f (ms, stated)\n", name, 1e3 * cost.submitting,
+                1e3 * cost.whole);
+}
+
+void measure(DisplayGL& display, Figures& figures)
+{
+    zavex::am::ArchiveManager& archive = *display.getArchive();
+    const Document layout(archive, "gallery.xml");
+    Document style(archive, layout.workspace()->getValue("style"));
+    zavex::vellum::Vellum gallery(&display);
+    gallery.load("gallery.xml");
+    PlainGallery plain(display, layout, style);
+    ImguiScreen imgui(layout.workspace(), Vector2f(WIDTH, HEIGHT));
+
+    const auto drawGallery = [&] { gallery.onDraw(); };
+    const auto drawPlain = [&] { plain.drawFrame(); };
+    const auto drawImgui = [&] { imgui.draw(); };
+
+    const auto expected = pictureOf(display, drawPlain);
+    figures.report("gallery, difference of the pictures",
+                   differenceOf(expected, pictureOf(display, drawGallery)), 1.0, Bound::AT_MOST);
+    imgui.draw();
+    imgui.draw(); // windows come to their size with the second frame
+    imgui.fillUpTo(plain.render().letters);
+    imgui.draw();
+    const auto arraysBefore = zavex::display::Immediate::live().drawnArrays();
+    costOf(drawGallery);
+    std::printf("gallery: %zu controls and rows, %zu shapes and texts, %zu letters (ImGui %zu), "
+                "%lu arrays (stated)\n",
+                imgui.widgetCount(), plain.render().primitives, plain.render().letters,
+                imgui.letterCount(),
+                zavex::display::Immediate::live().drawnArrays() - arraysBefore);
+
+    const Comparison plainly = compare(drawGallery, drawPlain);
+    const Comparison withImgui = compare(drawGallery, drawImgui);
+    stateCost("gallery, batched", plainly.frame);
+    stateCost("gallery, glBegin each", plainly.reference);
+    stateCost("gallery, Dear ImGui", withImgui.reference);
+    figures.report("gallery submitting, batched / glBegin each", plainly.ratio.submitting, 0.5,
+                   Bound::AT_MOST);
+    figures.report("gallery whole, batched / glBegin each", plainly.ratio.whole, 1.0,
+                   Bound::AT_MOST);
+    figures.report("gallery submitting, ours / Dear ImGui", withImgui.ratio.submitting, 1.0,
+                   Bound::AT_MOST);
+    figures.report("gallery whole, ours / Dear ImGui", withImgui.ratio.whole, 1.0, Bound::AT_MOST);
+}
+
+} // namespace
+
+int main()
+{
+    zavex::am::ArchiveManager archive;
+    archive.addArchive(DEMO_FOLDER);
+    const std::unique_ptr<DisplayGL> display(DisplayGL::create());
+    display->setArchive(&archive);
+    display->open(zavex::display::WindowMode("gallery", WIDTH, HEIGHT, false));
+    Figures figures;
+    measure(*display, figures);
+    display->close();
+    return figures.exitStatus();
+}
