@@ -29,6 +29,8 @@
 #include <utility>
 #include <vector>
 
+#include <malloc.h>
+
 void zavex::zvx_log_callback(const LogData& data)
 {
     if (std::string(data.type) == "error")
@@ -241,10 +243,23 @@ void measure(DisplayGL& display, Figures& figures)
     figures.report("gallery whole, ours / Dear ImGui", withImgui.ratio.whole, 1.0, Bound::AT_MOST);
 }
 
+/**
+ * Lets the allocator keep what the driver gives back. Otherwise each frame returns the driver's
+ * buffers to the system and gets them anew, or does not, as the heap happens to lie: the ways of
+ * drawing differ by half from run to run.
+ */
+void keepMemory()
+{
+    constexpr int ALL = 1 << 30; // bytes
+    mallopt(M_MMAP_THRESHOLD, ALL);
+    mallopt(M_TRIM_THRESHOLD, ALL);
+}
+
 } // namespace
 
 int main()
 {
+    keepMemory();
     zavex::am::ArchiveManager archive;
     archive.addArchive(DEMO_FOLDER);
     const std::unique_ptr<DisplayGL> display(DisplayGL::create());

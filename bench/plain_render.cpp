@@ -142,7 +142,6 @@ void PlainRender::drawImage(display::Texture& texture, const Area& box)
 
 void PlainRender::drawText(const std::string& text, Vector2f position)
 {
-    ++primitives;
     const float length = getTextLength(text);
     const float left = std::floor(position.x);
     const float top = std::floor(position.y) - std::round(mCell / 2.0f);
@@ -150,18 +149,19 @@ void PlainRender::drawText(const std::string& text, Vector2f position)
 
     glEnable(GL_TEXTURE_2D);
     glColor4f(mFirst.x, mFirst.y, mFirst.z, mFirst.w);
-    glBegin(GL_QUADS);
     for (const char character : text) {
         const auto glyph = static_cast<unsigned char>(character);
         const float u = static_cast<float>(glyph % GLYPHS_PER_ROW) / GLYPHS_PER_ROW;
         const float v = static_cast<float>(glyph / GLYPHS_PER_ROW) / GLYPHS_PER_ROW;
         constexpr float SIDE = 1.0f / GLYPHS_PER_ROW;
+        glBegin(GL_QUADS);
         texturedQuad({left + std::round(x), top, left + std::round(x + mCell), top + mCell},
                      {u, v, u + SIDE, v + SIDE});
+        glEnd();
+        ++primitives;
         x += mAdvance[glyph];
         letters += character == ' ' ? 0 : 1;
     }
-    glEnd();
     glDisable(GL_TEXTURE_2D);
 }
 
