@@ -438,6 +438,14 @@ void DisplayObsolete::drawQuads(const Vertex* vertices, std::size_t count)
         std::transform(vertices + first, vertices + first + 4, immediate.appendQuad(), vertexOf);
 }
 
+bool DisplayObsolete::drawQuadBefore(const Vertex (&corners)[4])
+{
+    Immediate::Vertex* const room = Immediate::live().appendQuadBefore();
+    if (room)
+        std::transform(std::begin(corners), std::end(corners), room, vertexOf);
+    return room != nullptr;
+}
+
 void DisplayObsolete::drawLineStrip(const Vertex* vertices, std::size_t count)
 {
     // A portion starts with the vertex at which the one before it ended.

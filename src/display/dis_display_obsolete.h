@@ -153,6 +153,13 @@ public:
     /** One quad of four vertices. */
     static void drawQuad(const Vertex (&corners)[4]) { drawQuads(corners, 4); }
 
+    /**
+     * As `drawQuad`, drawn before what waits to be handed over (`Immediate::appendQuadBefore`).
+     *
+     * @return false when nothing was drawn.
+     */
+    static bool drawQuadBefore(const Vertex (&corners)[4]);
+
     /** Hands everything drawn so far to the driver. Display operations that need it do it. */
     static void flush() { Immediate::live().flush(); }
 

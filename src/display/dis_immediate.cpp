@@ -167,6 +167,8 @@ Immediate::Immediate(DisplayGL& display)
       mIndices(std::make_unique<Index[]>(INDEX_CAPACITY))
 {
     ZVX_REQUIRE(sLive == nullptr, "sLive==0");
+    for (std::size_t quad = 0; quad < QUADS_BEFORE; ++quad)
+        writeQuad(&mBeforeIndices[6 * quad], static_cast<Index>(4 * quad), {0, 1, 2, 3});
     sLive = this;
 }
 
@@ -202,6 +204,17 @@ void Immediate::makeRoom(Primitive primitive, std::size_t vertices, std::size_t 
     mPrimitive = primitive;
 }
 
+Immediate::Vertex* Immediate::appendQuadBefore()
+{
+    if (mIndexCount == 0 || mBeforeCount == QUADS_BEFORE || mState == mArrayState)
+        return nullptr;
+    if (mBeforeCount == 0)
+        mBeforeState = mState;
+    else if (!(mBeforeState == mState))
+        return nullptr;
+    return &mBefore[4 * mBeforeCount++];
+}
+
 void Immediate::flush()
 {
     if (mDrawing)
@@ -227,6 +240,7 @@ void Immediate::discard()
 {
     mVertexCount = 0;
     mIndexCount = 0;
+    mBeforeCount = 0;
 }
 
 void Immediate::draw()
@@ -249,18 +263,26 @@ void Immediate::draw()
     };
     const Drawing drawing(*this);
 
-    apply(mArrayState);
-    if (mArrayState.texture == nullptr)
-        drawArray();
+    if (mBeforeCount > 0)
+        handOver(mBeforeState, {Primitive::TRIANGLES, mBefore.data(), 4 * mBeforeCount,
+                                mBeforeIndices.data(), 6 * mBeforeCount});
+    handOver(mArrayState, {mPrimitive, mVertices.get(), mVertexCount, mIndices.get(), mIndexCount});
+}
+
+void Immediate::handOver(const State& state, const Array& array)
+{
+    apply(state);
+    if (state.texture == nullptr)
+        drawArray(array);
     else
-        drawArrayWith(*mArrayState.texture);
+        drawArrayWith(*state.texture, array);
     ++mDrawnArrays;
 }
 
 /** Hands the array over as client memory: what buffers and arrays were set up comes back after. */
-void Immediate::drawArray() const
+void Immediate::drawArray(const Array& array)
 {
-    const Vertex* const vertices = mVertices.get();
+    const Vertex* const vertices = array.vertices;
 
     GL_CHECKED(glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT));
     GL_CHECKED(glBindBuffer(GL_ARRAY_BUFFER, 0));
@@ -272,14 +294,14 @@ void Immediate::drawArray() const
     GL_CHECKED(glVertexPointer(3, GL_FLOAT, sizeof(Vertex), &vertices->x));
     GL_CHECKED(glTexCoordPointer(2, GL_FLOAT, sizeof(Vertex), &vertices->u));
     GL_CHECKED(glColorPointer(4, GL_FLOAT, sizeof(Vertex), &vertices->r));
-    GL_CHECKED(glDrawRangeElements(glName(mPrimitive), 0, static_cast<GLuint>(mVertexCount - 1),
-                                   static_cast<GLsizei>(mIndexCount), GL_UNSIGNED_SHORT,
-                                   mIndices.get()));
+    GL_CHECKED(glDrawRangeElements(
+        glName(array.primitive), 0, static_cast<GLuint>(array.vertexCount - 1),
+        static_cast<GLsizei>(array.indexCount), GL_UNSIGNED_SHORT, array.indices));
     GL_CHECKED(glPopClientAttrib());
 }
 
 /** What the display has bound to channel 0 comes back after, so that its records stay true. */
-void Immediate::drawArrayWith(Texture& texture) const
+void Immediate::drawArrayWith(Texture& texture, const Array& array)
 {
     GLint unit = 0;
     GLint bound = 0;
@@ -287,7 +309,7 @@ void Immediate::drawArrayWith(Texture& texture) const
     GL_CHECKED(glActiveTexture(GL_TEXTURE0));
     GL_CHECKED(glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound));
     static_cast<Texture_GL&>(texture).bind();
-    drawArray();
+    drawArray(array);
     GL_CHECKED(glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound)));
     GL_CHECKED(glActiveTexture(static_cast<GLenum>(unit)));
 }

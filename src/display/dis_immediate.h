@@ -161,6 +161,16 @@ public:
     }
 
     /**
+     * Makes room for the four corners of a quad that is drawn before everything in the array that
+     * is being filled, with the present state. That is what the caller sees too where nothing in
+     * the array lies over the quad.
+     *
+     * @return null when the quad has to be appended: it can share the array, nothing is waiting, or
+     *         no more quads of this state can go before it.
+     */
+    Vertex* appendQuadBefore();
+
+    /**
      * Writes the six indices of a quad whose corners are counted from `first`: two triangles that
      * meet in the first and the third corner. Quads are not left to the driver, which may cut an
      * indexed one along the other diagonal than one drawn corner by corner.
@@ -186,13 +196,30 @@ public:
     /** How many arrays were handed to the driver so far. */
     unsigned long drawnArrays() const { return mDrawnArrays; }
 
+    /** How many vertices the array that is being filled holds. */
+    std::size_t waitingVertices() const { return mVertexCount; }
+
     DisplayGL& display() const { return mDisplay; }
 
 private:
+    /** What the driver gets with one call. */
+    struct Array {
+        Primitive primitive;
+        const Vertex* vertices;
+        std::size_t vertexCount;
+        const Index* indices;
+        std::size_t indexCount;
+    };
+
+    static constexpr std::size_t QUADS_BEFORE = 256;
+
+    static void drawArray(const Array& array);
+    static void drawArrayWith(Texture& texture, const Array& array);
+
     void makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices);
     void draw();
-    void drawArray() const;
-    void drawArrayWith(Texture& texture) const;
+    void drawQuadsBefore();
+    void handOver(const State& state, const Array& array);
     void apply(const State& state);
 
     static Immediate* sLive;
@@ -202,6 +229,9 @@ private:
     std::unique_ptr<Index[]> mIndices;
     std::size_t mVertexCount = 0;
     std::size_t mIndexCount = 0;
+    std::array<Vertex, 4 * QUADS_BEFORE> mBefore{};       // quads drawn before the array
+    std::array<Index, 6 * QUADS_BEFORE> mBeforeIndices{}; // of all of them
+    std::size_t mBeforeCount = 0;                         // quads
     Primitive mPrimitive = Primitive::TRIANGLES;
     std::array<float, 4> mColor{1.0f, 1.0f, 1.0f, 1.0f};
     bool mStateChanged = false; // mState may differ from mArrayState
@@ -209,6 +239,7 @@ private:
     bool mDriverKnown = false;  // mDriverState is what the driver is in
     State mState;               // for what is appended next
     State mArrayState;          // for what is waiting
+    State mBeforeState;         // for the quads before it
     State mDriverState;
     unsigned long mDrawnArrays = 0;
 };

@@ -28,6 +28,8 @@ constexpr int FARTHEST_PIXEL = 65536; // more than a window is wide or high
 /** What a software renderer samples, in pixels, in the time that two more arrays take it. */
 constexpr float LARGEST_TEXTURED = 4096.0f;
 
+constexpr std::size_t MOST_AREAS = 512; // that a large area is compared with
+
 const Vector2f TEXT_SCALE(1.0f, -1.0f); // upright where y grows downwards
 
 /** The integer that is next to `value` towards 0, in lowest..highest; `lowest` for no number. */
@@ -65,6 +67,15 @@ Render::Area boxAround(const Vector2f& from, const Vector2f& to)
     return box;
 }
 
+/** The pixels of a scissor rectangle, which counts from the lower edge of the window. */
+Render::Area areaOf(const display::Immediate::Rectangle& scissor, float windowHeight)
+{
+    const auto left = static_cast<float>(scissor.x);
+    const float bottom = windowHeight - static_cast<float>(scissor.y);
+    return {left, bottom - static_cast<float>(scissor.height),
+            left + static_cast<float>(scissor.width), bottom};
+}
+
 } // namespace
 
 /**
@@ -73,18 +84,21 @@ Render::Area boxAround(const Vector2f& from, const Vector2f& to)
  *
  * What is drawn without texture goes through the solid point of the font's sheet, so that texts and
  * shapes have the same texture; large areas are left out. What lies inside the clip area as a whole
- * is not clipped, so that controls with different clip areas have the same scissor.
+ * is not clipped, so that controls with different clip areas have the same scissor. A large area
+ * that covers nothing in the array that is being filled is drawn before it, which goes on.
  */
 class Render::SharedArray {
 public:
     /** @param bounds  What is drawn lies inside; in pixels. */
-    SharedArray(const Render& render, Area bounds)
-        : mImmediate(display::Immediate::live()), mTexture(mImmediate.state().texture),
-          mScissor(mImmediate.state().scissor), mTexturing(mImmediate.state().texturing),
-          mScissorTest(mImmediate.state().scissorTest), mBlending(mImmediate.state().blending)
+    SharedArray(Render& render, Area bounds)
+        : mRender(render), mImmediate(display::Immediate::live()),
+          mArraysBefore(mImmediate.drawnArrays()), mVerticesBefore(mImmediate.waitingVertices()),
+          mTexture(mImmediate.state().texture), mScissor(mImmediate.state().scissor),
+          mTexturing(mImmediate.state().texturing), mScissorTest(mImmediate.state().scissorTest),
+          mBlending(mImmediate.state().blending)
     {
         display::Immediate::State& state = mImmediate.change();
-        const Area clip = scissorArea(render.mWindowSize.y);
+        const Area clip = areaOf(mScissor, render.mWindowSize.y);
         bounds.setIntersect({Vector2f(0.0f, 0.0f), render.mWindowSize});
         if (!mScissorTest || clip.isInside(bounds)) {
             state.scissor = {};
@@ -97,10 +111,13 @@ public:
             state.texturing = !mLarge;
         if (render.mSolid && !mLarge)
             state.texture = render.mSolid->texture;
+        mBounds = bounds;
     }
 
     ~SharedArray()
     {
+        if (!mDrawnBefore)
+            note();
         display::Immediate::State& state = mImmediate.change();
         state.texture = mTexture;
         state.texturing = mTexturing;
@@ -122,25 +139,62 @@ public:
             state.blending = false;
     }
 
-private:
-    Area scissorArea(float windowHeight) const
+    /** Draws a quad within the bounds. */
+    void drawQuad(const DisplayObsolete::Vertex (&corners)[4])
     {
-        const auto left = static_cast<float>(mScissor.x);
-        const float bottom = windowHeight - static_cast<float>(mScissor.y);
-        return {left, bottom - static_cast<float>(mScissor.height),
-                left + static_cast<float>(mScissor.width), bottom};
+        mDrawnBefore = mLarge && isClear() && DisplayObsolete::drawQuadBefore(corners);
+        if (!mDrawnBefore)
+            DisplayObsolete::drawQuad(corners);
     }
 
+private:
+    /** Whether nothing in the array that is being filled touches the bounds. */
+    bool isClear() const
+    {
+        const Filling& filling = mRender.mFilling;
+        const bool isKnown = filling.array == mArraysBefore && filling.vertices == mVerticesBefore;
+        return isKnown && filling.areas.size() < MOST_AREAS &&
+               std::none_of(filling.areas.begin(), filling.areas.end(), [this](const Area& area) {
+                   return area.mMin.x < mBounds.mMax.x && mBounds.mMin.x < area.mMax.x &&
+                          area.mMin.y < mBounds.mMax.y && mBounds.mMin.y < area.mMax.y;
+               });
+    }
+
+    /** Notes where the shape is in the array that is being filled. */
+    void note()
+    {
+        Filling& filling = mRender.mFilling;
+        const unsigned long array = mImmediate.drawnArrays();
+        const bool isFirst = array != mArraysBefore; // the shape began this array
+        if (array != filling.array) {
+            filling.areas.clear();
+            filling.vertices = 0;
+            filling.array = array;
+        }
+        if (filling.areas.size() < MOST_AREAS)
+            filling.areas.push_back(mBounds);
+        filling.vertices += mImmediate.waitingVertices() - (isFirst ? 0 : mVerticesBefore);
+    }
+
+    Render& mRender;
     display::Immediate& mImmediate;
+    unsigned long mArraysBefore;
+    std::size_t mVerticesBefore;
+    Area mBounds; // what can be seen of them
     display::Texture* mTexture;
     display::Immediate::Rectangle mScissor;
     bool mTexturing;
     bool mScissorTest;
     bool mBlending;
     bool mLarge = false; // has an array without texture
+    bool mDrawnBefore = false;
 };
 
-Render::Render() = default;
+Render::Render()
+{
+    mFilling.areas.reserve(MOST_AREAS);
+}
+
 Render::~Render() = default;
 
 void Render::setDisplay(display::DisplayGL* display)
@@ -207,15 +261,8 @@ float Render::getFontHeight()
 
 void Render::drawBox(const Area& box, int mode)
 {
-    SharedArray shared(*this, boxAround(box.mMin, box.mMax));
-    if (mColor.w == 1.0f && mColor2.w == 1.0f)
-        shared.setOpaque();
     const bool sideways = mode == GRADIENT_HORISONTAL;
-    const Vector4f& topRight = sideways ? mColor2 : mColor;
-    const Vector4f& bottomLeft = sideways ? mColor : mColor2;
-    DisplayObsolete::drawQuad(
-        {corner(box.mMin.x, box.mMin.y, mColor), corner(box.mMax.x, box.mMin.y, topRight),
-         corner(box.mMax.x, box.mMax.y, mColor2), corner(box.mMin.x, box.mMax.y, bottomLeft)});
+    fill(box, {mColor, sideways ? mColor2 : mColor, mColor2, sideways ? mColor : mColor2});
 }
 
 /** Boxes on whole pixels are drawn as four bars, which cover what the lines do. */
@@ -233,16 +280,10 @@ void Render::drawBorder(const Area& box)
     const Vector4f half = (mColor2 - mColor) * (0.5f / (box.getHeight() - 1.0f));
     const Vector4f high = mColor + half;
     const Vector4f low = mColor2 - half;
-    const auto bar = [this](float left, float top, float right, float bottom, const Vector4f& from,
-                            const Vector4f& to) {
-        DisplayObsolete::drawQuad({corner(left, top, from), corner(right, top, from),
-                                   corner(right, bottom, to), corner(left, bottom, to)});
-    };
-    const SharedArray shared(*this, box);
-    bar(box.mMin.x, box.mMin.y, box.mMax.x, inside.mMin.y, mColor, mColor);
-    bar(inside.mMax.x, inside.mMin.y, box.mMax.x, inside.mMax.y, high, low);
-    bar(box.mMin.x, inside.mMax.y, box.mMax.x, box.mMax.y, mColor2, mColor2);
-    bar(box.mMin.x, inside.mMin.y, inside.mMin.x, inside.mMax.y, high, low);
+    fill({box.mMin.x, box.mMin.y, box.mMax.x, inside.mMin.y}, {mColor, mColor, mColor, mColor});
+    fill({inside.mMax.x, inside.mMin.y, box.mMax.x, inside.mMax.y}, {high, high, low, low});
+    fill({box.mMin.x, inside.mMax.y, box.mMax.x, box.mMax.y}, {mColor2, mColor2, mColor2, mColor2});
+    fill({box.mMin.x, inside.mMin.y, inside.mMin.x, inside.mMax.y}, {high, high, low, low});
 }
 
 void Render::drawLine(const Vector2f& from, const Vector2f& to)
@@ -337,6 +378,36 @@ void Render::setClipArea(Area area)
 float Render::getTime()
 {
     return mDisplay->getTime();
+}
+
+/** @param colors  Of the corners, clockwise from the top left one. */
+void Render::fill(const Area& wholeBox, const std::array<Vector4f, 4>& colors)
+{
+    const auto isFirst = [&](const Vector4f& color) { return color == colors[0]; };
+    const bool plain = std::all_of(colors.begin(), colors.end(), isFirst);
+    const Area box = plain ? visiblePart(wholeBox) : wholeBox;
+
+    SharedArray shared(*this, boxAround(box.mMin, box.mMax));
+    const auto isOpaque = [](const Vector4f& color) { return color.w == 1.0f; };
+    if (std::all_of(colors.begin(), colors.end(), isOpaque))
+        shared.setOpaque();
+    shared.drawQuad(
+        {corner(box.mMin.x, box.mMin.y, colors[0]), corner(box.mMax.x, box.mMin.y, colors[1]),
+         corner(box.mMax.x, box.mMax.y, colors[2]), corner(box.mMin.x, box.mMax.y, colors[3])});
+}
+
+/**
+ * What the clip area leaves of a box of one colour: one that is cut here need not be cut by the
+ * driver. A box with its corners the wrong way round stays as it is.
+ */
+Render::Area Render::visiblePart(Area box) const
+{
+    const display::Immediate::State& state = display::Immediate::live().state();
+    if (state.scissorTest && box.getWidth() >= 0.0f && box.getHeight() >= 0.0f) {
+        box.setIntersect(areaOf(state.scissor, mWindowSize.y));
+        box.mMax.maxi(box.mMin);
+    }
+    return box;
 }
 
 /** A corner that is drawn through the solid point of the font's sheet. */

@@ -6,6 +6,8 @@
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector4.h"
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -119,8 +121,17 @@ public:
 private:
     class SharedArray;
 
+    /** Where this object has drawn in the array that is being filled. */
+    struct Filling {
+        std::vector<Area> areas;  // pixels
+        unsigned long array = 0;  // how many arrays were drawn before it
+        std::size_t vertices = 0; // that this object put into it
+    };
+
     display::DisplayObsolete::Vertex corner(float x, float y,
                                             const mathbase::Vector4f& color) const;
+    void fill(const Area& wholeBox, const std::array<mathbase::Vector4f, 4>& colors);
+    Area visiblePart(Area box) const;
     void drawBorderAsLines(const Area& box);
     display::Font& font();
 
@@ -134,7 +145,8 @@ private:
     std::optional<display::Font::Solid> mSolid;         // what shapes are drawn through
     display::DisplayObsolete mModel;                    // places text
     std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
-    std::string mFitting;                               // reused by every shortened text
+    Filling mFilling;
+    std::string mFitting; // reused by every shortened text
 };
 
 } // namespace zavex::vellum

@@ -395,9 +395,17 @@ constexpr ArrayCase ARRAY_CASES[] = {
     {"NoClipArea", [](Render& render) { render.setClipArea(Area(-1, 0, 0, 0)); }, 1},
     {"SmallBox", [](Render& render) { render.drawBox(Area(0, 0, 64, 64), 0); }, 1},
     {"LargeBox", [](Render& render) { render.drawBox(Area(0, 0, 65, 64), 0); }, 3},
+    {"LargeBoxElsewhere", [](Render& render) { render.drawBox(Area(80, 80, 145, 144), 0); }, 2},
     {"LargeBoxOfWhichLittleIsSeen", [](Render& render) { render.drawBox(Area(-90, 0, 9, 90), 0); }, 1},
     {"CutBox",
      [](Render& render) {
+         render.setClipArea(Area(0, 0, 20, 20));
+         render.drawBox(Area(0, 0, 21, 20), 0);
+         render.setClipArea(Area(0, 0, 200, 200));
+     }, 1},
+    {"CutGradient",
+     [](Render& render) {
+         render.setColor(RED, BLUE);
          render.setClipArea(Area(0, 0, 20, 20));
          render.drawBox(Area(0, 0, 21, 20), 0);
          render.setClipArea(Area(0, 0, 200, 200));
@@ -452,6 +460,46 @@ TEST_F(RenderTest, BlendsLargeBoxes)
             mRender->drawBox(all, Render::GRADIENT_VERTICAL);
         });
         EXPECT_EQ(pixelAt(picture, 30, 30), row.expected) << row.name;
+    }
+}
+
+/** What is drawn before a large blue box, which covers it. */
+struct OrderCase {
+    const char* name;
+    void (*draw)(Render& render);
+
+    friend void PrintTo(const OrderCase& each, std::ostream* out) { *out << each.name; }
+};
+
+// clang-format off
+constexpr OrderCase ORDER_CASES[] = {
+    {"SmallBox", [](Render& render) { render.drawBox(Area(20, 20, 40, 40), 0); }},
+    {"Text", [](Render& render) { render.drawText("AAAA", Vector2f(30, 30)); }},
+    {"Border", [](Render& render) { render.drawBorder(Area(29, 20, 90, 90)); }},
+    {"WithoutRender", [](Render&) { display::DisplayObsolete::drawBox(20, 20, 40, 40, display::DisplayObsolete::SOLID); }},
+    {"WithoutRenderInASharedArray",
+     [](Render& render) {
+         display::DisplayObsolete::setScissor(0, 0, 0, 0); // as the render has it
+         display::DisplayObsolete::drawBox(20, 20, 40, 40, display::DisplayObsolete::SOLID);
+         const Vector4f glass(1.0f, 1.0f, 1.0f, 0.5f);
+         render.setColor(glass, glass);
+         render.drawBox(Area(120, 120, 199, 199), 0);
+     }},
+};
+// clang-format on
+
+TEST_F(RenderTest, KeepsTheOrderOfWhatOverlaps)
+{
+    for (const OrderCase& row : ORDER_CASES) {
+        const Picture picture = GlDisplayTest::pictureOf([&] {
+            mRender->setupDraw(Vector2f(200, 200), Vector2f(0, 0), 0.0f);
+            mRender->drawText("A", Vector2f(180, 180));
+            mRender->setColor(RED, RED);
+            row.draw(*mRender);
+            mRender->setColor(BLUE, BLUE);
+            mRender->drawBox(Area(10, 10, 110, 110), Render::GRADIENT_VERTICAL);
+        });
+        EXPECT_EQ(pixelAt(picture, 9, 7), 0x0000ffu) << row.name; // (29.7, 31.25)
     }
 }
 
