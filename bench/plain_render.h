@@ -10,8 +10,8 @@
 namespace zavex::bench {
 
 /**
- * Draws what `Render` does, each shape at once with a glBegin and a glEnd of its own, and each line
- * of text with one pair for all its letters: the way of a program without batching.
+ * Draws what `Render` does, each shape and each letter at once with a glBegin and a glEnd of its
+ * own: the way of a program without batching.
  *
  * Calls the graphics library directly between `setupDraw` and the end of a frame. Whoever draws a
  * frame puts the library's states back after it.
@@ -31,7 +31,7 @@ public:
     void drawText(const std::string& text, mathbase::Vector2f position) override;
     void setClipArea(Area area) override;
 
-    std::size_t primitives = 0; // shapes and texts drawn
+    std::size_t primitives = 0; // shapes drawn, each letter one of them
     std::size_t letters = 0;    // drawn, spaces left out
 
 private:
