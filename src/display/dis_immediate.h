@@ -218,7 +218,6 @@ private:
 
     void makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices);
     void draw();
-    void drawQuadsBefore();
     void handOver(const State& state, const Array& array);
     void apply(const State& state);
 
