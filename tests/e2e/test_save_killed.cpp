@@ -1,0 +1,170 @@
+#include "e2e/program.h"
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_parser.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <random>
+#include <thread>
+
+namespace zavex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int KILLS = 50;
+constexpr int ENOUGH_INSIDE = KILLS / 2;
+constexpr int ENOUGH_MIXED = KILLS / 5;
+constexpr int ACTIONS = 2000; // make the longest file take its time
+constexpr unsigned SEED = 50;
+
+constexpr const char* FRAMES_DONE = "frames, ";
+constexpr const char* SAVING = "effect::save: filename:";
+
+/** Ends by itself after one frame, as if Escape had been pressed. */
+constexpr const char* ONE_FRAME =
+    R"(<display width="16" height="12" title="killed"/><music mute="nosound"/>)"
+    R"(<dump name="frames/shot.png" rate="25" length="0.04"/>)";
+
+using Files = std::vector<std::pair<std::string, std::string>>;
+
+/** Scripts that hold the same as the shipped ones in other words, the longest with many actions. */
+Files oldScripts(const ShowCopy& show)
+{
+    Files scripts = show.scripts();
+    for (auto& [name, content] : scripts) {
+        content.insert(content.find('\n'), "<!-- as it was -->");
+        if (name != "plasma.plasma.xml")
+            continue;
+        const std::size_t place = content.find("<action");
+        for (int action = 0; action < ACTIONS; ++action)
+            content.insert(place, "<action start='0.125' delay='0.5' repeat='0'/>\n");
+    }
+    return scripts;
+}
+
+void restore(const ShowCopy& show, const Files& scripts)
+{
+    for (const auto& [name, content] : scripts)
+        show.write("script/" + name, content);
+}
+
+/** The named files as they are, whatever else lies in their folder. */
+Files readLike(const ShowCopy& show, const Files& scripts)
+{
+    Files found;
+    for (const auto& [name, content] : scripts)
+        found.emplace_back(name, show.read("script/" + name));
+    return found;
+}
+
+void expectReadable(const Files& scripts)
+{
+    for (const auto& [name, content] : scripts) {
+        xml::XmlParser parser;
+        EXPECT_NO_THROW(parser.parse(content)) << name;
+        EXPECT_EQ(parser.createIterator("").getRoot().getName(), "effect") << name;
+    }
+}
+
+struct KilledSave : testing::Test {
+    Environment environment() const
+    {
+        return {
+            {"DISPLAY", screen.display()}
+        };
+    }
+
+    /** Saves undisturbed. @return how long after its last frame it had saved, seconds. */
+    double save()
+    {
+        Program program(show.path(), environment());
+        EXPECT_EQ(program.waitForEnd(), 0) << program.output();
+        const int begin = program.waitForLine(FRAMES_DONE);
+        int end = begin;
+        for (int line = begin; line >= 0; line = program.waitForLine(SAVING, line + 1, 0.0))
+            end = line;
+        if (begin < 0 || end == begin || program.waitForLine("", end + 2, 0.0) < 0) {
+            ADD_FAILURE() << program.output();
+            return 0.0;
+        }
+        const auto& lines = program.lines();
+        // Behind the line that names the last file, and where that was printed, something follows.
+        return std::chrono::duration<double>(lines[end + 2].when - lines[begin].when).count();
+    }
+
+    /** @return whether saving had begun. */
+    bool killAfter(double seconds)
+    {
+        Program program(show.path(), environment());
+        const int begin = program.waitForLine(FRAMES_DONE);
+        EXPECT_GE(begin, 0) << program.output();
+        if (begin < 0)
+            return false;
+        std::this_thread::sleep_until(program.lines()[begin].when +
+                                      std::chrono::duration<double>(seconds));
+        kill(program.pid(), SIGKILL);
+        program.waitForEnd();
+        return program.waitForLine(SAVING, begin, 0.0) >= 0;
+    }
+
+    VirtualScreen screen;
+    ShowCopy show{ONE_FRAME};
+};
+
+TEST_F(KilledSave, LeavesEachFileOldOrNewAtFiftyRandomMoments)
+{
+    const Files before = oldScripts(show);
+    std::array<double, 3> durations{};
+    for (double& duration : durations) {
+        restore(show, before);
+        duration = save();
+    }
+    const double duration = *std::ranges::min_element(durations);
+    ASSERT_GT(duration, 0.0);
+    const Files after = readLike(show, before);
+    for (std::size_t file = 0; file < before.size(); ++file)
+        EXPECT_NE(before[file].second, after[file].second) << before[file].first;
+    expectReadable(before);
+    expectReadable(after);
+
+    std::mt19937 generator(SEED);
+    std::uniform_real_distribution<double> share(0.0, 1.0);
+    int inside = 0;
+    int mixed = 0;
+    for (int turn = 0; turn < KILLS; ++turn) {
+        restore(show, before);
+        // One in each of as many equal parts: none of them is left out by chance.
+        const double moment = (turn + share(generator)) / KILLS * duration;
+        const bool begun = killAfter(moment);
+        const Files found = readLike(show, before);
+        int replaced = 0;
+        for (std::size_t file = 0; file < before.size(); ++file) {
+            const auto& [name, content] = found[file];
+            const bool isNew = content == after[file].second;
+            EXPECT_TRUE(isNew || content == before[file].second)
+                << name << " after " << moment << " s: " << content.size() << " bytes";
+            replaced += isNew ? 1 : 0;
+        }
+        expectReadable(found);
+        const bool isDone = replaced == static_cast<int>(before.size());
+        inside += begun && !isDone ? 1 : 0;
+        mixed += replaced > 0 && !isDone ? 1 : 0;
+    }
+    std::printf("%d of %d kills while saving (%.1f ms), %d with some files old and some new\n",
+                inside, KILLS, 1e3 * duration, mixed);
+    EXPECT_GE(inside, ENOUGH_INSIDE);
+    EXPECT_GE(mixed, ENOUGH_MIXED);
+
+    // What killed runs left behind is in nobody's way.
+    restore(show, before);
+    save();
+    EXPECT_EQ(readLike(show, before), after);
+}
+
+} // namespace
+} // namespace zavex::test
