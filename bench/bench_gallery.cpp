@@ -22,8 +22,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -51,6 +53,7 @@ using zavex::mathbase::Vector2f;
 constexpr int WIDTH = 1024; // pixels
 constexpr int HEIGHT = 768;
 constexpr int RUNS = 101;
+constexpr int KEPT_MEMORY = 1 << 25; // bytes; the allocator takes no larger threshold
 constexpr const char* FONT = "fonthelvete2.png";
 
 /** A document of the archive. */
@@ -250,14 +253,11 @@ void measure(DisplayGL& display, Figures& figures)
  */
 void keepMemory()
 {
-    constexpr int MOST = 1 << 25; // bytes; the allocator takes no larger threshold
-    mallopt(M_MMAP_THRESHOLD, MOST);
-    mallopt(M_TRIM_THRESHOLD, MOST);
+    mallopt(M_MMAP_THRESHOLD, KEPT_MEMORY);
+    mallopt(M_TRIM_THRESHOLD, KEPT_MEMORY);
 }
 
-} // namespace
-
-int main()
+int run()
 {
     keepMemory();
     zavex::am::ArchiveManager archive;
@@ -269,4 +269,16 @@ int main()
     measure(*display, figures);
     display->close();
     return figures.exitStatus();
+}
+
+} // namespace
+
+int main()
+{
+    try {
+        return run();
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "bench_gallery: %s\n", exception.what());
+        return EXIT_FAILURE;
+    }
 }

@@ -18,6 +18,9 @@ using Item = ImguiScreen::Item;
 
 namespace {
 
+constexpr ImGuiWindowFlags WINDOW_FLAGS = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
+                                          ImGuiWindowFlags_NoSavedSettings |
+                                          ImGuiWindowFlags_NoBringToFrontOnFocus;
 constexpr std::size_t SAMPLES = 180;    // of a curve of times
 constexpr std::size_t LINE_WIDTH = 120; // letters in a line of filling
 
@@ -297,14 +300,11 @@ ImguiScreen::~ImguiScreen()
 
 void ImguiScreen::draw()
 {
-    constexpr ImGuiWindowFlags FLAGS = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
-                                       ImGuiWindowFlags_NoSavedSettings |
-                                       ImGuiWindowFlags_NoBringToFrontOnFocus;
     ImGui_ImplOpenGL2_NewFrame();
     ImGui::NewFrame();
     ImGui::SetNextWindowPos({0.0f, 0.0f});
     ImGui::SetNextWindowSize({mSize.x, mSize.y});
-    ImGui::Begin("screen", nullptr, FLAGS);
+    ImGui::Begin("screen", nullptr, WINDOW_FLAGS);
     ImGui::SetCursorPos({0.0f, 0.0f});
     drawChildren(mScreen);
     ImGui::SetCursorPos({0.0f, 24.0f});

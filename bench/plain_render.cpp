@@ -16,6 +16,7 @@ using mathbase::Vector4f;
 namespace {
 
 constexpr int GLYPHS_PER_ROW = 16;
+constexpr float GLYPH_SIDE = 1.0f / GLYPHS_PER_ROW; // in texture coordinates
 
 void vertex(float x, float y, const Vector4f& color)
 {
@@ -151,12 +152,12 @@ void PlainRender::drawText(const std::string& text, Vector2f position)
     glColor4f(mFirst.x, mFirst.y, mFirst.z, mFirst.w);
     for (const char character : text) {
         const auto glyph = static_cast<unsigned char>(character);
-        const float u = static_cast<float>(glyph % GLYPHS_PER_ROW) / GLYPHS_PER_ROW;
-        const float v = static_cast<float>(glyph / GLYPHS_PER_ROW) / GLYPHS_PER_ROW;
-        constexpr float SIDE = 1.0f / GLYPHS_PER_ROW;
+        const int row = glyph / GLYPHS_PER_ROW;
+        const float u = GLYPH_SIDE * static_cast<float>(glyph % GLYPHS_PER_ROW);
+        const float v = GLYPH_SIDE * static_cast<float>(row);
         glBegin(GL_QUADS);
         texturedQuad({left + std::round(x), top, left + std::round(x + mCell), top + mCell},
-                     {u, v, u + SIDE, v + SIDE});
+                     {u, v, u + GLYPH_SIDE, v + GLYPH_SIDE});
         glEnd();
         ++primitives;
         x += mAdvance[glyph];
