@@ -180,6 +180,15 @@ void Context::setColors(const style& owner)
             submenu->setColors(owner);
 }
 
+void Context::loadStyleFrom(Control& owner)
+{
+    xml::IteratorConst colors = owner.getStyle("context");
+    if (!++colors)
+        return;
+    loadStyle(colors);
+    setColors(style(mStyle));
+}
+
 float Context::rowOffset(std::int32_t index) const
 {
     return static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);

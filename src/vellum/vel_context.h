@@ -72,6 +72,14 @@ public:
      */
     void setColors(const style& owner);
 
+    /**
+     * Takes the colours of the style document's element "context", if there is one, for the
+     * submenus too.
+     *
+     * @param owner  Lies below the workspace that has the document.
+     */
+    void loadStyleFrom(Control& owner);
+
     /** The row under the pointer, or last chosen; -1 when there is none. */
     std::int32_t getSelected() const { return mSelected; }
 
