@@ -4,7 +4,6 @@
 #include "am/am_atomicwrite.h"
 #include "cadenza/cad_plugin.h"
 #include "common/zvx_system.h"
-#include "vellum/vel_container.h"
 #include "xml/xml_parser.h"
 
 #include <cstdio>
@@ -31,33 +30,10 @@ Effect::Effect()
     mContext.addOption("lock/unlock", "");
 }
 
-vellum::Control::Area Effect::getOccupiedArea()
-{
-    if (!mLocked)
-        return LayoutStack::getOccupiedArea();
-
-    Area header = getArea();
-    header.mMax.y = header.mMin.y + HEADER_HEIGHT;
-    return header;
-}
-
-bool Effect::acceptEvents(vellum::Event& event)
-{
-    return LayoutStack::acceptEvents(event) || mMouseOverIndex > 0;
-}
-
 void Effect::update(float time)
 {
     for (PluginBase* plugin : mPlugin)
         plugin->update(time);
-}
-
-void Effect::updatePlugins()
-{
-    const float width = mArea.mMax.x - mArea.mMin.x;
-    for (PluginBase* plugin : mPlugin)
-        plugin->setupControl(width);
-    recalculate(true);
 }
 
 void Effect::setIdentity(const std::string& type, const std::string& name)
@@ -165,26 +141,6 @@ void Effect::writeScript(xml::XmlParser& parser)
         xml::Iterator body = root.addChild(tag);
         plugin->save(body);
     }
-}
-
-void Effect::setupControl()
-{
-    if (xml::IteratorConst colours = getStyle("effect"); ++colours)
-        loadStyle(colours);
-    setArea({0, 0, 0, 0});
-
-    auto* header = new vellum::Container; // owned by this control from here on
-    header->setCaption("hej");
-    header->setArea({0, 0, HEADER_WIDTH, HEADER_HEIGHT});
-    addControl(header, 0);
-    for (PluginBase* plugin : mPlugin)
-        addControl(plugin->getControl(), 0);
-
-    const Area occupied = getOccupiedArea();
-    const float left = mStart * PluginBase::UNITS_PER_SECOND;
-    const float right = mEnd * PluginBase::UNITS_PER_SECOND;
-    setArea({left, occupied.mMin.y, right, occupied.mMax.y});
-    updatePlugins();
 }
 
 } // namespace zavex::cadenza

@@ -22,8 +22,14 @@ class PluginBase;
  * One visual part of the show: a span of demo time, plugins that animate it, a drawing function.
  *
  * Made by a factory, named and kept in order by `Cadenza::addEffect`, stored in the script file
- * "script/TYPE.NAME.xml" below the working directory. Switched off while `getInactive`. Also the
- * bar that stands for it on a timeline: a stack of its header and one lane for each plugin.
+ * "script/TYPE.NAME.xml" below the working directory. Switched off while `getInactive`.
+ *
+ * Also the bar that stands for it on a timeline: a header with a handle at either end, below it one
+ * lane for each plugin. Dragging a handle changes the start or the end, dragging the header moves
+ * the effect in time, with a shift key by a tenth; each reaches the lanes at once. A drag never
+ * makes a bar start before 0 or become narrower than two seconds. The other button opens a menu on
+ * the header that switches the effect off or on and locks the bar, which keeps it from being
+ * dragged. Opening it, or hiding the bar, ends a drag.
  *
  * Plugins are members of the concrete effect. Each is also a child control of this one and leaves
  * it when it is destroyed, before the base class destroys the children that remain.
@@ -37,7 +43,13 @@ public:
 
     /** The header alone while locked. */
     Area getOccupiedArea() override;
+
+    /** Also while the header or a handle is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
+    int handleEvent(vellum::Event& event) override;
+
+    /** Draws the bar. */
+    void draw(Area area, Area parent, Area clip) override;
 
     /**
      * Creates what the effect needs for drawing. Called once, after the script was loaded and
@@ -56,7 +68,6 @@ public:
      * @param progress  `time` divided by the effect's duration, inside 0..1.
      */
     virtual void draw(float time, float delta, float progress) = 0;
-    using LayoutStack::draw;
 
     /** Makes every lane as wide as the bar and stacks them again. Call when the bar has changed. */
     virtual void updatePlugins();
@@ -93,8 +104,12 @@ public:
     void save();
 
     /**
-     * Builds the bar: its area (10 units a second), its header and the plugins' lanes. Call once,
-     * when the script is loaded: it is what tells the plugins how long the effect lasts.
+     * Builds the bar: its colours (those of the style document's element "effect"), its area (10
+     * units a second), its header and the plugins' lanes. Call once, when the script is loaded and
+     * the bar is on its timeline: it is what tells the plugins how long the effect lasts.
+     *
+     * A bar that is locked by then has the height of its header until it is unlocked. Times beyond
+     * 11 days either way are shown as that, those that are no numbers as 0.
      */
     void setupControl();
 
@@ -106,6 +121,8 @@ public:
     float getEnd() const { return mEnd; }
 
 protected:
+    enum Grip : int { NOTHING = 0, START_HANDLE = 1, HEADER = 2, END_HANDLE = 3 };
+
     static constexpr float HEADER_WIDTH = 200.0f;
     static constexpr float HEADER_HEIGHT = 20.0f;
 
@@ -116,7 +133,7 @@ protected:
     float mEnd = 0.0f;                      // demo seconds
     display::DisplayGL* mDisplay = nullptr; // not owned
     std::vector<PluginBase*> mPlugin;       // not owned; in order of registration
-    int mMouseOverIndex = 0;                // 0 nothing, 1 start handle, 2 header, 3 end handle
+    int mMouseOverIndex = NOTHING;          // the `Grip` under the pointer, or being dragged
     bool mMouseDown = false;                // the left button is held on the header
     vellum::Context mContext;               // "on/off", "lock/unlock"
     bool mLocked = false;
@@ -126,6 +143,20 @@ private:
     void readScript(const xml::XmlParser& parser);
     void readPlugins(const xml::XmlParser& parser);
     void writeScript(xml::XmlParser& parser);
+
+    bool isFocusedBar();
+    int gripAt(mathbase::Vector2f point);
+    void moveTo(const vellum::Event& event, mathbase::Vector2f point);
+    void drag(float distance);
+    void press(const vellum::Event& event, mathbase::Vector2f point);
+    void openMenu(const vellum::Event& event);
+    void choose(const std::string& action);
+    void toggleLock();
+    void showLanes();
+
+    void drawHeader(const Area& inside);
+    void drawHandle(const Area& area, Grip grip);
+    void drawName(const Area& area, const Area& clip);
 };
 
 } // namespace zavex::cadenza

@@ -21,7 +21,7 @@ void PluginBase::fitControl(float width)
 
 float PluginBase::positionAt(const vellum::Control::Area& area, float time)
 {
-    const float duration = (area.mMax.x - area.mMin.x) * (1.0f / UNITS_PER_SECOND);
+    const float duration = (area.mMax.x - area.mMin.x) * SECONDS_PER_UNIT;
     if (duration == 0.0f)
         return 0.0f;
     return (time - UNITS_PER_SECOND * area.mMin.x) / duration;

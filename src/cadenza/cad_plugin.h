@@ -21,6 +21,7 @@ namespace zavex::cadenza {
 class PluginBase {
 public:
     static constexpr float UNITS_PER_SECOND = 10.0f; // of the timeline that controls lie on
+    static constexpr float SECONDS_PER_UNIT = 0.1f;
 
     /** @param type  The kind of plugin: "spline", "trigger" or "color". */
     explicit PluginBase(std::string type);

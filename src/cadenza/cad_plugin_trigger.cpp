@@ -1,18 +1,35 @@
 #include "cadenza/cad_plugin_trigger.h"
 
+#include "display/dis_font.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace zavex::cadenza {
+
+using mathbase::Vector2f;
 
 namespace {
 
 constexpr float FLASH_FALL = 5.0f; // per second
 
-// Passed in one step; far beyond any series, it keeps the conversion to an integer defined.
+// Of a series, or passed in one step; it keeps the conversions to integers defined.
 constexpr float MOST_FIRINGS = 1e9f;
+
+constexpr float UNITS_PER_SECOND = PluginBase::UNITS_PER_SECOND;
+constexpr float SHORTEST_DELAY = 0.01f;      // seconds, that a drag leaves
+constexpr float FINE = 0.1f;                 // of the pointer's movement, with a shift key
+constexpr float BAR_WIDTH = 1.0f;            // pixels
+constexpr float REACH = 5.0f;                // pixels around the only bar of a series without delay
+constexpr float FIRINGS_END = 4294967296.0f; // more than any series has
+constexpr float CLOSEST_BARS = 0.05f;        // pixels from one bar that is drawn to the next
+constexpr float FAINTEST_FLASH = 0.01f;
+
+const vellum::style::Color FLAT(0.0f, 0.0f, 0.0f, -1.0f); // second colour: there is none
 
 /** How many firings lie before `elapsed` seconds (positive) since the first. */
 std::uint32_t firingsBefore(const Trigger::ActionData& action, float elapsed)
@@ -20,6 +37,55 @@ std::uint32_t firingsBefore(const Trigger::ActionData& action, float elapsed)
     if (!(action.mDelay > 0.0f))
         return action.mRepeat;
     return 1 + static_cast<std::uint32_t>(std::min(elapsed / action.mDelay, MOST_FIRINGS));
+}
+
+/** Seconds from one bar to the next; 0 where all firings fall on the start. */
+float shownDelay(const Trigger::ActionData& action)
+{
+    return action.mDelay > 0.0f && std::isfinite(action.mDelay) ? action.mDelay : 0.0f;
+}
+
+/**
+ * The firing nearest to a point of the lane, with a fraction that is to be cut off; -1 or less, or
+ * no number, when there is none.
+ *
+ * @param x  Pixels from the lane's left edge.
+ */
+float nearestFiring(const Trigger::ActionData& action, float x)
+{
+    const float distance = x - UNITS_PER_SECOND * action.mStart;
+    const float delay = UNITS_PER_SECOND * shownDelay(action);
+    if (delay > 0.0f)
+        return (distance + delay / 2.0f) / delay;
+    return std::abs(distance) < REACH ? 0.0f : -1.0f;
+}
+
+/** Every `step`th firing in [first, end). */
+struct Bars {
+    std::int64_t first = 0;
+    std::int64_t end = 0;
+    std::int64_t step = 1;
+};
+
+/** The bars to draw between two places. @param left, right  Pixels from the lane's left edge. */
+Bars barsBetween(const Trigger::ActionData& action, float left, float right)
+{
+    const float start = UNITS_PER_SECOND * action.mStart;
+    const float distance = UNITS_PER_SECOND * shownDelay(action);
+    const std::int64_t count = action.mRepeat;
+    if (!std::isfinite(start))
+        return {};
+    if (distance == 0.0f)
+        return {0, std::min<std::int64_t>(count, 1), 1};
+
+    const auto firstFrom = [&](float x) {
+        return static_cast<std::int64_t>(std::clamp(std::ceil(x / distance), 0.0f, FIRINGS_END));
+    };
+    Bars bars;
+    bars.step = std::max<std::int64_t>(firstFrom(CLOSEST_BARS), 1);
+    bars.first = firstFrom(left - BAR_WIDTH - start) / bars.step * bars.step;
+    bars.end = std::min(firstFrom(right - start), count);
+    return bars;
 }
 
 } // namespace
@@ -112,6 +178,130 @@ std::uint32_t Trigger::get(float time) const
 bool Trigger::acceptEvents(vellum::Event& event)
 {
     return Control::acceptEvents(event) || mPushed || mHighlight >= 0;
+}
+
+int Trigger::handleEvent(vellum::Event& event)
+{
+    const vellum::ControlWatch self(*this);
+    const int handled = Control::handleEvent(event);
+    if (self.isGone() || mAction.empty())
+        return handled;
+    if (!vellum::isShown(*this)) {
+        mPushed = false;
+        return handled;
+    }
+
+    if (event.type == "reset" && !mPushed)
+        mHighlight = -1;
+    else if (event.type == "mousemove")
+        mPushed ? drag(event) : hover(event.mousePos.x);
+    else if (event.type == "mousedown")
+        press(event);
+    else if (event.type == "mouseup")
+        mPushed = false;
+    else if (event.type == "context" && event.action == "trigger.adjust")
+        adjustRepeat();
+    return handled;
+}
+
+void Trigger::draw(Area area, Area, Area clip)
+{
+    drawBack(area);
+
+    vellum::Render& render = getRender();
+    const Vector2f middle(clip.getCenter().x, area.getCenter().y);
+    render.setColor(mStyle.mText.mColor1, FLAT);
+    render.setAlign(display::Font::ALIGN_CENTER);
+    render.drawText(mName, middle);
+
+    for (const auto& action : mAction)
+        drawBars(*action, area, clip);
+}
+
+/** @param x  Of the pointer, from the lane's left edge. */
+void Trigger::hover(float x)
+{
+    mHighlight = -1;
+    const ActionData& action = *mAction.front();
+    const float firing = nearestFiring(action, x);
+    const float end = std::min(static_cast<float>(action.mRepeat), MOST_FIRINGS);
+    if (mMouseOver && firing > -1.0f && firing < end)
+        mHighlight = static_cast<std::int32_t>(firing);
+}
+
+void Trigger::drag(const vellum::Event& event)
+{
+    const bool isFine = event.leftShift() || event.rightShift();
+    const float moved = -event.mouseDelta.x * SECONDS_PER_UNIT * (isFine ? FINE : 1.0f);
+    ActionData& action = *mAction.front();
+    if (mHighlight == 0) {
+        action.mStart += moved;
+        return;
+    }
+    const float delay = action.mDelay + moved / static_cast<float>(mHighlight);
+    action.mDelay = delay > SHORTEST_DELAY ? delay : SHORTEST_DELAY;
+}
+
+void Trigger::press(const vellum::Event& event)
+{
+    if (event.button == display::MOUSE_LEFT)
+        mPushed = mHighlight >= 0;
+    else if (event.button == display::MOUSE_RIGHT)
+        openMenu(event.mousePos);
+}
+
+/** @param point  From the lane's top left corner. */
+void Trigger::openMenu(Vector2f point)
+{
+    mPushed = false; // the release goes to the menu
+    mStretchPos = point;
+    mContext.loadStyleFrom(*this);
+    mContext.setPosition(getAreaWorld().mMin + point);
+    setContext(&mContext);
+}
+
+void Trigger::adjustRepeat()
+{
+    ActionData& action = *mAction.front();
+    const float repeat = nearestFiring(action, mStretchPos.x) + 1.0f;
+    action.mRepeat = repeat > 1.0f ? static_cast<std::uint32_t>(std::min(repeat, MOST_FIRINGS)) : 1;
+}
+
+void Trigger::drawBack(const Area& area)
+{
+    style::Color first = mStyle.mBack.mColor1;
+    style::Color second = mStyle.mBack.mColor2;
+    if (mDiff >= FAINTEST_FLASH) {
+        first = first * (1.0f - mDiff) + mStyle.mBack.mHighlight1 * mDiff;
+        second = second * (1.0f - mDiff) + mStyle.mBack.mHighlight2 * mDiff;
+    }
+    vellum::Render& render = getRender();
+    vellum::fillBox(render, {first, second}, area);
+    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
+    render.drawBorder(area);
+}
+
+/** Where bars lie closer than pixels do, not every one is drawn. */
+void Trigger::drawBars(const ActionData& action, const Area& area, const Area& clip)
+{
+    const float delay = shownDelay(action);
+    const std::int32_t highlight = &action == mAction.front().get() ? mHighlight : -1;
+    const Bars bars = barsBetween(action, clip.mMin.x - area.mMin.x, clip.mMax.x - area.mMin.x);
+    for (std::int64_t j = bars.first; j < bars.end; j += bars.step) {
+        const float time = action.mStart + static_cast<float>(j) * delay;
+        const float x = area.mMin.x + UNITS_PER_SECOND * time;
+        vellum::fillBox(getRender(), barColors(j <= highlight && highlight < j + bars.step),
+                        {x, area.mMin.y + 1.0f, x + BAR_WIDTH, area.mMax.y - 1.0f});
+    }
+}
+
+vellum::ColorPair Trigger::barColors(bool isHighlighted) const
+{
+    const style::colorInfo& bars = mStyle.mCaption;
+    if (!isHighlighted)
+        return {bars.mColor1, bars.mColor2};
+    return mPushed ? vellum::ColorPair{bars.mPushed1, bars.mPushed2}
+                   : vellum::ColorPair{bars.mHighlight1, bars.mHighlight2};
 }
 
 } // namespace zavex::cadenza

@@ -4,6 +4,7 @@
 #include "mathbase/mb_vector2.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_control.h"
+#include "vellum/vel_look.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,6 +15,12 @@ namespace zavex::cadenza {
 /**
  * Timed events (beats, cuts): actions, each a regular series of firings. `update` counts how many
  * firings were passed since the update before; a step back in time starts all series over.
+ *
+ * The lane shows each firing as a thin bar, 10 pixels a second, and flashes at a firing. The bars
+ * of the first action can be dragged, with a shift key by a tenth: the first one moves the series,
+ * every other one stretches the delay, down to 0.01 seconds. The other button opens a menu whose
+ * "adjust" makes the series end at the firing nearest to where it was opened. Opening it, or hiding
+ * the lane, ends a drag.
  *
  * In a script file `<action start="15" delay="0.5" repeat="31"/>`, times in seconds; a missing or
  * empty delay or repeat is 1. A script that holds no action gives a single one that does not fire
@@ -45,11 +52,24 @@ public:
     /** The number of firings counted by the latest update; 0 for a time before that update. */
     std::uint32_t get(float time) const;
 
+    /** Also while a bar is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
+    int handleEvent(vellum::Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
 
 private:
     void restart(float time);
     static std::uint32_t fire(ActionData& action, float time);
+
+    void hover(float x);
+    void drag(const vellum::Event& event);
+    void press(const vellum::Event& event);
+    void openMenu(mathbase::Vector2f point);
+    void adjustRepeat();
+
+    void drawBack(const Area& area);
+    void drawBars(const ActionData& action, const Area& area, const Area& clip);
+    vellum::ColorPair barColors(bool isHighlighted) const;
 
     std::vector<std::unique_ptr<ActionData>> mAction;
     float mLastTime = 0.0f;               // of the latest update, seconds

@@ -1,0 +1,267 @@
+#include "cadenza/cad_effect.h"
+
+#include "cadenza/cad_plugin.h"
+#include "display/dis_font.h"
+#include "vellum/vel_area.h"
+#include "vellum/vel_container.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_render.h"
+#include "xml/xml_iteratorconst.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zavex::cadenza {
+
+using mathbase::Vector2f;
+
+namespace {
+
+constexpr float NARROWEST = 20.0f;    // pixels, that a drag leaves of a bar
+constexpr float HANDLE_REACH = 10.0f; // pixels from either end of the header
+constexpr float HANDLE_WIDTH = 8.0f;  // pixels
+constexpr float HANDLE_MARGIN = 1.0f; // pixels between a handle and the inside of the header
+constexpr float HEADER_MARGIN = 2.0f; // pixels between the edge of the header and its inside
+constexpr float FINE = 0.1f;          // of the pointer's movement, with a shift key
+constexpr float MOST_SECONDS = 1e6f;  // what a bar can show, either way
+
+/** Where a time lies on the timeline; a finite number for any time. */
+float unitsAt(float seconds)
+{
+    if (std::isnan(seconds))
+        return 0.0f;
+    return std::clamp(seconds, -MOST_SECONDS, MOST_SECONDS) * PluginBase::UNITS_PER_SECOND;
+}
+
+} // namespace
+
+vellum::Control::Area Effect::getOccupiedArea()
+{
+    return mLocked ? vellum::topStrip(getArea(), HEADER_HEIGHT) : LayoutStack::getOccupiedArea();
+}
+
+bool Effect::acceptEvents(vellum::Event& event)
+{
+    return LayoutStack::acceptEvents(event) || mMouseOverIndex != NOTHING;
+}
+
+int Effect::handleEvent(vellum::Event& event)
+{
+    const Vector2f point = event.mousePos;
+    if (event.type == "reset" && !mMouseDown)
+        mMouseOverIndex = NOTHING;
+
+    const vellum::ControlWatch self(*this);
+    const int handled = LayoutStack::handleEvent(event);
+    if (handled != 0 || self.isGone())
+        return handled;
+
+    if (!vellum::isShown(*this))
+        mMouseDown = false;
+    else if (event.type == "mousemove")
+        moveTo(event, point);
+    else if (event.type == "mousedown")
+        press(event, point);
+    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT)
+        mMouseDown = false;
+    else if (event.type == "context")
+        choose(event.action);
+    return handled;
+}
+
+void Effect::draw(Area area, Area parent, Area clip)
+{
+    vellum::Render& render = getRender();
+    const Area header = vellum::topStrip(area, HEADER_HEIGHT);
+    Area inside = header;
+    inside.expand(-HEADER_MARGIN);
+
+    vellum::fillBox(render, {mStyle.mCaption.mBorder1, mStyle.mCaption.mBorder2}, area);
+    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
+    render.drawBorder(area);
+    render.drawBox(header, vellum::Render::GRADIENT_VERTICAL);
+    drawHeader(inside);
+
+    const float top = inside.mMin.y + HANDLE_MARGIN;
+    const float bottom = inside.mMax.y - HANDLE_MARGIN;
+    const float left = inside.mMin.x + HANDLE_MARGIN;
+    const float right = inside.mMax.x - HANDLE_MARGIN;
+    drawHandle({left, top, left + HANDLE_WIDTH, bottom}, START_HANDLE);
+    drawHandle({right - HANDLE_WIDTH, top, right, bottom}, END_HANDLE);
+    drawName(area, clip);
+    Control::draw(area, parent, clip);
+}
+
+void Effect::updatePlugins()
+{
+    const float width = mArea.mMax.x - mArea.mMin.x;
+    for (PluginBase* plugin : mPlugin)
+        plugin->setupControl(width);
+    recalculate(true);
+}
+
+void Effect::setupControl()
+{
+    if (xml::IteratorConst colours = getStyle("effect"); ++colours)
+        loadStyle(colours);
+    setArea({0, 0, 0, 0});
+
+    auto* header = new vellum::Container; // owned by this control from here on
+    header->setCaption("hej");
+    header->setArea({0, 0, HEADER_WIDTH, HEADER_HEIGHT});
+    addControl(header, 0);
+    for (PluginBase* plugin : mPlugin)
+        addControl(plugin->getControl(), 0);
+
+    const Area occupied = getOccupiedArea();
+    setArea({unitsAt(mStart), occupied.mMin.y, unitsAt(mEnd), occupied.mMax.y});
+    updatePlugins();
+}
+
+bool Effect::isFocusedBar()
+{
+    return mParent && mParent->getFocus() == this;
+}
+
+/** What can be dragged at a point of the timeline; the end handle first where a bar is narrow. */
+int Effect::gripAt(Vector2f point)
+{
+    const Area area = getArea();
+    if (point.y >= area.mMin.y + HEADER_HEIGHT)
+        return NOTHING;
+    if (area.mMax.x - HANDLE_REACH <= point.x && vellum::contains(area, point))
+        return END_HANDLE;
+    if (point.x < area.mMin.x + HANDLE_REACH && vellum::contains(area, point))
+        return START_HANDLE;
+    return HEADER;
+}
+
+void Effect::moveTo(const vellum::Event& event, Vector2f point)
+{
+    if (mLocked)
+        return;
+    const bool isFine = event.leftShift() || event.rightShift();
+    if (mMouseDown)
+        drag(-event.mouseDelta.x * (isFine ? FINE : 1.0f));
+    else
+        mMouseOverIndex = mMouseOver ? gripAt(point) : NOTHING;
+}
+
+/** Moves what is held by pixels, and the effect's span with it. */
+void Effect::drag(float distance)
+{
+    Area area = mArea;
+    if (mMouseOverIndex == START_HANDLE) {
+        area.mMin.x = std::max(0.0f, std::min(area.mMin.x + distance, area.mMax.x - NARROWEST));
+    } else if (mMouseOverIndex == HEADER) {
+        const float start = std::max(0.0f, area.mMin.x + distance);
+        area.mMax.x += start - area.mMin.x;
+        area.mMin.x = start;
+    } else {
+        area.mMax.x = std::max(area.mMin.x + NARROWEST, area.mMax.x + distance);
+    }
+    if (area.mMax.x <= area.mMin.x) // the script's end lay before its start, or before 0
+        area.mMax.x = area.mMin.x + NARROWEST;
+
+    setArea(area);
+    setSpan(area.mMin.x * PluginBase::SECONDS_PER_UNIT, area.mMax.x * PluginBase::SECONDS_PER_UNIT);
+    updatePlugins();
+}
+
+void Effect::press(const vellum::Event& event, Vector2f point)
+{
+    if (!vellum::contains(vellum::topStrip(getArea(), HEADER_HEIGHT), point))
+        return;
+    if (event.button == display::MOUSE_RIGHT)
+        openMenu(event);
+    else if (event.button == display::MOUSE_LEFT && mMouseOver)
+        mMouseDown = true;
+}
+
+void Effect::openMenu(const vellum::Event& event)
+{
+    mMouseDown = false; // the release goes to the menu
+    mContext.loadStyleFrom(*this);
+    mContext.setPosition(event.mousePosWorld);
+    setContext(&mContext);
+}
+
+void Effect::choose(const std::string& action)
+{
+    if (action == "context.on/off")
+        setInactive(!getInactive());
+    else if (action == "context.lock/unlock")
+        toggleLock();
+}
+
+void Effect::toggleLock()
+{
+    mLocked = !mLocked;
+    updatePlugins();
+    if (!mLocked)
+        showLanes();
+}
+
+/** Makes room for the lanes of a bar that was set up while it was locked. */
+void Effect::showLanes()
+{
+    float height = mArea.getHeight();
+    for (vellum::Control* child : mChild)
+        height = std::max(height, child->getArea().mMax.y);
+    if (height == mArea.getHeight())
+        return;
+
+    mArea.mMax.y = mArea.mMin.y + height;
+    if (auto* timeline = dynamic_cast<LayoutStack*>(mParent))
+        timeline->recalculate(true);
+}
+
+/** The header's colours say whether the effect is locked, off or the one clicked last. */
+void Effect::drawHeader(const Area& inside)
+{
+    using vellum::fillBox;
+    vellum::Render& render = getRender();
+    if (mLocked)
+        fillBox(render, {mStyle.mCaption.mInactive1, mStyle.mCaption.mInactive2}, inside);
+    else if (getInactive())
+        fillBox(render, {mStyle.mBack.mInactive1, mStyle.mBack.mInactive2}, inside);
+    else if (isFocusedBar())
+        fillBox(render, {mStyle.mBack.mPushed1, mStyle.mBack.mPushed2}, inside);
+    else
+        fillBox(render, {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, inside);
+
+    if (mMouseOverIndex != HEADER)
+        return;
+    if (mMouseDown)
+        fillBox(render, {mStyle.mBack.mPushed1, mStyle.mBack.mPushed2}, inside);
+    else
+        fillBox(render, {mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2}, inside);
+}
+
+void Effect::drawHandle(const Area& area, Grip grip)
+{
+    using vellum::fillBox;
+    const style::colorInfo& marks = mStyle.mCaption;
+    if (mMouseOverIndex != grip)
+        fillBox(getRender(), {marks.mColor1, marks.mColor2}, area);
+    else if (mMouseDown)
+        fillBox(getRender(), {marks.mPushed1, marks.mPushed2}, area);
+    else
+        fillBox(getRender(), {marks.mHighlight1, marks.mHighlight2}, area);
+}
+
+/** The name moves to the left where the bar is cut off on the right, so that it can be read. */
+void Effect::drawName(const Area& area, const Area& clip)
+{
+    vellum::Render& render = getRender();
+    const bool isMarked = isFocusedBar() && mMouseOverIndex != HEADER;
+    const style::Color& color = isMarked ? mStyle.mText.mPushed1 : mStyle.mText.mColor1;
+    const float x = std::min(area.getCenter().x, clip.mMax.x - render.getTextLength(mName));
+
+    render.setColor(color, color);
+    render.setAlign(display::Font::ALIGN_CENTER);
+    render.drawText(mName, {x, area.mMin.y + HEADER_HEIGHT / 2.0f});
+}
+
+} // namespace zavex::cadenza
