@@ -1,15 +1,12 @@
 // The processor's time for one frame of the gallery: batched, against the same shapes with a
 // glBegin and a glEnd each, and against Dear ImGui with a screen of as many widgets and letters.
 //
-// "Submitting" is what the drawing thread takes until everything is with the driver: what batching
-// is for. "Whole" is what all threads take until the picture is there: with a driver that draws in
-// software this is mostly the filling of pixels, which no batching saves.
-
 #include "vellum/vel_vellum.h"
 #include "vellum/vel_workspace.h"
 
 #include "am/am.h"
 #include "common/zvx_system.h"
+#include "cpu_cost.h"
 #include "display/dis_display.h"
 #include "display/dis_display_obsolete.h"
 #include "display/dis_glinclude.h"
@@ -24,14 +21,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
-
-#include <malloc.h>
 
 void zavex::zvx_log_callback(const LogData& data)
 {
@@ -42,10 +35,11 @@ void zavex::zvx_log_callback(const LogData& data)
 namespace {
 
 using zavex::bench::Bound;
+using zavex::bench::Comparison;
 using zavex::bench::Figures;
 using zavex::bench::ImguiScreen;
-using zavex::bench::median;
 using zavex::bench::PlainRender;
+using zavex::bench::stateCost;
 using zavex::display::DisplayGL;
 using zavex::display::DisplayObsolete;
 using zavex::mathbase::Vector2f;
@@ -53,7 +47,6 @@ using zavex::mathbase::Vector2f;
 constexpr int WIDTH = 1024; // pixels
 constexpr int HEIGHT = 768;
 constexpr int RUNS = 101;
-constexpr int KEPT_MEMORY = 1 << 25; // bytes; the allocator takes no larger threshold
 constexpr const char* FONT = "fonthelvete2.png";
 
 /** A document of the archive. */
@@ -116,60 +109,6 @@ private:
     PlainRender mRender;
 };
 
-double secondsOf(clockid_t clock)
-{
-    timespec time{};
-    clock_gettime(clock, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-struct Cost {
-    double submitting; // seconds
-    double whole;      // seconds
-};
-
-template <typename Frame>
-Cost costOf(Frame&& frame)
-{
-    const double wholeBefore = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
-    const double before = secondsOf(CLOCK_THREAD_CPUTIME_ID);
-    frame();
-    DisplayObsolete::flush();
-    const double submitting = secondsOf(CLOCK_THREAD_CPUTIME_ID) - before;
-    glFinish();
-    return {submitting, secondsOf(CLOCK_PROCESS_CPUTIME_ID) - wholeBefore};
-}
-
-struct Comparison {
-    Cost frame;
-    Cost reference;
-    Cost ratio;
-};
-
-/** Medians over runs taken in turn; as `bench::medianRatio`, for both clocks at once. */
-template <typename Frame, typename Reference>
-Comparison compare(Frame&& frame, Reference&& reference)
-{
-    std::vector<double> values[6];
-    for (int i = 0; i <= RUNS; ++i) {
-        const Cost expected = costOf(reference);
-        const Cost actual = costOf(frame);
-        if (i == 0)
-            continue; // what is made at the first frame
-        values[0].push_back(actual.submitting);
-        values[1].push_back(actual.whole);
-        values[2].push_back(expected.submitting);
-        values[3].push_back(expected.whole);
-        values[4].push_back(actual.submitting / expected.submitting);
-        values[5].push_back(actual.whole / expected.whole);
-    }
-    return {
-        {median(values[0]), median(values[1])},
-        {median(values[2]), median(values[3])},
-        {median(values[4]), median(values[5])}
-    };
-}
-
 std::vector<std::uint8_t> screenshot(DisplayGL& display)
 {
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(WIDTH) * HEIGHT * 3);
@@ -197,12 +136,6 @@ int differenceOf(const std::vector<std::uint8_t>& a, const std::vector<std::uint
     return largest;
 }
 
-void stateCost(const char* name, const Cost& cost)
-{
-    std::printf("%s: submitting %.3f, whole %.3f (ms, stated)\n", name, 1e3 * cost.submitting,
-                1e3 * cost.whole);
-}
-
 void measure(DisplayGL& display, Figures& figures)
 {
     zavex::am::ArchiveManager& archive = *display.getArchive();
@@ -225,15 +158,15 @@ void measure(DisplayGL& display, Figures& figures)
     imgui.fillUpTo(plain.render().letters);
     imgui.draw();
     const auto arraysBefore = zavex::display::Immediate::live().drawnArrays();
-    costOf(drawGallery);
+    zavex::bench::costOf(drawGallery);
     std::printf("gallery: %zu controls and rows, %zu shapes with %zu letters (ImGui %zu), "
                 "%lu arrays (stated)\n",
                 imgui.widgetCount(), plain.render().primitives, plain.render().letters,
                 imgui.letterCount(),
                 zavex::display::Immediate::live().drawnArrays() - arraysBefore);
 
-    const Comparison plainly = compare(drawGallery, drawPlain);
-    const Comparison withImgui = compare(drawGallery, drawImgui);
+    const Comparison plainly = compare(RUNS, drawGallery, drawPlain);
+    const Comparison withImgui = compare(RUNS, drawGallery, drawImgui);
     stateCost("gallery, batched", plainly.frame);
     stateCost("gallery, glBegin each", plainly.reference);
     stateCost("gallery, Dear ImGui", withImgui.reference);
@@ -246,20 +179,9 @@ void measure(DisplayGL& display, Figures& figures)
     figures.report("gallery whole, ours / Dear ImGui", withImgui.ratio.whole, 1.0, Bound::AT_MOST);
 }
 
-/**
- * Lets the allocator keep what the driver gives back. Otherwise each frame returns the driver's
- * buffers to the system and gets them anew, or does not, as the heap happens to lie: the ways of
- * drawing differ by half from run to run.
- */
-void keepMemory()
-{
-    mallopt(M_MMAP_THRESHOLD, KEPT_MEMORY);
-    mallopt(M_TRIM_THRESHOLD, KEPT_MEMORY);
-}
-
 int run()
 {
-    keepMemory();
+    zavex::bench::keepMemory();
     zavex::am::ArchiveManager archive;
     archive.addArchive(DEMO_FOLDER);
     const std::unique_ptr<DisplayGL> display(DisplayGL::create());
