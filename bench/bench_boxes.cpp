@@ -5,6 +5,7 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_glinclude.h"
 #include "figure.h"
+#include "pictures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -142,24 +143,6 @@ void drawOneByOne(const std::vector<Box>& boxes)
     glFinish();
 }
 
-std::vector<std::uint8_t> screenshot(DisplayGL& display, const Scene& scene)
-{
-    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(scene.width * scene.height * 3));
-    display.getScreenShotRGB24(pixels.data());
-    return pixels;
-}
-
-/** The largest difference of two pictures, in 0..255; 255 when the first of them is empty. */
-int differenceOf(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b)
-{
-    if (std::all_of(a.begin(), a.end(), [](std::uint8_t value) { return value == 0; }))
-        return 255;
-    int largest = 0;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        largest = std::max(largest, std::abs(a[i] - b[i]));
-    return largest;
-}
-
 void measure(DisplayGL& display, const Scene& scene, Figures& figures)
 {
     display.open(WindowMode("boxes", scene.width, scene.height, false));
@@ -167,12 +150,12 @@ void measure(DisplayGL& display, const Scene& scene, Figures& figures)
 
     setUpDrawing(display, scene);
     drawOneByOne(boxes);
-    const auto expected = screenshot(display, scene);
+    const auto expected = zavex::bench::screenshot(display);
     setUpDrawing(display, scene);
     drawBatched(boxes);
-    const auto actual = screenshot(display, scene);
+    const auto actual = zavex::bench::screenshot(display);
     figures.report(std::string("boxes ") + scene.name + ", difference of the pictures",
-                   differenceOf(expected, actual), 0.0, Bound::AT_MOST);
+                   zavex::bench::differenceOf(expected, actual), 0.0, Bound::AT_MOST);
 
     const double ratio = zavex::bench::medianRatio(
         RUNS, [&] { drawBatched(boxes); }, [&] { drawOneByOne(boxes); });

@@ -13,6 +13,7 @@
 #include "display/dis_immediate.h"
 #include "figure.h"
 #include "imgui_screen.h"
+#include "pictures.h"
 #include "plain_render.h"
 #include "xml/xml_iteratorconst.h"
 #include "xml/xml_parser.h"
@@ -35,6 +36,7 @@ void zavex::zvx_log_callback(const LogData& data)
 namespace {
 
 using zavex::bench::Bound;
+using zavex::bench::compare;
 using zavex::bench::Comparison;
 using zavex::bench::Figures;
 using zavex::bench::ImguiScreen;
@@ -109,31 +111,13 @@ private:
     PlainRender mRender;
 };
 
-std::vector<std::uint8_t> screenshot(DisplayGL& display)
-{
-    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(WIDTH) * HEIGHT * 3);
-    display.getScreenShotRGB24(pixels.data());
-    return pixels;
-}
-
 template <typename Frame>
 std::vector<std::uint8_t> pictureOf(DisplayGL& display, Frame&& frame)
 {
     display.resetStates();
     DisplayObsolete::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
     frame();
-    return screenshot(display);
-}
-
-/** The largest difference of two pictures, in 0..255; 255 when the first of them is empty. */
-int differenceOf(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b)
-{
-    if (std::all_of(a.begin(), a.end(), [](std::uint8_t value) { return value == 0; }))
-        return 255;
-    int largest = 0;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        largest = std::max(largest, std::abs(a[i] - b[i]));
-    return largest;
+    return zavex::bench::screenshot(display);
 }
 
 void measure(DisplayGL& display, Figures& figures)
@@ -152,7 +136,8 @@ void measure(DisplayGL& display, Figures& figures)
 
     const auto expected = pictureOf(display, drawPlain);
     figures.report("gallery, difference of the pictures",
-                   differenceOf(expected, pictureOf(display, drawGallery)), 0.0, Bound::AT_MOST);
+                   zavex::bench::differenceOf(expected, pictureOf(display, drawGallery)), 0.0,
+                   Bound::AT_MOST);
     imgui.draw();
     imgui.draw(); // windows come to their size with the second frame
     imgui.fillUpTo(plain.render().letters);
