@@ -57,14 +57,13 @@ int Effect::handleEvent(vellum::Event& event)
     if (handled != 0 || self.isGone())
         return handled;
 
-    if (!vellum::isShown(*this))
+    const bool isRelease = event.type == "mouseup" && event.button == display::MOUSE_LEFT;
+    if (isRelease || !vellum::isShown(*this))
         mMouseDown = false;
     else if (event.type == "mousemove")
         moveTo(event, point);
     else if (event.type == "mousedown")
         press(event, point);
-    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT)
-        mMouseDown = false;
     else if (event.type == "context")
         choose(event.action);
     return handled;
@@ -90,7 +89,8 @@ void Effect::draw(Area area, Area parent, Area clip)
     drawHandle({left, top, left + HANDLE_WIDTH, bottom}, START_HANDLE);
     drawHandle({right - HANDLE_WIDTH, top, right, bottom}, END_HANDLE);
     drawName(area, clip);
-    Control::draw(area, parent, clip);
+    // The children only: the stack's own background would cover the header.
+    Control::draw(area, parent, clip); // NOLINT(bugprone-parent-virtual-call)
 }
 
 void Effect::updatePlugins()
@@ -198,6 +198,7 @@ void Effect::choose(const std::string& action)
 void Effect::toggleLock()
 {
     mLocked = !mLocked;
+    mMouseOverIndex = NOTHING;
     updatePlugins();
     if (!mLocked)
         showLanes();

@@ -9,9 +9,10 @@ class Mouse {
 public:
     explicit Mouse(Control& root) : mRoot(root) {}
 
-    int moveTo(Vector2f position)
+    int moveTo(Vector2f position, int modifiers = display::KEYMOD_NONE)
     {
         Event event = eventAt("mousemove", position);
+        event.control = modifiers;
         event.mouseDelta = mPosition - position;
         mPosition = position;
         return mRoot.handleEvent(event);
