@@ -28,6 +28,22 @@ inline mathbase::Box2 boundingArea(const mathbase::Box2& a, const mathbase::Box2
             std::max(a.mMax.x, b.mMax.x), std::max(a.mMax.y, b.mMax.y)};
 }
 
+/** Whether any of a rectangle, be it a line or a point, lies in `clip`; false for what is no
+ * number.
+ */
+inline bool isInSight(const mathbase::Box2& bounds, const mathbase::Box2& clip)
+{
+    const mathbase::Box2 shared = sharedArea(bounds, clip);
+    return shared.getWidth() >= 0.0f && shared.getHeight() >= 0.0f;
+}
+
+inline mathbase::Box2 squareAround(mathbase::Vector2f centre, float halfSize)
+{
+    mathbase::Box2 square(centre, centre);
+    square.expand(halfSize);
+    return square;
+}
+
 /** The strip of `height` along the top of a rectangle, as a caption takes. */
 inline mathbase::Box2 topStrip(const mathbase::Box2& area, float height)
 {

@@ -11,7 +11,7 @@ class Control;
 
 /**
  * Observes controls. Registered with `Control::setCallback`, which does not take ownership: an
- * observer that dies before its controls is removed by `Control::clearCallbacks`.
+ * observer that dies before its controls takes itself away first (`Control::removeCallback`).
  *
  * Both functions may delete the control that calls them.
  */

@@ -262,6 +262,16 @@ void Control::setCallback(Callback* callback)
     mCallback.push_back(callback);
 }
 
+void Control::removeCallback(const Callback& callback)
+{
+    std::erase(mCallback, &callback);
+}
+
+bool Control::isObservedBy(const Callback& callback) const
+{
+    return std::ranges::find(mCallback, &callback) != mCallback.end();
+}
+
 void Control::sendAction(Action action, Control* source)
 {
     Control* reported = source ? source : this;

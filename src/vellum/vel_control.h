@@ -158,6 +158,10 @@ public:
     /** Adds an observer, which is not owned. One that is added twice is called twice. */
     virtual void setCallback(Callback* callback);
 
+    /** Takes an observer away, however often it was added. */
+    void removeCallback(const Callback& callback);
+    bool isObservedBy(const Callback& callback) const;
+
     /**
      * Reports an action to the observers of the nearest control upwards that has any.
      *

@@ -68,22 +68,9 @@ Key halfway(const Key& a, const Key& b)
             (a.tangentIN + b.tangentIN) * 0.5f, (a.tangentOUT + b.tangentOUT) * 0.5f};
 }
 
-Control::Area squareAround(Vector2f centre, float halfSize)
-{
-    Control::Area square(centre, centre);
-    square.expand(halfSize);
-    return square;
-}
-
 Vector2f wholePixels(Vector2f point)
 {
     return {std::trunc(point.x), std::trunc(point.y)};
-}
-
-bool isInSight(const Control::Area& bounds, const Control::Area& clip)
-{
-    const Control::Area shared = sharedArea(bounds, clip);
-    return shared.getWidth() >= 0.0f && shared.getHeight() >= 0.0f;
 }
 
 /** A line one pixel wide in the colour that is set, if any of it can be seen. */

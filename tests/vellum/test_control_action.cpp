@@ -24,7 +24,7 @@ TEST(ControlAction, BubblesToTheNearestAncestorWithObserversAndNoFurther)
     EXPECT_EQ(near.heard[0].action, ACTION_SLIDER_CHANGED);
     EXPECT_TRUE(far.heard.empty());
 
-    outer.clearCallbacks();
+    outer.removeCallback(near);
     source.sendAction(ACTION_COLOR, &middle);
     ASSERT_EQ(far.heard.size(), 1u);
     EXPECT_EQ(far.heard[0].control, &middle) << "the source that was named";
