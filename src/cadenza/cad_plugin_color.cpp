@@ -1,8 +1,39 @@
 #include "cadenza/cad_plugin_color.h"
 
+#include "display/dis_font.h"
+#include "vellum/vel_area.h"
+#include "vellum/vel_color_chooser.h"
+#include "vellum/vel_look.h"
+#include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace zavex::cadenza {
+
+using mathbase::Vector2f;
+using mathbase::Vector3f;
+using mathbase::Vector4f;
+
+namespace {
+
+using Area = vellum::Control::Area;
+
+constexpr const char* PICKER = "picker";
+constexpr const char* PICKER_WINDOW = "picker_window";
+constexpr const char* PICKER_OK = "picker_ok";
+
+// All in pixels.
+constexpr float NAME_HEIGHT = 15.0f; // of the row above the swatches
+constexpr Vector2f NAME_OFFSET{2.0f, 6.0f};
+constexpr double SWATCH_STEP = 7.0;
+constexpr float SWATCH_WIDTH = 5.0f;
+constexpr double MOST_SWATCHES = 16384.0; // more than any window has room for
+constexpr float MARKER_RADIUS = 6.0f;
+constexpr float MARKER_RIM = 1.5f;
+
+} // namespace
 
 Color::Color()
     : PluginBase("color"), mR(Curve::SMOOTH, true), mG(Curve::SMOOTH, true), mB(Curve::SMOOTH, true)
@@ -12,6 +43,13 @@ Color::Color()
     mContextAdd.addOption("add", "");
     mContextDel.addOption("edit", "");
     mContextDel.addOption("delete", "");
+}
+
+Color::~Color()
+{
+    for (const char* observed : {PICKER, PICKER_OK})
+        if (vellum::Control* control = Control::getRoot()->findControl(observed))
+            control->removeCallback(*this);
 }
 
 void Color::load(xml::IteratorConst& it)
@@ -41,10 +79,9 @@ void Color::setupControl(float width)
     fitControl(width);
 
     // A control keeps its observers, and this runs at every change of the bar: observe it once.
-    vellum::Control* pickerOk = getRoot()->findControl("picker_ok");
-    if (pickerOk != nullptr && pickerOk != mPickerOk)
+    vellum::Control* pickerOk = getRoot()->findControl(PICKER_OK);
+    if (pickerOk != nullptr && !pickerOk->isObservedBy(*this))
         pickerOk->setCallback(this);
-    mPickerOk = pickerOk;
 }
 
 vellum::Control* Color::clone()
@@ -54,19 +91,262 @@ vellum::Control* Color::clone()
 
 void Color::controlAction(vellum::Control* control, vellum::Action /*action*/)
 {
-    if (control->getId() == "picker_ok")
+    if (control->getId() == PICKER) {
+        mPicked = true;
+        takeColor(control);
+    } else if (control->getId() == PICKER_OK) {
+        followPicker();
         mSelectedIndex = -1;
+    }
 }
 
-mathbase::Vector3f Color::get(float time) const
+Vector3f Color::get(float time) const
 {
-    const float position = positionAt(mArea, time);
-    return {mR.evaluate(position), mG.evaluate(position), mB.evaluate(position)};
+    return colorAt(positionAt(mArea, time));
 }
 
 bool Color::acceptEvents(vellum::Event& event)
 {
     return Control::acceptEvents(event) || mPushed || mHighlight >= 0;
+}
+
+int Color::handleEvent(vellum::Event& event)
+{
+    const Vector2f point = event.mousePos;
+    const int handled = Control::handleEvent(event);
+    const bool shown = vellum::isShown(*this);
+    if (!shown || event.type == "mouseup")
+        mPushed = false;
+    if (!shown)
+        return handled;
+
+    if (event.type == "reset")
+        mHighlight = mPushed ? mHighlight : -1;
+    else if (event.type == "mousemove")
+        mPushed ? dragTo(point) : hover(point);
+    else if (event.type == "mousedown")
+        event.button == display::MOUSE_LEFT ? press(point, event.doubleClick) : openMenu(point);
+    else if (event.type == "context")
+        choose(event.action);
+    return handled;
+}
+
+void Color::draw(Area area, Area /*parent*/, Area clip)
+{
+    followPicker();
+    drawSwatches(area, clip);
+
+    vellum::Render& render = getRender();
+    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
+    render.drawBorder(area);
+    drawKeys(area, clip);
+
+    render.setColor(mStyle.mText.mColor1, mStyle.mText.mColor1);
+    render.setAlign(display::Font::ALIGN_LEFT);
+    render.drawText(mName, area.mMin + NAME_OFFSET);
+    render.setAlign(display::Font::ALIGN_CENTER);
+}
+
+bool Color::isKey(std::int32_t index) const
+{
+    return index >= 0 && index < mR.getNumKeys();
+}
+
+/** The gradient at `position`, 0 at the effect's start and 1 at its end. */
+Vector3f Color::colorAt(float position) const
+{
+    return {mR.evaluate(position), mG.evaluate(position), mB.evaluate(position)};
+}
+
+/** Where a point in the parent's coordinates lies on the gradient; no number without a width. */
+float Color::positionOf(float x)
+{
+    const Area area = getArea();
+    return (x - area.mMin.x) / area.getWidth();
+}
+
+/** @param area  The lane's rectangle, in the coordinates of the result. */
+Area Color::markerOf(std::int32_t key, const Area& area) const
+{
+    const float x = area.mMin.x + area.getWidth() * mR[key].time;
+    const float middle = (area.mMin.y + NAME_HEIGHT + area.mMax.y) / 2.0f;
+    return vellum::squareAround({x, middle}, MARKER_RADIUS);
+}
+
+/** The last key at a point in the parent's coordinates; -1 for none. */
+std::int32_t Color::keyAt(Vector2f point)
+{
+    const Area area = getArea();
+    std::int32_t key = mR.getNumKeys() - 1;
+    while (key >= 0 && !vellum::contains(markerOf(key, area), point))
+        --key;
+    return key;
+}
+
+void Color::hover(Vector2f point)
+{
+    mHighlight = keyAt(point);
+}
+
+/** Moves the dragged key; once it has passed a neighbour, that one is dragged on. */
+void Color::dragTo(Vector2f point)
+{
+    const float time = positionOf(point.x);
+    if (!isKey(mHighlight) || !(time > 0.0f && time < 1.0f))
+        return;
+    for (Curve* const curve : {&mR, &mG, &mB})
+        (*curve)[mHighlight].time = time;
+
+    if (isKey(mHighlight + 1) && time > mR[mHighlight + 1].time)
+        ++mHighlight;
+    else if (isKey(mHighlight - 1) && time < mR[mHighlight - 1].time)
+        --mHighlight;
+}
+
+void Color::press(Vector2f point, bool doubleClick)
+{
+    if (!isKey(mHighlight))
+        return;
+    if (doubleClick) {
+        openPicker();
+        return;
+    }
+    mPushed = true;
+    mPushedPos = point;
+}
+
+void Color::openMenu(Vector2f point)
+{
+    mPushed = false; // the release goes to the menu
+    mContextPos = point;
+    vellum::Context& menu = isKey(mHighlight) ? mContextDel : mContextAdd;
+    menu.loadStyleFrom(*this);
+    menu.setPosition(point - getArea().mMin + getAreaWorld().mMin);
+    setContext(&menu);
+}
+
+void Color::choose(const std::string& action)
+{
+    if (action == "context.add")
+        addKey();
+    else if (action == "context.edit")
+        openPicker();
+    else if (action == "context.delete")
+        removeKey(mHighlight);
+}
+
+/** Adds a key where the menu was opened, in the colour that the gradient has there. */
+void Color::addKey()
+{
+    const float time = positionOf(mContextPos.x);
+    if (!std::isfinite(time))
+        return;
+    std::int32_t added = 0;
+    for (Curve* const curve : {&mR, &mG, &mB})
+        added = curve->addKey({time, curve->evaluate(time), 0.0f, 0.0f});
+    for (std::int32_t* const index : {&mHighlight, &mSelectedIndex})
+        if (*index >= added)
+            ++*index;
+}
+
+/** Nothing when there is no such key. */
+void Color::removeKey(std::int32_t removed)
+{
+    if (!isKey(removed))
+        return;
+    for (Curve* const curve : {&mR, &mG, &mB})
+        curve->removeKey(removed);
+    for (std::int32_t* const index : {&mHighlight, &mSelectedIndex}) {
+        if (*index == removed)
+            *index = -1;
+        else if (*index > removed)
+            --*index;
+    }
+}
+
+/** Shows the picker for the key under the pointer; it keeps its colour until the user changes it.
+ */
+void Color::openPicker()
+{
+    vellum::Control* picker = getRoot()->findControl(PICKER);
+    if (!isKey(mHighlight) || picker == nullptr)
+        return;
+    mSelectedIndex = mHighlight;
+    mPicked = false;
+    picker->clearCallbacks();
+    picker->setCallback(this);
+    if (vellum::Control* window = getRoot()->findControl(PICKER_WINDOW))
+        window->setVisible(true);
+}
+
+/** @param picker  Where the colour is; nothing happens unless it is a colour chooser. */
+void Color::takeColor(vellum::Control* picker)
+{
+    const auto* chooser = dynamic_cast<vellum::ColorChooser*>(picker);
+    if (chooser == nullptr || !isKey(mSelectedIndex))
+        return;
+    const Vector3f color = chooser->getColor();
+    mR[mSelectedIndex].value = color.x;
+    mG[mSelectedIndex].value = color.y;
+    mB[mSelectedIndex].value = color.z;
+    for (Curve* const curve : {&mR, &mG, &mB})
+        curve->updateTangents(mSelectedIndex, 1, 1);
+}
+
+/**
+ * Takes up the colour that the picker reached after its last report: it reports a click before it
+ * is drawn, and knows the colour there only afterwards.
+ */
+void Color::followPicker()
+{
+    if (!mPicked || !isKey(mSelectedIndex))
+        return;
+    vellum::Control* picker = getRoot()->findControl(PICKER);
+    if (picker != nullptr && picker->isObservedBy(*this))
+        takeColor(picker);
+}
+
+/** Only the swatches that the clip shows: a lane is many times as long as the window is wide. */
+void Color::drawSwatches(const Area& area, const Area& clip)
+{
+    vellum::Render& render = getRender();
+    const double origin = std::trunc(area.mMin.x);
+    const double hidden = std::floor((clip.mMin.x - SWATCH_WIDTH - origin) / SWATCH_STEP) + 1.0;
+    const double first = origin + SWATCH_STEP * std::max(0.0, hidden);
+    const double end = std::min(area.mMax.x, clip.mMax.x);
+    // Compared so that what is no number draws nothing.
+    const double count =
+        std::min(std::max(0.0, std::ceil((end - first) / SWATCH_STEP)), MOST_SWATCHES);
+
+    for (int i = 0; i < static_cast<int>(count); ++i) {
+        const auto x = static_cast<float>(first + SWATCH_STEP * i);
+        const Vector4f color(colorAt((x - area.mMin.x) / area.getWidth()), 1.0f);
+        render.setColor(color, color);
+        render.drawBox(Area(x, area.mMin.y + NAME_HEIGHT, x + SWATCH_WIDTH, area.mMax.y),
+                       vellum::Render::GRADIENT_VERTICAL);
+    }
+}
+
+void Color::drawKeys(const Area& area, const Area& clip)
+{
+    vellum::Render& render = getRender();
+    for (std::int32_t key = 0; key < mR.getNumKeys(); ++key) {
+        Area marker = markerOf(key, area);
+        if (!vellum::isInSight(marker, clip))
+            continue;
+        const vellum::style::Color& rim = mStyle.mCaption.mColor1;
+        vellum::fillCircle(render, {rim, rim}, marker);
+        marker.expand(-MARKER_RIM);
+        vellum::fillCircle(render, {keyColor(key), keyColor(key)}, marker);
+    }
+}
+
+const vellum::style::Color& Color::keyColor(std::int32_t key) const
+{
+    const vellum::style::colorInfo& marks = mStyle.mCaption;
+    if (key == mSelectedIndex)
+        return marks.mHighlight2;
+    return key == mHighlight ? marks.mHighlight1 : marks.mColor2;
 }
 
 } // namespace zavex::cadenza

@@ -9,18 +9,35 @@
 #include "vellum/vel_control.h"
 
 #include <cstdint>
+#include <string>
 
 namespace zavex::cadenza {
 
 /**
  * An animated colour: a gradient of keys over the effect's span, from 0 at its start to 1 at its
- * end. Kept as three curves whose keys have the same times in the same order.
+ * end, and the lane that edits it. Kept as three curves whose keys have the same times in the same
+ * order.
  *
  * In a script file `<key time="0.5" r="1" g="0.5" b="0"/>`.
+ *
+ * The lane shows the gradient in swatches and a round marker for each key. A left press on a key
+ * drags it. Across a neighbour the drag goes on with the neighbour, so that the colours keep their
+ * order; at the ends of the lane the key stays. Tangents follow a drag at the next key that is
+ * added, deleted or recoloured. Another button opens a menu: beside the keys to add one that leaves
+ * the gradient as it is, on a key to recolour or delete it.
+ *
+ * A double click recolours too, in the screen's colour chooser: "picker" inside "picker_window",
+ * both shared by all gradients; without a "picker" nothing happens. The key is marked and takes
+ * every colour that is picked until "picker_ok" is pressed or another gradient takes the picker.
  */
 class Color final : public PluginBase, public vellum::Control, public vellum::Callback {
 public:
     Color();
+    Color(const Color&) = delete;
+    Color& operator=(const Color&) = delete;
+
+    /** Takes itself away from the picker of the screen it is on. */
+    ~Color() override;
 
     vellum::Control* getControl() override { return this; }
     void load(xml::IteratorConst& it) override;
@@ -32,7 +49,7 @@ public:
     /** An empty gradient, owned by the caller. */
     vellum::Control* clone() override;
 
-    /** Ends the recolouring of a key when the picker is closed. */
+    /** Recolours a key when the picker changes, and ends that when the picker is closed. */
     void controlAction(vellum::Control* control, vellum::Action action) override;
 
     /**
@@ -41,22 +58,46 @@ public:
      */
     mathbase::Vector3f get(float time) const;
 
+    /** Also while a key is dragged or under the pointer. */
     bool acceptEvents(vellum::Event& event) override;
+    int handleEvent(vellum::Event& event) override;
+    void draw(Area area, Area parent, Area clip) override;
 
 private:
     using Curve = mathbase::SplineFloat;
+
+    bool isKey(std::int32_t index) const;
+    mathbase::Vector3f colorAt(float position) const;
+    float positionOf(float x);
+    Area markerOf(std::int32_t key, const Area& area) const;
+    std::int32_t keyAt(mathbase::Vector2f point);
+
+    void hover(mathbase::Vector2f point);
+    void dragTo(mathbase::Vector2f point);
+    void press(mathbase::Vector2f point, bool doubleClick);
+    void openMenu(mathbase::Vector2f point);
+    void choose(const std::string& action);
+    void addKey();
+    void removeKey(std::int32_t removed);
+    void openPicker();
+    void takeColor(vellum::Control* picker);
+    void followPicker();
+
+    void drawSwatches(const Area& area, const Area& clip);
+    void drawKeys(const Area& area, const Area& clip);
+    const vellum::style::Color& keyColor(std::int32_t key) const;
 
     Curve mR;
     Curve mG;
     Curve mB;
     std::int32_t mHighlight = -1;         // key under the pointer or being dragged; -1: none
     std::int32_t mSelectedIndex = -1;     // key being recoloured in the picker; -1: none
-    bool mPushed = false;                 // that key is being dragged
-    mathbase::Vector2f mPushedPos{0, 0};  // where the drag started
+    bool mPicked = false;                 // the picker was changed since it was opened for that key
+    bool mPushed = false;                 // the key mHighlight is being dragged
+    mathbase::Vector2f mPushedPos{0, 0};  // where the drag started, parent's coordinates
     mathbase::Vector2f mContextPos{0, 0}; // where the menu was opened, parent's coordinates
     vellum::Context mContextAdd;          // "context.add"
     vellum::Context mContextDel;          // "context.edit", "context.delete"
-    vellum::Control* mPickerOk = nullptr; // the observed button; not owned
 };
 
 } // namespace zavex::cadenza

@@ -1,27 +1,67 @@
 #include "cadenza/cad_plugin_color.h"
 #include "cadenza/plugin_body.h"
+#include "vellum/mouse.h"
+#include "vellum/probe.h"
+#include "vellum/vel_button.h"
+#include "vellum/vel_color_chooser.h"
 #include "vellum/vel_container.h"
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <memory>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace zavex::cadenza {
 namespace {
 
+using mathbase::Vector2f;
 using mathbase::Vector3f;
+using mathbase::Vector4f;
+using vellum::test::Area;
 
-constexpr float WIDTH = 100.0f; // of an effect of ten seconds
-const std::string RED_TO_BLUE = R"(<key time="0.2" r="1" g="0" b="0"/>)"
-                                R"(<key time="0.8" r="0" g="0" b="1"/>)";
+/** What a script holds for keys given as "time:red,green,blue". */
+std::string script(const std::string& keys)
+{
+    std::string body;
+    std::istringstream words(keys);
+    for (std::string key; words >> key;) {
+        std::istringstream in(key);
+        std::string time, r, g, b;
+        std::getline(in, time, ':');
+        std::getline(in, r, ',');
+        std::getline(in, g, ',');
+        in >> b;
+        body += "<key time=\"" + time + "\" r=\"" + r + "\" g=\"" + g + "\" b=\"" + b + "\"/>";
+    }
+    return body;
+}
+
+void expectNear(const Vector3f& actual, const Vector3f& expected)
+{
+    EXPECT_NEAR(actual.x, expected.x, 1e-5f) << "red";
+    EXPECT_NEAR(actual.y, expected.y, 1e-5f) << "green";
+    EXPECT_NEAR(actual.z, expected.z, 1e-5f) << "blue";
+}
 
 struct ColorCase {
     const char* name;
-    std::string body;
+    const char* keys;
     float time; // seconds
     Vector3f expected;
 
     friend void PrintTo(const ColorCase& color, std::ostream* out) { *out << color.name; }
+};
+
+constexpr ColorCase COLOR_CASES[] = {
+    {"NoKeysAreBlack",    "",                        5.0f, {0, 0, 0}      },
+    {"BeforeTheFirstKey", "0.2:1,0,0 0.8:0,0,1",     0.5f, {1, 0, 0}      },
+    {"BetweenTheKeys",    "0.2:1,0,0 0.8:0,0,1",     5.0f, {0.5f, 0, 0.5f}},
+    {"AfterTheLastKey",   "0.2:1,0,0 0.8:0,0,1",     9.5f, {0, 0, 1}      },
+    {"IsNotClamped",      "0:1.5,-1,2",              1.0f, {1.5f, -1, 2}  },
+    {"NoNumbersAreZero",  "0.2:red,1, 0.8:x,1,blue", 5.0f, {0, 1, 0}      },
 };
 
 class ColorValue : public testing::TestWithParam<ColorCase> {};
@@ -29,68 +69,373 @@ class ColorValue : public testing::TestWithParam<ColorCase> {};
 TEST_P(ColorValue, SpansTheEffect)
 {
     Color color;
-    test::loadBody(color, GetParam().body);
-    color.setupControl(WIDTH);
-
-    const Vector3f value = color.get(GetParam().time);
-    EXPECT_NEAR(value.x, GetParam().expected.x, 1e-6f);
-    EXPECT_NEAR(value.y, GetParam().expected.y, 1e-6f);
-    EXPECT_NEAR(value.z, GetParam().expected.z, 1e-6f);
+    test::loadBody(color, script(GetParam().keys));
+    color.setupControl(100.0f); // of an effect of ten seconds
+    expectNear(color.get(GetParam().time), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, ColorValue,
-    testing::Values(
-        ColorCase{
-            "NoKeysAreBlack", "", 5.0f, {0, 0, 0}
-},
-        ColorCase{"BeforeTheFirstKey", RED_TO_BLUE, 0.5f, {1, 0, 0}},
-        ColorCase{"BetweenTheKeys", RED_TO_BLUE, 5.0f, {0.5f, 0, 0.5f}},
-        ColorCase{"AfterTheLastKey", RED_TO_BLUE, 9.5f, {0, 0, 1}},
-        ColorCase{"IsNotClamped", R"(<key time="0" r="1.5" g="-1" b="2"/>)", 1.0f, {1.5f, -1, 2}},
-        ColorCase{"MissingChannelsAreZero", R"(<key g="1"/>)", 1.0f, {0, 1, 0}}),
-    [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, ColorValue, testing::ValuesIn(COLOR_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
 
-TEST(Color, RoundTripsSortedByTimeAndAddsToWhatIsThere)
+TEST(ColorPlugin, RoundTripsSortedByTimeAndAddsToWhatIsThere)
 {
     Color color;
     EXPECT_EQ(test::savedBody(color), "");
-    test::loadBody(color, R"(<key time="0.8" r="0" g="0" b="1"/>)"
-                          R"(<key time="0.2" r="1" g="0" b="0"/>)");
-    EXPECT_EQ(test::savedBody(color), RED_TO_BLUE);
-
-    test::loadBody(color, R"(<key time="0.5" r="0.0196078" g="1e+06" b="0"/>)");
-    EXPECT_EQ(test::savedBody(color), R"(<key time="0.2" r="1" g="0" b="0"/>)"
-                                      R"(<key time="0.5" r="0.0196078" g="1e+06" b="0"/>)"
-                                      R"(<key time="0.8" r="0" g="0" b="1"/>)");
+    test::loadBody(color, script("0.8:0,0,1 0.2:1,0,0"));
+    test::loadBody(color, script("0.5:0.0196078,1e+06,0"));
+    EXPECT_EQ(test::savedBody(color), script("0.2:1,0,0 0.5:0.0196078,1e+06,0 0.8:0,0,1"));
 }
 
-/** Counts the observers of a control by their answers. */
-class CountedButton final : public vellum::Container {
-public:
-    void setCallback(vellum::Callback* callback) override
+const Vector4f HOVERED(0, 1, 0, 1);
+const Vector4f RECOLOURED(0, 0, 1, 1);
+
+/**
+ * A screen with the picker at (0, 100), its field 120 x 100 pixels, and two lanes of 200 x 30
+ * pixels: at (50, 40) and (50, 70).
+ */
+struct LaneTest : testing::Test {
+    LaneTest()
     {
-        ++observers;
-        vellum::Container::setCallback(callback);
+        styles.parse("<vellum><color>"
+                     "<color name='caption.color' first='ff0000'/>"
+                     "<color name='caption.highlight' first='00ff00' second='0000ff'/>"
+                     "</color></vellum>");
+        screen.loadStyle(&styles);
+        auto* bar = new vellum::Container; // owned by the screen, like all that follow
+        bar->setArea(Area(50, 40, 250, 100));
+        screen.addControl(bar);
+        int row = 0;
+        for (Color* lane : {&*color, &other}) {
+            bar->addControl(lane);
+            const float top = 30.0f * static_cast<float>(row++);
+            lane->setArea(Area(0, top, 0, top + 30.0f));
+        }
+        screen.addControl(window);
+        window->setName("picker_window");
+        window->setArea(Area(0, 100, 136, 220));
+        window->addControl(picker);
+        picker->setName("picker");
+        picker->setArea(Area(0, 0, 136, 100));
+        window->addControl(ok);
+        ok->setName("picker_ok");
+        ok->setArea(Area(0, 100, 136, 120));
+        window->setVisible(false);
+        for (Color* lane : {&*color, &other})
+            lane->setupControl(200.0f);
     }
 
-    int observers = 0;
+    void draw()
+    {
+        screen.render.clear();
+        screen.draw();
+    }
+
+    /** Draws, and returns the key of the upper lane whose inner circle has that colour; or -1. */
+    int keyIn(const Vector4f& wanted)
+    {
+        screen.render.clear();
+        color->draw(color->getAreaWorld(), Area(0, 0, 0, 0), color->getAreaWorld());
+        const auto& colors = screen.render.circleColors;
+        for (std::size_t i = 1; i < colors.size(); i += 2)
+            if (colors[i] == wanted)
+                return static_cast<int>(i / 2);
+        return -1;
+    }
+
+    void load(const std::string& keys) { test::loadBody(*color, script(keys)); }
+
+    /** Moves to a point of the upper lane. */
+    void moveTo(Vector2f point) { mouse.moveTo(Vector2f(50, 40) + point); }
+
+    /** Opens the menu at a point of the upper lane and chooses a row. */
+    void choose(Vector2f point, int row)
+    {
+        moveTo(point);
+        mouse.press(display::MOUSE_RIGHT);
+        mouse.release(display::MOUSE_RIGHT);
+        ASSERT_TRUE(screen.getOpen());
+        EXPECT_EQ(screen.getOpen()->getArea().mMin, Vector2f(50, 40) + point);
+        mouse.click(Vector2f(56, 50) + point + Vector2f(0.0f, 15.0f * static_cast<float>(row)));
+    }
+
+    /** Clicks into the picker's field, `distance` pixels from its left edge. */
+    void pick(float distance) { mouse.click(Vector2f(distance, 100)); }
+
+    xml::XmlParser styles;
+    vellum::test::Screen screen;
+    vellum::test::Mouse mouse{screen};
+    vellum::Container* window = new vellum::Container;
+    vellum::ColorChooser* picker = new vellum::ColorChooser;
+    vellum::Button* ok = new vellum::Button;
+    std::unique_ptr<Color> color = std::make_unique<Color>();
+    Color other;
 };
 
-TEST(Color, ObservesThePickerOnceHoweverOftenTheBarChanges)
+struct HitCase {
+    const char* name;
+    Vector2f point;
+    int expected;
+
+    friend void PrintTo(const HitCase& hit, std::ostream* out) { *out << hit.name; }
+};
+
+// Keys at (100, 22.5) and (106, 22.5), each with a square of 12 pixels.
+constexpr HitCase HIT_CASES[] = {
+    {"LaterOneWinsOnOverlap", {103.0f, 22.0f}, 1 },
+    {"LeftEdgeBelongs",       {94.0f, 22.0f},  0 },
+    {"LeftOfIt",              {93.9f, 22.0f},  -1},
+    {"RightEdgeDoesNot",      {112.0f, 22.0f}, -1},
+    {"TopEdgeBelongs",        {97.0f, 16.5f},  0 },
+    {"BottomEdgeDoesNot",     {97.0f, 28.5f},  -1},
+};
+
+class LaneHit : public LaneTest, public testing::WithParamInterface<HitCase> {};
+
+TEST_P(LaneHit, MarksTheKeyUnderThePointer)
 {
-    vellum::Container root;
-    auto* button = new CountedButton; // owned by root
-    button->setName("picker_ok");
-    root.addControl(button);
-    Color color;
-    root.addControl(&color);
+    load("0.5:1,1,1 0.53:1,1,1");
+    moveTo(GetParam().point);
+    EXPECT_EQ(keyIn(HOVERED), GetParam().expected);
+    moveTo({97.0f, 40.0f}); // in the other lane
+    EXPECT_EQ(keyIn(HOVERED), -1);
+}
 
-    color.setupControl(50.0f);
-    color.setupControl(60.0f);
+INSTANTIATE_TEST_SUITE_P(Cases, LaneHit, testing::ValuesIn(HIT_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
 
-    EXPECT_EQ(button->observers, 1);
-    button->sendAction(vellum::ACTION_BUTTON_PRESSED);
+struct DragCase {
+    const char* name;
+    std::vector<float> moves; // x in the lane, with the key at 100
+    const char* keys;         // afterwards
+    int dragged;
+
+    friend void PrintTo(const DragCase& drag, std::ostream* out) { *out << drag.name; }
+};
+
+const DragCase DRAG_CASES[] = {
+    {"BetweenItsNeighbours", {120},      "0.2:1,0,0 0.6:0,1,0 0.8:0,0,1",  1},
+    {"OntoANeighbour",       {160},      "0.2:1,0,0 0.8:0,1,0 0.8:0,0,1",  1},
+    {"NotToTheStart",        {0},        "0.2:1,0,0 0.5:0,1,0 0.8:0,0,1",  1},
+    {"NotToTheEnd",          {200},      "0.2:1,0,0 0.5:0,1,0 0.8:0,0,1",  1},
+    {"BackFromBeyondAnEnd",  {-20, 90},  "0.2:1,0,0 0.45:0,1,0 0.8:0,0,1", 1},
+    {"PastTheRightOne",      {164},      "0.2:1,0,0 0.82:0,1,0 0.8:0,0,1", 2},
+    {"GoesOnWithTheRight",   {164, 180}, "0.2:1,0,0 0.82:0,1,0 0.9:0,0,1", 2},
+    {"GoesOnWithTheLeft",    {30, 20},   "0.1:1,0,0 0.15:0,1,0 0.8:0,0,1", 0},
+};
+
+class LaneDrag : public LaneTest, public testing::WithParamInterface<DragCase> {};
+
+TEST_P(LaneDrag, MovesTheKeyUntilTheRelease)
+{
+    load("0.2:1,0,0 0.5:0,1,0 0.8:0,0,1");
+    moveTo({100, 22});
+    mouse.press();
+    for (const float x : GetParam().moves)
+        moveTo({x, 200}); // far below, over nothing
+    EXPECT_EQ(keyIn(HOVERED), GetParam().dragged);
+    mouse.release();
+    moveTo({70, 22});
+    EXPECT_EQ(test::savedBody(*color), script(GetParam().keys));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, LaneDrag, testing::ValuesIn(DRAG_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(LaneTest, EndsADragWhenAMenuOpensOrTheLaneIsHidden)
+{
+    load("0.5:1,1,1");
+    for (const bool opening : {true, false}) {
+        moveTo({100, 22});
+        mouse.press();
+        opening ? static_cast<void>(mouse.press(display::MOUSE_RIGHT)) : color->setVisible(false);
+        moveTo({120, 22});
+        screen.resetContext();
+        color->setVisible(true);
+        moveTo({140, 22});
+        EXPECT_EQ(test::savedBody(*color), script("0.5:1,1,1")) << opening;
+    }
+}
+
+struct MenuCase {
+    const char* name;
+    const char* keys;
+    float x; // of the right press in the lane
+    int row;
+    const char* expected;
+
+    friend void PrintTo(const MenuCase& menu, std::ostream* out) { *out << menu.name; }
+};
+
+constexpr MenuCase MENU_CASES[] = {
+    {"AddsTheFirstInBlack",   "",                        100, 0, "0.5:0,0,0"},
+    {"AddsWithoutAChange",    "0:0.2,0.2,0.2 1:1,0,0.6", 100, 0,
+     "0:0.2,0.2,0.2 0.5:0.6,0.1,0.4 1:1,0,0.6"                              },
+    {"DeletesTheKey",         "0.5:1,0,0 0.8:0,0,1",     100, 1, "0.8:0,0,1"},
+    {"DeletesTheLastKey",     "0.5:1,0,0",               100, 1, ""         },
+    {"EditingChangesNothing", "0.5:1,0,0",               100, 0, "0.5:1,0,0"},
+};
+
+class LaneMenu : public LaneTest, public testing::WithParamInterface<MenuCase> {};
+
+TEST_P(LaneMenu, AddsAndDeletesWhereItWasOpened)
+{
+    load(GetParam().keys);
+    choose({GetParam().x, 22}, GetParam().row);
+    EXPECT_EQ(test::savedBody(*color), script(GetParam().expected));
+    vellum::test::send(*color, "mousemove", {10, 10});
+    for (const char* stale : {"context.delete", "context.edit"}) {
+        vellum::Event event;
+        event.type = "context";
+        event.action = stale;
+        color->handleEvent(event);
+    }
+    EXPECT_EQ(test::savedBody(*color), script(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, LaneMenu, testing::ValuesIn(MENU_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(LaneTest, RecoloursTheKeyUntilThePickerIsClosed)
+{
+    load("0:1,1,1 0.5:1,1,1 1:1,1,1");
+    mouse.doubleClick({150, 62});
+    EXPECT_TRUE(window->getVisible());
+    EXPECT_EQ(keyIn(RECOLOURED), 1);
+    EXPECT_EQ(test::savedBody(*color), script("0:1,1,1 0.5:1,1,1 1:1,1,1"));
+
+    pick(60); // cyan, from the second frame on
+    draw();
+    draw();
+    EXPECT_EQ(test::savedBody(*color), script("0:1,1,1 0.5:0,1,1 1:1,1,1"));
+    Color restarted;
+    test::loadBody(restarted, test::savedBody(*color));
+    restarted.setupControl(200.0f);
+    expectNear(color->get(3.0f), restarted.get(3.0f));
+
+    pick(80); // green
+    draw();
+    mouse.click({60, 210}); // the button
+    pick(100);
+    draw();
+    draw();
+    EXPECT_EQ(test::savedBody(*color), script("0:1,1,1 0.5:0,1,0 1:1,1,1"));
+    EXPECT_EQ(keyIn(RECOLOURED), -1);
+}
+
+TEST_F(LaneTest, GivesThePickerToTheLaneThatOpenedItLast)
+{
+    load("0.5:1,1,1");
+    test::loadBody(other, script("0.5:1,1,1"));
+    mouse.doubleClick({150, 62});
+    pick(60);
+    mouse.doubleClick({150, 92});
+    draw();
+    pick(80);
+    draw();
+    draw();
+    EXPECT_EQ(test::savedBody(other), script("0.5:0,1,0"));
+    EXPECT_EQ(test::savedBody(*color), script("0.5:0,0,0")) << "as of the last frame it saw";
+}
+
+TEST_F(LaneTest, RecoloursTheSameKeyWhenOthersComeAndGo)
+{
+    load("0.2:1,1,1 0.5:1,1,1");
+    choose({100, 22}, 0);
+    choose({40, 22}, 1);
+    EXPECT_EQ(keyIn(RECOLOURED), 0);
+    choose({20, 22}, 0);
+    EXPECT_EQ(keyIn(RECOLOURED), 1);
+    choose({100, 22}, 1);
+    EXPECT_EQ(keyIn(RECOLOURED), -1);
+    pick(60);
+    EXPECT_EQ(test::savedBody(*color), script("0.1:1,1,1"));
+}
+
+TEST_F(LaneTest, MayGoBeforeThePickerOrAfterIt)
+{
+    load("0.5:1,1,1");
+    mouse.doubleClick({150, 62});
+    color->setupControl(200.0f); // observes the button only once
+    color.reset();
+    pick(60);
+    mouse.click({60, 210});
+    draw();
+
+    color = std::make_unique<Color>();
+    test::loadBody(other, script("0.5:1,1,1"));
+    mouse.doubleClick({150, 92});
+    delete window;
+    mouse.doubleClick({150, 92});
+    other.setupControl(200.0f);
+    draw();
+    EXPECT_EQ(test::savedBody(other), script("0.5:1,1,1"));
+}
+
+struct DrawCase {
+    const char* name;
+    const char* keys;
+    Area area;
+    Area clip;
+    std::size_t swatches;
+    float first; // left edge of the first swatch
+    std::size_t markers;
+
+    friend void PrintTo(const DrawCase& drawing, std::ostream* out) { *out << drawing.name; }
+};
+
+constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
+constexpr float ENDLESS = std::numeric_limits<float>::infinity();
+constexpr const char* WILD_KEYS = "nan:nan,inf,1e38 0.5:nan,0,0 -inf:0,0,0 1e38:1,1,1 2:1,1,1";
+
+constexpr DrawCase DRAW_CASES[] = {
+    {"AHundredPixels",    "0:1,0,0 1:0,0,1", {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  2},
+    {"CutOffOnTheRight",  "0:1,0,0 1:0,0,1", {10, 0, 110, 30},      {10, 0, 25, 30}, 3,  10, 1},
+    {"ScrolledToTheLeft", "0:1,0,0 1:0,0,1", {-50.5f, 0, 1e6f, 30}, {0, 0, 21, 30},  4,  -1, 0},
+    {"JustBesideASwatch", "0:1,0,0 1:0,0,1", {0, 0, 1000, 30},      {12, 0, 14, 30}, 0,  0,  0},
+    {"NoWidth",           "0:1,0,0 1:0,0,1", {10, 0, 10, 30},       {10, 0, 10, 30}, 0,  0,  2},
+    {"Backwards",         "0:1,0,0 1:0,0,1", {90, 0, 10, 30},       {10, 0, 90, 30}, 0,  0,  2},
+    {"EndlessWidth",      "0:1,0,0 1:0,0,1", {0, 0, ENDLESS, 30},   {0, 0, 100, 30}, 15, 0,  0},
+    {"NoNumberForAWidth", "0:1,0,0 1:0,0,1", {0, 0, NONE, 30},      {0, 0, 100, 30}, 0,  0,  0},
+    {"NoNumbersForKeys",  WILD_KEYS,         {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  1},
+};
+
+class LaneDraw : public LaneTest, public testing::WithParamInterface<DrawCase> {};
+
+TEST_P(LaneDraw, DrawsWhatTheClipShows)
+{
+    load(GetParam().keys);
+    const auto& drawn = screen.render;
+    color->draw(GetParam().area, Area(0, 0, 0, 0), GetParam().clip);
+    ASSERT_EQ(drawn.boxes.size(), GetParam().swatches);
+    if (!drawn.boxes.empty()) {
+        const float x = GetParam().first;
+        EXPECT_EQ(drawn.boxes[0], Area(x, 15, x + 5, 30));
+    }
+    EXPECT_EQ(drawn.circles.size(), 2 * GetParam().markers);
+    EXPECT_EQ(drawn.borders.size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, LaneDraw, testing::ValuesIn(DRAW_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(LaneTest, DrawsSwatchesMarkersAndName)
+{
+    load("0:1,0,0 0.5:0,0,1");
+    color->mName = "sky";
+    const auto& drawn = screen.render;
+    color->draw(Area(50, 40, 150, 70), Area(0, 0, 0, 0), Area(50, 40, 150, 70));
+    ASSERT_EQ(drawn.boxes.size(), 15u);
+    EXPECT_EQ(drawn.boxes[14], Area(148, 55, 153, 70));
+    EXPECT_EQ(drawn.boxColors[0], Vector4f(1, 0, 0, 1));
+    EXPECT_EQ(drawn.boxColors[14], Vector4f(0, 0, 1, 1));
+    ASSERT_EQ(drawn.circles.size(), 4u);
+    EXPECT_EQ(drawn.circles[2], Area(94, 56.5f, 106, 68.5f));
+    EXPECT_EQ(drawn.circles[3], Area(95.5f, 58, 104.5f, 67));
+    EXPECT_EQ(drawn.circleColors[2], Vector4f(1, 0, 0, 1));
+    ASSERT_EQ(drawn.texts.size(), 1u);
+    EXPECT_EQ(drawn.texts[0].text, "sky");
+    EXPECT_EQ(drawn.texts[0].position, Vector2f(52, 46));
+    EXPECT_EQ(drawn.texts[0].align, 0);
 }
 
 } // namespace
