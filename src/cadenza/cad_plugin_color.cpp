@@ -54,11 +54,18 @@ Color::~Color()
 
 void Color::load(xml::IteratorConst& it)
 {
+    // All tangents at the end: at every key they would take seconds where there are thousands.
+    for (Curve* const curve : {&mR, &mG, &mB})
+        curve->setAutoTangents(false);
     for (xml::IteratorConst key = it.createIterator("key"); ++key;) {
         const float time = key->getValueFloat("time");
         mR.addKey({time, key->getValueFloat("r"), 0.0f, 0.0f});
         mG.addKey({time, key->getValueFloat("g"), 0.0f, 0.0f});
         mB.addKey({time, key->getValueFloat("b"), 0.0f, 0.0f});
+    }
+    for (Curve* const curve : {&mR, &mG, &mB}) {
+        curve->setAutoTangents(true);
+        curve->updateTangents(0, 1, 1);
     }
 }
 
