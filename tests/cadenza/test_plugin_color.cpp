@@ -46,36 +46,31 @@ void expectNear(const Vector3f& actual, const Vector3f& expected)
     EXPECT_NEAR(actual.z, expected.z, 1e-5f) << "blue";
 }
 
-struct ColorCase {
+constexpr struct {
     const char* name;
     const char* keys;
     float time; // seconds
     Vector3f expected;
-
-    friend void PrintTo(const ColorCase& color, std::ostream* out) { *out << color.name; }
+} COLOR_CASES[] = {
+    {"NoKeysAreBlack",    "",                          5.0f, {0, 0, 0}      },
+    {"BeforeTheFirstKey", "0.2:1,0,0 0.8:0,0,1",       0.5f, {1, 0, 0}      },
+    {"BetweenTheKeys",    "0.2:1,0,0 0.8:0,0,1",       5.0f, {0.5f, 0, 0.5f}},
+    {"IsSmooth",          "0:0,0,0 0.5:1,0,0 1:0,0,0", 2.5f, {0.625f, 0, 0} },
+    {"AfterTheLastKey",   "0.2:1,0,0 0.8:0,0,1",       9.5f, {0, 0, 1}      },
+    {"IsNotClamped",      "0:1.5,-1,2",                1.0f, {1.5f, -1, 2}  },
+    {"NoNumbersAreZero",  "0.2:red,1, 0.8:x,1,blue",   5.0f, {0, 1, 0}      },
 };
 
-constexpr ColorCase COLOR_CASES[] = {
-    {"NoKeysAreBlack",    "",                        5.0f, {0, 0, 0}      },
-    {"BeforeTheFirstKey", "0.2:1,0,0 0.8:0,0,1",     0.5f, {1, 0, 0}      },
-    {"BetweenTheKeys",    "0.2:1,0,0 0.8:0,0,1",     5.0f, {0.5f, 0, 0.5f}},
-    {"AfterTheLastKey",   "0.2:1,0,0 0.8:0,0,1",     9.5f, {0, 0, 1}      },
-    {"IsNotClamped",      "0:1.5,-1,2",              1.0f, {1.5f, -1, 2}  },
-    {"NoNumbersAreZero",  "0.2:red,1, 0.8:x,1,blue", 5.0f, {0, 1, 0}      },
-};
-
-class ColorValue : public testing::TestWithParam<ColorCase> {};
-
-TEST_P(ColorValue, SpansTheEffect)
+TEST(ColorPlugin, SpansTheEffect)
 {
-    Color color;
-    test::loadBody(color, script(GetParam().keys));
-    color.setupControl(100.0f); // of an effect of ten seconds
-    expectNear(color.get(GetParam().time), GetParam().expected);
+    for (const auto& [name, keys, time, expected] : COLOR_CASES) {
+        SCOPED_TRACE(name);
+        Color color;
+        test::loadBody(color, script(keys));
+        color.setupControl(100.0f); // of an effect of ten seconds
+        expectNear(color.get(time), expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, ColorValue, testing::ValuesIn(COLOR_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(ColorPlugin, RoundTripsSortedByTimeAndAddsToWhatIsThere)
 {
@@ -171,37 +166,29 @@ struct LaneTest : testing::Test {
     Color other;
 };
 
-struct HitCase {
-    const char* name;
-    Vector2f point;
-    int expected;
-
-    friend void PrintTo(const HitCase& hit, std::ostream* out) { *out << hit.name; }
-};
-
-// Keys at (100, 22.5) and (106, 22.5), each with a square of 12 pixels.
-constexpr HitCase HIT_CASES[] = {
-    {"LaterOneWinsOnOverlap", {103.0f, 22.0f}, 1 },
-    {"LeftEdgeBelongs",       {94.0f, 22.0f},  0 },
-    {"LeftOfIt",              {93.9f, 22.0f},  -1},
-    {"RightEdgeDoesNot",      {112.0f, 22.0f}, -1},
-    {"TopEdgeBelongs",        {97.0f, 16.5f},  0 },
-    {"BottomEdgeDoesNot",     {97.0f, 28.5f},  -1},
-};
-
-class LaneHit : public LaneTest, public testing::WithParamInterface<HitCase> {};
-
-TEST_P(LaneHit, MarksTheKeyUnderThePointer)
+TEST_F(LaneTest, MarksTheLastKeyUnderThePointer)
 {
+    // Keys at (100, 22.5) and (106, 22.5), each with a square of 12 pixels.
+    constexpr struct {
+        Vector2f point;
+        int expected;
+    } CASES[] = {
+        {{103.0f, 22.0f}, 1 }, // both
+        {{94.0f, 22.0f},  0 }, // the left edge
+        {{93.9f, 22.0f},  -1},
+        {{112.0f, 22.0f}, -1}, // the right edge
+        {{97.0f, 16.5f},  0 }, // the top edge
+        {{97.0f, 28.5f},  -1}, // the bottom edge
+        {{97.0f, 20.0f},  0 },
+        {{97.0f, 40.0f},  -1}, // in the other lane
+    };
     load("0.5:1,1,1 0.53:1,1,1");
-    moveTo(GetParam().point);
-    EXPECT_EQ(keyIn(HOVERED), GetParam().expected);
-    moveTo({97.0f, 40.0f}); // in the other lane
-    EXPECT_EQ(keyIn(HOVERED), -1);
+    for (const auto& [point, expected] : CASES) {
+        SCOPED_TRACE(testing::Message() << point.x << ", " << point.y);
+        moveTo(point);
+        EXPECT_EQ(keyIn(HOVERED), expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, LaneHit, testing::ValuesIn(HIT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 struct DragCase {
     const char* name;
@@ -248,8 +235,8 @@ TEST_F(LaneTest, EndsADragWhenAMenuOpensOrTheLaneIsHidden)
         moveTo({100, 22});
         mouse.press();
         opening ? static_cast<void>(mouse.press(display::MOUSE_RIGHT)) : color->setVisible(false);
-        moveTo({120, 22});
-        screen.resetContext();
+        moveTo({101, 22});
+        mouse.press();
         color->setVisible(true);
         moveTo({140, 22});
         EXPECT_EQ(test::savedBody(*color), script("0.5:1,1,1")) << opening;
@@ -282,11 +269,12 @@ TEST_P(LaneMenu, AddsAndDeletesWhereItWasOpened)
     load(GetParam().keys);
     choose({GetParam().x, 22}, GetParam().row);
     EXPECT_EQ(test::savedBody(*color), script(GetParam().expected));
-    vellum::test::send(*color, "mousemove", {10, 10});
-    for (const char* stale : {"context.delete", "context.edit"}) {
+    moveTo({10, 10});
+    color->setupControl(0.0f);
+    for (const char* futile : {"context.delete", "context.edit", "context.add"}) {
         vellum::Event event;
         event.type = "context";
-        event.action = stale;
+        event.action = futile;
         color->handleEvent(event);
     }
     EXPECT_EQ(test::savedBody(*color), script(GetParam().expected));
@@ -320,6 +308,10 @@ TEST_F(LaneTest, RecoloursTheKeyUntilThePickerIsClosed)
     draw();
     EXPECT_EQ(test::savedBody(*color), script("0:1,1,1 0.5:0,1,0 1:1,1,1"));
     EXPECT_EQ(keyIn(RECOLOURED), -1);
+
+    mouse.doubleClick({50, 62});
+    draw();
+    EXPECT_EQ(test::savedBody(*color), script("0:1,1,1 0.5:0,1,0 1:1,1,1"));
 }
 
 TEST_F(LaneTest, GivesThePickerToTheLaneThatOpenedItLast)
@@ -355,7 +347,6 @@ TEST_F(LaneTest, MayGoBeforeThePickerOrAfterIt)
 {
     load("0.5:1,1,1");
     mouse.doubleClick({150, 62});
-    color->setupControl(200.0f); // observes the button only once
     color.reset();
     pick(60);
     mouse.click({60, 210});
@@ -371,52 +362,44 @@ TEST_F(LaneTest, MayGoBeforeThePickerOrAfterIt)
     EXPECT_EQ(test::savedBody(other), script("0.5:1,1,1"));
 }
 
-struct DrawCase {
-    const char* name;
-    const char* keys;
-    Area area;
-    Area clip;
-    std::size_t swatches;
-    float first; // left edge of the first swatch
-    std::size_t markers;
-
-    friend void PrintTo(const DrawCase& drawing, std::ostream* out) { *out << drawing.name; }
-};
-
-constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
-constexpr float ENDLESS = std::numeric_limits<float>::infinity();
-constexpr const char* WILD_KEYS = "nan:nan,inf,1e38 0.5:nan,0,0 -inf:0,0,0 1e38:1,1,1 2:1,1,1";
-
-constexpr DrawCase DRAW_CASES[] = {
-    {"AHundredPixels",    "0:1,0,0 1:0,0,1", {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  2},
-    {"CutOffOnTheRight",  "0:1,0,0 1:0,0,1", {10, 0, 110, 30},      {10, 0, 25, 30}, 3,  10, 1},
-    {"ScrolledToTheLeft", "0:1,0,0 1:0,0,1", {-50.5f, 0, 1e6f, 30}, {0, 0, 21, 30},  4,  -1, 0},
-    {"JustBesideASwatch", "0:1,0,0 1:0,0,1", {0, 0, 1000, 30},      {12, 0, 14, 30}, 0,  0,  0},
-    {"NoWidth",           "0:1,0,0 1:0,0,1", {10, 0, 10, 30},       {10, 0, 10, 30}, 0,  0,  2},
-    {"Backwards",         "0:1,0,0 1:0,0,1", {90, 0, 10, 30},       {10, 0, 90, 30}, 0,  0,  2},
-    {"EndlessWidth",      "0:1,0,0 1:0,0,1", {0, 0, ENDLESS, 30},   {0, 0, 100, 30}, 15, 0,  0},
-    {"NoNumberForAWidth", "0:1,0,0 1:0,0,1", {0, 0, NONE, 30},      {0, 0, 100, 30}, 0,  0,  0},
-    {"NoNumbersForKeys",  WILD_KEYS,         {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  1},
-};
-
-class LaneDraw : public LaneTest, public testing::WithParamInterface<DrawCase> {};
-
-TEST_P(LaneDraw, DrawsWhatTheClipShows)
+TEST_F(LaneTest, DrawsWhatTheClipShowsOfAnyGradient)
 {
-    load(GetParam().keys);
-    const auto& drawn = screen.render;
-    color->draw(GetParam().area, Area(0, 0, 0, 0), GetParam().clip);
-    ASSERT_EQ(drawn.boxes.size(), GetParam().swatches);
-    if (!drawn.boxes.empty()) {
-        const float x = GetParam().first;
-        EXPECT_EQ(drawn.boxes[0], Area(x, 15, x + 5, 30));
+    constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
+    constexpr float ENDLESS = std::numeric_limits<float>::infinity();
+    constexpr const char* TWO = "0:1,0,0 1:0,0,1";
+    constexpr const char* WILD = "nan:nan,inf,1e38 0.5:nan,0,0 -inf:0,0,0 1e38:1,1,1 2:1,1,1";
+    constexpr struct {
+        const char* keys;
+        Area area;
+        Area clip;
+        std::size_t swatches;
+        float first; // left edge of the first swatch
+        std::size_t markers;
+    } CASES[] = {
+        {TWO,  {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  2},
+        {TWO,  {10, 0, 110, 30},      {10, 0, 25, 30}, 3,  10, 1},
+        {TWO,  {-50.5f, 0, 1e6f, 30}, {0, 0, 21, 30},  4,  -1, 0},
+        {TWO,  {0, 0, 1000, 30},      {12, 0, 14, 30}, 0,  0,  0}, // between two swatches
+        {TWO,  {10, 0, 10, 30},       {10, 0, 10, 30}, 0,  0,  2},
+        {TWO,  {90, 0, 10, 30},       {10, 0, 90, 30}, 0,  0,  2}, // backwards
+        {TWO,  {0, 0, ENDLESS, 30},   {0, 0, 100, 30}, 15, 0,  0},
+        {TWO,  {0, 0, NONE, 30},      {0, 0, 100, 30}, 0,  0,  0},
+        {WILD, {0, 0, 100, 30},       {0, 0, 100, 30}, 15, 0,  1},
+    };
+    for (const auto& [keys, area, clip, swatches, first, markers] : CASES) {
+        SCOPED_TRACE(keys + (" in " + vellum::test::text(area)));
+        Color lane;
+        test::loadBody(lane, script(keys));
+        lane.setParent(&screen);
+        screen.render.clear();
+        lane.draw(area, Area(0, 0, 0, 0), clip);
+        EXPECT_EQ(screen.render.boxes.size(), swatches);
+        if (!screen.render.boxes.empty()) {
+            EXPECT_EQ(screen.render.boxes[0], Area(first, 15, first + 5, 30));
+        }
+        EXPECT_EQ(screen.render.circles.size(), 2 * markers);
     }
-    EXPECT_EQ(drawn.circles.size(), 2 * GetParam().markers);
-    EXPECT_EQ(drawn.borders.size(), 1u);
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, LaneDraw, testing::ValuesIn(DRAW_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST_F(LaneTest, DrawsSwatchesMarkersAndName)
 {
