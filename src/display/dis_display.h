@@ -17,6 +17,7 @@ class Image;
 namespace zavex::display {
 
 class FBO;
+struct Joystick;
 class Listener;
 class Resource;
 class Shader;
@@ -116,6 +117,14 @@ public:
 
     /** Position in window pixels in x and y, the wheel's in z. */
     virtual mathbase::Vector3f getMousePosition() const = 0;
+
+    /**
+     * Replaces `state` by that of a joystick; all of it is 0 when there is none.
+     *
+     * @param index  Number of the joystick in 0..`Joystick::MOST_JOYSTICKS` - 1.
+     * @return Whether it is plugged in.
+     */
+    virtual bool readJoystick(int index, Joystick& state) const = 0;
 
     /** Draws into `fbo` from now on, or into the window when null; the viewport becomes all of it.
      */

@@ -67,6 +67,7 @@ public:
     float getFps() const override { return mFpsCountFinal; }
     float getTime() const override;
     mathbase::Vector3f getMousePosition() const override;
+    bool readJoystick(int index, Joystick& state) const override;
 
     void setFBO(FBO* fbo) override;
     void setTexture(Texture* texture, int channel) override;

@@ -1,6 +1,7 @@
 #include "display/dis_display_glfw.h"
 
 #include "common/zvx_system.h"
+#include "display/dis_joystick.h"
 
 #include <GLFW/glfw3.h>
 
@@ -92,6 +93,12 @@ int latinCharacter(const char* name)
 bool isPressed(int action)
 {
     return action != GLFW_RELEASE;
+}
+
+/** How many of a joystick's buttons or axes are read; it may be unplugged at any moment. */
+int controlsOf(const void* values, int count)
+{
+    return values ? std::clamp(count, 0, static_cast<int>(Joystick::CONTROLS)) : 0;
 }
 
 } // namespace
@@ -320,6 +327,21 @@ bool DisplayGLFW::onWindowClose()
 mathbase::Vector3f DisplayGLFW::getMousePosition() const
 {
     return {mMouseX, mMouseY, mMouseWheel};
+}
+
+bool DisplayGLFW::readJoystick(int index, Joystick& state) const
+{
+    state = Joystick{};
+    if (index < 0 || index >= Joystick::MOST_JOYSTICKS || glfwJoystickPresent(index) == GLFW_FALSE)
+        return false;
+
+    int count = 0;
+    const unsigned char* const buttons = glfwGetJoystickButtons(index, &count);
+    std::transform(buttons, buttons + controlsOf(buttons, count), state.buttons.begin(),
+                   [](unsigned char button) { return button == GLFW_PRESS; });
+    const float* const axes = glfwGetJoystickAxes(index, &count);
+    std::copy_n(axes, controlsOf(axes, count), state.axes.begin());
+    return true;
 }
 
 /** Modifier bits are taken from the keys that are down, the one being pressed among them. */

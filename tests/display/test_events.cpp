@@ -1,3 +1,4 @@
+#include "display/dis_joystick.h"
 #include "recorder.h"
 #include "support/gl_display.h"
 
@@ -399,6 +400,18 @@ TEST_F(RealInput, OnlyTurningTheWheelIsAWheelEvent)
         "click --window %1 6 click --window %1 7 click --window %1 4";
     EXPECT_EQ(sent(sidewaysThenUp, 1), Protocol{"A mousewheel"});
     EXPECT_EQ(mA.mMove.mouseWheel, 1.0f);
+}
+
+TEST_F(Events, AJoystickThatIsNotThereReadsAsZero)
+{
+    for (const int index : {-1, display::Joystick::MOST_JOYSTICKS}) {
+        display::Joystick state;
+        state.buttons.fill(true);
+        state.axes.fill(1.0f);
+        EXPECT_FALSE(mDisplay.readJoystick(index, state));
+        EXPECT_EQ(state.buttons, display::Joystick{}.buttons);
+        EXPECT_EQ(state.axes, display::Joystick{}.axes);
+    }
 }
 
 } // namespace zavex::test
