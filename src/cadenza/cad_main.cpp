@@ -1,11 +1,14 @@
-// Start-up and shut-down; what the configuration means is in cad_setup, the frames in cad_playback.
+// Start-up and shut-down. What the configuration means is in cad_setup, what is written back in
+// cad_save, the frames in cad_playback.
 
 #include "cadenza/cad_main.h"
 
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_factory.h"
+#include "cadenza/cad_gui.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
+#include "vellum/vel_layout_stack.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -23,10 +26,26 @@ Cadenza::Cadenza() : mExceptionsAtStart(std::uncaught_exceptions()) {}
 
 Cadenza::~Cadenza()
 {
-    // A run that failed holds no state worth keeping.
-    if (mSetup && std::uncaught_exceptions() == mExceptionsAtStart)
-        saveXml();
+    close();
     closeDisplay();
+}
+
+void Cadenza::close() noexcept
+{
+    if (mClosed)
+        return;
+    mClosed = true;
+
+    // A run that failed holds no state worth keeping.
+    if (mSetup && std::uncaught_exceptions() == mExceptionsAtStart) {
+        try {
+            saveXml();
+        } catch (const std::exception& exception) {
+            ZVX_LOG("error", "app", "Could not save the project: %s\n", exception.what());
+        }
+    }
+    mGui.reset();
+    mEffect.clear();
 }
 
 void Cadenza::addFactory(const std::string& type, EffectFactoryBase* factory)
@@ -135,6 +154,7 @@ void Cadenza::run()
         mMusic.play();
         mSongLength = mMusic.getSongLength();
     }
+    buildEditor();
     setupEffects();
     startTime();
     runFrames();
@@ -147,11 +167,26 @@ void Cadenza::loadScripts()
     mScriptsLoaded = true;
 }
 
-void Cadenza::setupEffects()
+void Cadenza::buildEditor()
 {
     std::printf("\nLoading gui\n");
-    for (Effect* effect : mEffect)
+    mGui = std::make_unique<Gui>(mDisplay.get(), this);
+    mGui->attachToDisplay(mDisplay.get());
+    mGui->setup();
+
+    // Without a timeline, too: a plugin has to know how long its effect lasts.
+    vellum::LayoutStack* const timeline = mGui->getTimeline();
+    for (Effect* effect : mEffect) {
+        if (timeline)
+            timeline->addControl(effect);
         effect->setupControl();
+        if (timeline)
+            timeline->recalculate(true);
+    }
+}
+
+void Cadenza::setupEffects()
+{
     for (Effect* effect : mEffect)
         effect->setup();
     std::printf("\n---\n");
@@ -184,15 +219,6 @@ void Cadenza::runFrames()
     }
     ZVX_LOG("log", "app", "Dumped %lld frames, %d lost\n", static_cast<long long>(mDumpFrame),
             mDumpVideo->getLostFrames());
-}
-
-void Cadenza::saveXml()
-{
-    // Effects that never read their files would overwrite them with nothing.
-    if (!mScriptsLoaded)
-        return;
-    for (Effect* effect : mEffect)
-        effect->save();
 }
 
 } // namespace zavex::cadenza

@@ -28,6 +28,7 @@ namespace zavex::cadenza {
 
 class Effect;
 class EffectFactoryBase;
+class Gui;
 
 /** The size in pixels of a picture. */
 struct PictureSize {
@@ -47,9 +48,10 @@ PictureSize letterbox(const PictureSize& window, float aspect);
  * The application: reads the configuration, opens window and sound, keeps the effects, turns song
  * and clock into demo time and draws every effect whose span covers it.
  *
- * In order: construct, `setup`, `addFactory` and `addEffect`, `run`, destroy. Times are demo
- * seconds. Effects and factories are not owned: the program releases them when this object is
- * gone.
+ * In order: construct, `setup`, `addFactory` and `addEffect`, `run`, `close`, destroy. Times are
+ * demo seconds. Factories are not owned, nor are effects, until `run` adds them to the editor's
+ * timeline, which owns its bars. A program that has to know which are left watches them
+ * (`vellum::ControlWatch`) and releases those after `close`.
  *
  * While music plays, the clock follows the position that is heard. At the end of a looping song the
  * song starts again and demo time goes back to 0.
@@ -65,7 +67,7 @@ public:
     Cadenza& operator=(const Cadenza&) = delete;
     Cadenza& operator=(Cadenza&&) = delete;
 
-    /** Saves the project unless an exception is under way, then deletes the display. */
+    /** As `close`, then deletes the display. */
     ~Cadenza() override;
 
     /**
@@ -87,8 +89,8 @@ public:
      * Creates an effect and puts it behind those that are there: they are drawn in this order. Its
      * span is 0 to 10 until its script is loaded.
      *
-     * @return Null, with a line in the log, when the type has no factory. Owned by the caller; must
-     *         live as long as this object.
+     * @return Null, with a line in the log, when the type has no factory. Owned by the caller until
+     *         it is on the timeline; must live until `close`.
      */
     Effect* addEffect(const std::string& type, const std::string& name);
 
@@ -109,15 +111,29 @@ public:
     void openDevices();
 
     /**
-     * Opens the devices, loads the scripts, sets the effects up and plays until the program is
-     * asked to quit. Returns at once when the configuration has no display section.
+     * Opens the devices, loads the scripts, builds the editor, sets the effects up and plays until
+     * the program is asked to quit. Returns at once when the configuration has no display section.
      *
      * Throws `Exception` when anything that is needed is missing or malformed.
      */
     void run();
 
-    /** Writes every effect's script file, once the scripts were loaded. */
+    /**
+     * Writes the settings into "setup.local.xml", if there is one, and every effect's script file,
+     * if the scripts were loaded.
+     *
+     * A file that cannot be read or written is logged with its name and the reason, keeps what it
+     * holds, and does not keep the others from being saved. Only where the root element of
+     * "setup.local.xml" is not "demo" nothing at all is saved.
+     */
     void saveXml();
+
+    /**
+     * Ends the run: saves the project, unless an exception is under way or the configuration was
+     * not read, and destroys the editor with the effects on its timeline. Forgets all effects. Does
+     * not throw; does nothing the second time.
+     */
+    void close() noexcept;
 
     /** Moves song and clock; lands on the nearest sample before `t`, in 0..length of the song. */
     void setTime(float t);
@@ -138,11 +154,12 @@ public:
 
 protected:
     std::map<std::string, EffectFactoryBase*> mFactory; // by type; not owned
-    std::vector<Effect*> mEffect;                       // in drawing order; not owned
+    std::vector<Effect*> mEffect;                       // in drawing order
     std::unique_ptr<display::DisplayGL> mDisplay;
     display::WindowMode::FpsMode mFpsMode = display::WindowMode::FPS_VARIABLE;
     display::Clock mClock;
-    bool mNosound = false; // time comes from the clock alone
+    std::unique_ptr<Gui> mGui; // null before `run`; owns the effects on its timeline
+    bool mNosound = false;     // time comes from the clock alone
     bool mMuted = false;
     Music mMusic;
     float mSongLength = 500.0f; // seconds; this long without music
@@ -185,9 +202,13 @@ private:
     void requireDumpSize() const;
     void closeDisplay();
     void loadScripts();
+    void buildEditor();
     void setupEffects();
     void startTime();
     void runFrames();
+
+    bool saveSettings();
+    void storeSettings(xml::XmlParser& parser) const;
 
     float seekMusic(float t);
     void setClock(float t);
@@ -212,6 +233,7 @@ private:
     double mDumpLength = 0.0;    // seconds; at most 0: until a quit key
     std::int64_t mDumpFrame = 0; // frames recorded
     int mExceptionsAtStart = 0;  // under way when this object was made
+    bool mClosed = false;        // the run was ended
 };
 
 } // namespace zavex::cadenza

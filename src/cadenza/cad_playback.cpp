@@ -1,6 +1,7 @@
 // Playing: demo time, the work of a frame, the keys.
 
 #include "cadenza/cad_effect.h"
+#include "cadenza/cad_gui.h"
 #include "cadenza/cad_main.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
@@ -153,6 +154,7 @@ void Cadenza::endSong()
 void Cadenza::endShow()
 {
     // Nothing on the stack is destroyed, yet the screen must get its own mode back.
+    mGui.reset();
     closeDisplay();
     mMusic.close();
     std::exit(0);

@@ -5,14 +5,14 @@
 #include "effects/flash.h"
 #include "effects/plasma.h"
 #include "effects/postprocess.h"
+#include "vellum/vel_control_watch.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <exception>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -32,6 +32,42 @@ constexpr EffectEntry EFFECTS[] = {
     {"postprocess", "postprocess"},
 };
 
+/**
+ * The effects that the program has created. Ends the run, then releases those that are on no
+ * timeline; the others are gone with the editor.
+ */
+class Effects {
+public:
+    explicit Effects(cadenza::Cadenza& demo) : mDemo(demo) {}
+    Effects(const Effects&) = delete;
+    Effects& operator=(const Effects&) = delete;
+
+    ~Effects()
+    {
+        mDemo.close();
+        for (const Created& created : mCreated)
+            if (!created.watch.isGone())
+                delete created.effect;
+    }
+
+    cadenza::Effect& add(const EffectEntry& entry)
+    {
+        cadenza::Effect* const effect = mDemo.addEffect(entry.type, entry.name);
+        return *mCreated.emplace_back(effect).effect;
+    }
+
+private:
+    struct Created {
+        explicit Created(cadenza::Effect* newEffect) : effect(newEffect), watch(*newEffect) {}
+
+        cadenza::Effect* effect;
+        vellum::ControlWatch watch;
+    };
+
+    cadenza::Cadenza& mDemo;
+    std::deque<Created> mCreated;
+};
+
 void play()
 {
     cadenza::EffectFactory<effects::Common> common;
@@ -39,9 +75,6 @@ void play()
     cadenza::EffectFactory<effects::Flash> flash;
     cadenza::EffectFactory<effects::Plasma> plasma;
     cadenza::EffectFactory<effects::PostProcess> postprocess;
-
-    // Stands before the application: its destructor saves the effects.
-    std::vector<std::unique_ptr<cadenza::Effect>> created;
 
     cadenza::Cadenza demo;
     demo.setup(-1.0f);
@@ -51,10 +84,14 @@ void play()
     demo.addFactory("plasma", &plasma);
     demo.addFactory("postprocess", &postprocess);
 
+    Effects effects(demo);
+    effects::Common* shared = nullptr;
     for (const EffectEntry& entry : EFFECTS) {
-        created.emplace_back(demo.addEffect(entry.type, entry.name));
-        if (auto* const sharing = dynamic_cast<effects::CommonEffect*>(created.back().get()))
-            sharing->setCommon(static_cast<effects::Common*>(created.front().get()));
+        cadenza::Effect& effect = effects.add(entry);
+        if (auto* const sharing = dynamic_cast<effects::CommonEffect*>(&effect))
+            sharing->setCommon(shared);
+        else
+            shared = static_cast<effects::Common*>(&effect);
     }
     demo.run();
 }

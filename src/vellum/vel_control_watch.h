@@ -5,10 +5,11 @@ namespace zavex::vellum {
 class Control;
 
 /**
- * Tells whether a control was destroyed while client code ran.
+ * Tells whether a control was destroyed.
  *
- * Stands on the stack around a call that may delete the control; watches of one control are
- * released in the reverse order of their making, which automatic storage gives by itself.
+ * Stands around a call that may delete the control, or around all the time that somebody else owns
+ * it. Watches of one control are released in the reverse order of their making, which automatic
+ * storage gives by itself.
  */
 class ControlWatch {
 public:

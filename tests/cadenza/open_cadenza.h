@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cadenza/cad_gui.h"
 #include "cadenza/cad_main.h"
 
 namespace zavex::test {
@@ -15,6 +16,7 @@ public:
     using Cadenza::mFoundDisplay;
     using Cadenza::mFpsMode;
     using Cadenza::mFullscreen;
+    using Cadenza::mGui;
     using Cadenza::mHeight;
     using Cadenza::mLogConsole;
     using Cadenza::mLoop;
@@ -28,6 +30,9 @@ public:
     using Cadenza::mOsdTime;
     using Cadenza::mPaused;
     using Cadenza::mSetup;
+    using Cadenza::mSongLength;
+    using Cadenza::mStartTime;
+    using Cadenza::mSystemTime;
     using Cadenza::mTitle;
     using Cadenza::mWidth;
 };

@@ -3,12 +3,15 @@
 #include "am/am_image.h"
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_factory.h"
+#include "cadenza/editor_files.h"
 #include "cadenza/open_cadenza.h"
 #include "cadenza/scratch.h"
 #include "display/dis_display.h"
 #include "display/dis_display_obsolete.h"
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
+#include "vellum/vel_control_watch.h"
+#include "vellum/vel_layout_stack.h"
 
 #include <gtest/gtest.h>
 
@@ -57,6 +60,7 @@ protected:
     Run()
     {
         writeText(SCRIPT, WHOLE_SHOW);
+        test::writeEditor(test::editorLayout("", "effects"));
         test::clearLog();
     }
 
@@ -129,6 +133,60 @@ TEST_F(Run, ThatFailsSavesNothing)
 
     EXPECT_EQ(message, "cannot go on");
     EXPECT_EQ(readText(SCRIPT), script);
+}
+
+/** With a timeline, which owns the effects from the start of the run on. */
+class Timeline : public Run {
+protected:
+    Timeline()
+    {
+        test::writeEditor();
+        start(RECORDING);
+        effect.release();
+    }
+};
+
+TEST_F(Timeline, HoldsTheEffectsInOrderUntilTheRunIsClosed)
+{
+    Effect* const first = cadenza->mEffect.front();
+    Effect* const second = cadenza->addEffect("filler", "other");
+    const vellum::ControlWatch firstWatch(*first);
+    const vellum::ControlWatch secondWatch(*second);
+    cadenza->run();
+
+    vellum::LayoutStack& timeline = *cadenza->mGui->getTimeline();
+    EXPECT_EQ(timeline.getOrder(0), first);
+    EXPECT_EQ(timeline.getOrder(1), second);
+    EXPECT_EQ(first->getArea().mMin.y, 20.0f);
+    EXPECT_EQ(first->getArea().mMax.x, 600.0f);
+    EXPECT_EQ(second->getArea().mMin.y, 0.0f);
+
+    cadenza->close();
+    EXPECT_TRUE(firstWatch.isGone());
+    EXPECT_TRUE(secondWatch.isGone());
+    EXPECT_TRUE(std::filesystem::exists("script/filler.other.xml"));
+    EXPECT_NE(cadenza->mDisplay, nullptr);
+}
+
+TEST_F(Timeline, ReleasesItsEffectsWhenTheRunFails)
+{
+    const vellum::ControlWatch watch(*cadenza->mEffect.front());
+    static_cast<Filler*>(cadenza->mEffect.front())->fails = true;
+    EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }), "cannot go on");
+    EXPECT_FALSE(watch.isGone());
+    cadenza.reset();
+    EXPECT_TRUE(watch.isGone());
+}
+
+TEST_F(Timeline, LeavesTheEffectsToTheProgramWhenItWasNotBuilt)
+{
+    test::writeEditor(test::editorLayout("", "main_ruler"));
+    effect.reset(static_cast<Filler*>(cadenza->mEffect.front()));
+    const vellum::ControlWatch watch(*effect);
+    EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }),
+              "layout.xml: there is no control called 'main_ruler'");
+    cadenza.reset();
+    EXPECT_FALSE(watch.isGone());
 }
 
 /** A window of 200 x 100 with the position bar in the middle, two fifths of the way through. */

@@ -1,0 +1,210 @@
+// What a run leaves behind. No window: the scripts count as loaded only in the tests of `run`.
+
+#include "cadenza/open_cadenza.h"
+#include "cadenza/scratch.h"
+#include "display/dis_event.h"
+#include "support/log_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <sys/resource.h>
+
+namespace zavex::cadenza {
+namespace {
+
+using test::OpenCadenza;
+using test::readText;
+using test::writeText;
+
+constexpr const char* LOCAL = "setup.local.xml";
+
+/** Runs a session without window and sound on the settings that are there. */
+void session(const std::function<void(OpenCadenza&)>& change = [](OpenCadenza&) {})
+{
+    OpenCadenza cadenza;
+    cadenza.setup(-1.0f);
+    change(cadenza);
+}
+
+void press(OpenCadenza& cadenza, display::Key key)
+{
+    display::KeyEvent event;
+    event.key = key;
+    cadenza.onKeyDown(event);
+}
+
+/** A document on one line. */
+std::string flat(std::string document)
+{
+    std::erase_if(document, [](char byte) { return byte == '\n' || byte == '\t'; });
+    return document;
+}
+
+struct SaveCase {
+    const char* name;
+    const char* before; // what stands inside the root element
+    void (*change)(OpenCadenza&);
+    const char* after;
+
+    friend void PrintTo(const SaveCase& save, std::ostream* out) { *out << save.name; }
+};
+
+void nothing(OpenCadenza&) {}
+
+void moveStart(OpenCadenza& it)
+{
+    it.mStartTime = 12.346f;
+}
+
+void switchLogOff(OpenCadenza& it)
+{
+    it.mLogConsole = false;
+}
+
+void loseSound(OpenCadenza& it)
+{
+    it.mNosound = true;
+}
+
+void pressOThreeTimes(OpenCadenza& it)
+{
+    for (int i = 0; i < 3; ++i)
+        press(it, display::KEY_o);
+}
+
+constexpr SaveCase SAVE_CASES[] = {
+    {"StartIsRoundedToHundredths", R"(<time loop="on" start="3"/>)",                                 moveStart,
+     R"(<time loop="on" start="12.35"/>)"                                                                                                                                                                 },
+    {"OnlyTheFirstTime",           R"(<time start="1"/><time mode="vsync" start="2" loop="on"/>)",   nothing,
+     R"(<time start="2.00" loop="on"/><time mode="vsync" start="2" loop="on"/>)"                                                                                                                          },
+    {"AMissingTimeComesFirst",     R"(<!--mine--><log console="on"/>)",                              switchLogOff,
+     R"(<time start="0.00" loop="off"/><!--mine--><log console="off"/>)"                                                                                                                                  },
+    {"OnlyTheFirstDisplay",        R"(<time/><display width="0x40"/><display fullscreen="on"/>)",    nothing,
+     R"(<time start="0.00" loop="off"/><display width="0x40" fullscreen="on"/>)"
+     R"(<display fullscreen="on"/>)"                                                                                                                                                                      },
+    {"EveryMusic",                 R"(<time/><music mute="on" filename="a"/><music filename="b"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><music mute="on" filename="a"/>)"
+     R"(<music filename="b" mute="on"/>)"                                                                                                                                                                 },
+    {"NoSoundIsStrongerThanMuted", R"(<time/><music mute="on"/>)",                                   loseSound,
+     R"(<time start="0.00" loop="off"/><music mute="nosound"/>)"                                                                                                                                          },
+    {"ARecordingSavesNoSound",     R"(<time/><dump name="a.png"/><music/>)",                         nothing,
+     R"(<time start="0.00" loop="off"/><dump name="a.png"/><music mute="nosound"/>)"                                                                                                                      },
+    {"EveryOsdAlike",              R"(<time/><osd location="middle"/><osd delay="0.5" show="on"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><osd location="top" show="off" delay="0.50"/>)"
+     R"(<osd delay="0.50" show="off" location="top"/>)"                                                                                                                                                   },
+    {"ThreeMovesOfThePositionBar", R"(<time/><osd show="on"/><music mute="nosound"/>)",
+     pressOThreeTimes,                                                                                             R"(<time start="0.00" loop="off"/><osd show="on" location="bottom" delay="2.00"/>)"
+     R"(<music mute="nosound"/>)"                                                                                                                                                   },
+    {"NothingElseIsTouched",       R"(<time/><archive path="x"><deep/></archive><dis width="1"/>)",
+     nothing,                                                                                                      R"(<time start="0.00" loop="off"/><archive path="x"><deep/></archive><dis width="1"/>)"},
+};
+
+class SavedSettings : public testing::TestWithParam<SaveCase> {
+protected:
+    test::ScratchFolder folder;
+};
+
+TEST_P(SavedSettings, HoldWhatTheRunChangedAndAllTheRest)
+{
+    const std::string after = std::string("<demo>") + GetParam().after + "</demo>";
+    writeText(LOCAL, std::string("<demo>") + GetParam().before + "</demo>");
+    session(GetParam().change);
+    EXPECT_EQ(flat(readText(LOCAL)), after);
+
+    session();
+    EXPECT_EQ(flat(readText(LOCAL)), after) << "saved again";
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SavedSettings, testing::ValuesIn(SAVE_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+class SettingsFile : public testing::Test {
+protected:
+    SettingsFile() { test::clearLog(); }
+
+    test::ScratchFolder folder;
+};
+
+TEST_F(SettingsFile, IsIndentedAndKeepsItsDeclaration)
+{
+    writeText(LOCAL,
+              "<?xml version='1.0'?>\r\n<!--lost--><demo  a='b'><time/><!-- kept --></demo>");
+    session();
+    EXPECT_EQ(readText(LOCAL), "<?xml version=\"1.0\"?>\n\n"
+                               "<demo a=\"b\">\n"
+                               "\t<time start=\"0.00\" loop=\"off\"/>\n"
+                               "\t<!-- kept -->\n"
+                               "</demo>\n");
+}
+
+TEST_F(SettingsFile, ThatAllShareIsNeverWritten)
+{
+    const std::string shared = R"(<demo><time start="1"/></demo>)";
+    writeText("setup.xml", shared);
+    session([](OpenCadenza& it) { it.mStartTime = 5.0f; });
+
+    EXPECT_EQ(readText("setup.xml"), shared);
+    EXPECT_FALSE(std::filesystem::exists(LOCAL));
+}
+
+struct BadFile {
+    const char* name;
+    const char* found; // when the run ends
+    const char* said;
+
+    friend void PrintTo(const BadFile& bad, std::ostream* out) { *out << bad.name; }
+};
+
+constexpr BadFile BAD_FILES[] = {
+    {"Empty",       "",                      "Could not save 'setup.local.xml': (error at line 1"   },
+    {"Malformed",   "<demo>\n<time start=1", "Could not save 'setup.local.xml': (error at line 2"   },
+    {"AnotherRoot", "<show></show>",         "setup.local.xml: the root element is 'show', expected"},
+};
+
+class BadSettings : public SettingsFile, public testing::WithParamInterface<BadFile> {};
+
+TEST_P(BadSettings, AreReportedAndLeftAsTheyAre)
+{
+    writeText(LOCAL, "<demo><time/></demo>");
+    session([](OpenCadenza&) { writeText(LOCAL, GetParam().found); });
+
+    EXPECT_EQ(readText(LOCAL), GetParam().found);
+    EXPECT_EQ(test::countLogged("error", GetParam().said), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, BadSettings, testing::ValuesIn(BAD_FILES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
+TEST_F(SettingsFile, ThatCannotBeWrittenIsReportedAndKept)
+{
+    const std::string before = "<demo><time/></demo>";
+    writeText(LOCAL, before);
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit small{4, usual.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    session();
+    setrlimit(RLIMIT_FSIZE, &usual);
+
+    EXPECT_EQ(readText(LOCAL), before);
+    EXPECT_EQ(test::countLogged("error", "Could not save 'setup.local.xml': File too large\n"), 1);
+}
+
+TEST_F(SettingsFile, OfARunThatFailedIsLeftAlone)
+{
+    const std::string before = "<demo><time/></demo>";
+    writeText(LOCAL, before);
+    EXPECT_EQ(
+        test::thrownMessage([] { session([](OpenCadenza&) { throw Exception("cannot go on"); }); }),
+        "cannot go on");
+    EXPECT_EQ(readText(LOCAL), before);
+}
+
+} // namespace
+} // namespace zavex::cadenza
