@@ -45,10 +45,10 @@ private:
     ScratchFolder mFolder;
 };
 
-/** An X server without a screen, 1024 x 768, for one test. Throws when none starts. */
+/** An X server without a screen, for one test. Throws when none starts. */
 class VirtualScreen {
 public:
-    VirtualScreen();
+    explicit VirtualScreen(int width = 1024, int height = 768);
     VirtualScreen(const VirtualScreen&) = delete;
     VirtualScreen& operator=(const VirtualScreen&) = delete;
     ~VirtualScreen();
@@ -69,7 +69,8 @@ struct OutputLine {
 
 /**
  * The built program, started in a folder. Its output is read through a terminal, so that lines
- * come as they are printed. Killed, if it still runs, with the object.
+ * come as they are printed. Killed, if it still runs, with the object. Files are protected from it
+ * by their permissions even where the tests run as root.
  */
 class Program {
 public:

@@ -1,0 +1,459 @@
+#include "e2e/program.h"
+#include "e2e/screen_picture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <optional>
+
+namespace zavex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int WIDTH = 720;   // the timeline has room for the whole show beside its scroll bar,
+constexpr int HEIGHT = 1340; // and for all bars
+
+constexpr const char* SETTINGS = R"(<demo>
+	<time start="30.00" loop="on"/>
+	<display width="720" height="1340" fullscreen="off" title="editor"/>
+	<osd show="off" location="bottom" delay="2.00"/>
+	<music filename="afterglow.ogg" mute="off"/>
+	<log console="off"/>
+</demo>
+)";
+
+using Files = std::vector<std::pair<std::string, std::string>>;
+
+// As they are saved. At the start time `clear` alone gives the picture its colour.
+const Files SCRIPTS = {
+    {"clear.clear.xml",             R"(<effect>
+	<option inactive="0" locked="0"/>
+	<time start="2" end="42"/>
+	<plugin type="color" name="color">
+		<key time="0" r="0.125" g="0" b="0.5"/>
+		<key time="1" r="0.125" g="0" b="0.5"/>
+	</plugin>
+</effect>
+)"},
+    {"common.Common.xml",           R"(<effect>
+	<option inactive="0" locked="0"/>
+	<time start="0" end="67.5"/>
+</effect>
+)"},
+    {"flash.flash.xml",             R"(<effect>
+	<option inactive="0" locked="0"/>
+	<time start="2" end="22"/>
+	<plugin type="spline" name="flash">
+		<attributes type="linear" before="constant" after="constant"/>
+		<key time="0" value="0"/>
+		<key time="0.5" value="0.5"/>
+		<key time="1" value="0"/>
+	</plugin>
+</effect>
+)"},
+    {"plasma.plasma.xml",           R"(<effect>
+	<option inactive="0" locked="0"/>
+	<time start="45" end="60"/>
+	<plugin type="spline" name="invite">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="color" name="color">
+		<key time="0" r="1" g="0" b="1"/>
+		<key time="1" r="1" g="0" b="1"/>
+	</plugin>
+	<plugin type="spline" name="stop">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="drop">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="camera">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="logo1">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="logo2">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="trigger" name="beat trigger">
+		<action start="1" delay="2" repeat="5"/>
+	</plugin>
+	<plugin type="spline" name="beat spline">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="hammertime">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+</effect>
+)"},
+    {"postprocess.postprocess.xml", R"(<effect>
+	<option inactive="0" locked="1"/>
+	<time start="0" end="67.5"/>
+	<plugin type="spline" name="glow">
+		<attributes type="smooth" before="constant" after="constant"/>
+		<key time="0" value="-1"/>
+	</plugin>
+	<plugin type="spline" name="glownoise">
+		<attributes type="smooth" before="constant" after="constant"/>
+		<key time="0" value="-1"/>
+	</plugin>
+</effect>
+)"},
+};
+
+struct Point {
+    int x = 0;
+    int y = 0;
+
+    Point operator+(const Point& other) const { return {x + other.x, y + other.y}; }
+};
+
+// On the timeline with the scripts above: ten pixels a second, the bars from the last effect to the
+// first, the one that is locked as high as its header.
+constexpr int PLASMA = 20;
+constexpr int FLASH = PLASMA + 470;
+constexpr int CLEAR = FLASH + 70;
+constexpr int FLASH_LANE = FLASH + 20;
+constexpr int CLEAR_SWATCHES = CLEAR + 20 + 15;
+constexpr int PLASMA_TRIGGER = PLASMA + 350;
+// Behind the border.
+constexpr Point PLASMA_SWATCHES{451, PLASMA + 20 + 50 + 15};
+
+constexpr Point FIRST_ROW{12, 10};  // of a menu, from where it was opened
+constexpr int PICKER_OK = 244;      // from the upper edge of the picker's field
+constexpr int PANELS = 602;         // where the editor begins
+constexpr int STATUS = HEIGHT - 36; // where it shows the speed
+constexpr Point NOWHERE{360, 60};   // beside the editor
+
+bool isMagenta(const std::uint8_t* pixel)
+{
+    return pixel[0] > 250 && pixel[1] < 5 && pixel[2] > 250;
+}
+
+bool isGreen(const std::uint8_t* pixel)
+{
+    return pixel[0] < 8 && pixel[1] > 247 && pixel[2] < 8;
+}
+
+bool isRed(const std::uint8_t* pixel)
+{
+    return pixel[0] > 247 && pixel[1] < 8 && pixel[2] < 8;
+}
+
+bool isWhite(const std::uint8_t* pixel)
+{
+    return pixel[0] > 247 && pixel[1] > 247 && pixel[2] > 247;
+}
+
+/** The first such pixel, row by row. */
+std::optional<Point> find(const ScreenPicture& picture, bool (*matches)(const std::uint8_t*))
+{
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            if (matches(picture.at(x, y)))
+                return Point{x, y};
+        }
+    }
+    return std::nullopt;
+}
+
+/** Rows [top, bottom) of a picture. */
+ScreenPicture rows(const ScreenPicture& picture, int top, int bottom)
+{
+    return {
+        picture.width,
+        bottom - top,
+        {picture.at(0, top), picture.at(0, bottom - 1) + 3 * picture.width}
+    };
+}
+
+/** Sends real movements and buttons to a screen. */
+class Mouse {
+public:
+    explicit Mouse(const VirtualScreen& screen) : mDisplay(screen.display()) {}
+
+    void move(Point to) const { send({"mousemove", std::to_string(to.x), std::to_string(to.y)}); }
+    void click(Point at, int button = 1) const
+    {
+        move(at);
+        send({"click", std::to_string(button)});
+    }
+    void press(Point at) const
+    {
+        move(at);
+        send({"mousedown", "1"});
+    }
+    void release() const { send({"mouseup", "1"}); }
+    void drag(Point from, Point distance) const
+    {
+        press(from);
+        move(from + distance);
+        release();
+    }
+    void dragFine(Point from, Point distance) const
+    {
+        move(from);
+        send({"keydown", "shift"});
+        drag(from, distance);
+        send({"keyup", "shift"});
+    }
+
+    /** Opens the menu at a point and chooses its first row. */
+    void chooseFirst(Point at) const
+    {
+        click(at, 3);
+        click(at + FIRST_ROW);
+    }
+
+private:
+    void send(std::vector<std::string> command) const
+    {
+        command.insert(command.begin(), "xdotool");
+        runProgram(command, {
+                                {"DISPLAY", mDisplay}
+        });
+    }
+
+    std::string mDisplay;
+};
+
+struct Editor : testing::Test {
+    Editor()
+    {
+        mShow.write("setup.local.xml", SETTINGS);
+        for (const auto& [name, content] : SCRIPTS)
+            mShow.write("script/" + name, content);
+    }
+
+    /** One run of the program, paused at the start time, with the editor open. */
+    struct Run {
+        explicit Run(const Editor& test)
+            : screen(test.mScreen), program(test.mShow.path(),
+                                            {
+                                                {"DISPLAY",        screen.display()},
+                                                {"CADENZA_SEED",   "7"             },
+                                                {"ALSOFT_DRIVERS", "null"          }
+        }),
+              keyboard(screen, "editor"), mouse(screen)
+        {}
+
+        bool open()
+        {
+            mouse.move(NOWHERE);
+            if (program.waitForLine("---") < 0)
+                return false;
+            keyboard.press("space");
+            if (!timeIs(30.0) || find(picture(), isMagenta))
+                return false;
+            keyboard.press("Tab");
+            if (!wait([&] { return find(picture(), isMagenta).has_value(); }))
+                return false;
+            const Point swatches = *find(picture(), isMagenta);
+            origin = {swatches.x - PLASMA_SWATCHES.x, swatches.y - PLASMA_SWATCHES.y};
+            return true;
+        }
+
+        ScreenPicture picture() const { return captureScreen(screen.display(), WIDTH, HEIGHT); }
+
+        /** Asks again and again: a frame may take a while in software. */
+        bool wait(const std::function<bool()>& holds)
+        {
+            for (int attempt = 0; attempt < 300; ++attempt) {
+                if (holds())
+                    return true;
+                program.listen(0.1);
+            }
+            return false;
+        }
+
+        double demoTime()
+        {
+            const std::size_t from = program.lines().size();
+            keyboard.press("p");
+            const int line = program.waitForLine("[onKeyDown], ", from);
+            if (line < 0)
+                return -1.0;
+            const std::string& text = program.lines()[static_cast<std::size_t>(line)].text;
+            return std::strtod(text.c_str() + text.rfind(' '), nullptr);
+        }
+
+        /** Returns to the start marker. */
+        bool timeIs(double expected)
+        {
+            return wait([&] {
+                keyboard.press("t");
+                return std::abs(demoTime() - expected) < 1e-4;
+            });
+        }
+
+        /** Waits until what was pressed and moved so far is seen: keys are answered before a frame,
+            so that the next answer comes behind it. */
+        bool settle()
+        {
+            for (int answer = 0; answer < 3; ++answer) {
+                if (demoTime() < 0.0)
+                    return false;
+            }
+            return true;
+        }
+
+        const VirtualScreen& screen;
+        Program program;
+        Keyboard keyboard;
+        Mouse mouse;
+        Point origin;
+    };
+
+    VirtualScreen mScreen{WIDTH, HEIGHT};
+    ShowCopy mShow{"<display/>"};
+};
+
+/** A text with one part replaced, which must be there. */
+std::string with(std::string text, const std::string& part, const std::string& replacement)
+{
+    const std::size_t at = text.find(part);
+    EXPECT_NE(at, std::string::npos) << part;
+    return at == std::string::npos ? text : text.replace(at, part.size(), replacement);
+}
+
+std::string scriptOf(const Files& scripts, const std::string& name)
+{
+    const auto found = std::ranges::find(scripts, name, &Files::value_type::first);
+    return found == scripts.end() ? std::string() : found->second;
+}
+
+/** The line of a text that begins, behind its indentation, like this; with the indentation. */
+std::string lineWith(const std::string& text, const std::string& start)
+{
+    const std::size_t at = text.find(start);
+    if (at == std::string::npos)
+        return {};
+    const std::size_t begin = text.rfind('\n', at) + 1;
+    return text.substr(begin, text.find('\n', at) + 1 - begin);
+}
+
+/** Puts a colour into the middle of `clear`'s gradient by way of the picker. */
+void addGreenKey(Editor::Run& run)
+{
+    const Point key = run.origin + Point{220, CLEAR_SWATCHES + 7};
+    run.mouse.chooseFirst(key); // add
+    run.mouse.move(NOWHERE);
+    run.mouse.chooseFirst(key); // edit
+    ASSERT_TRUE(run.wait([&] { return find(run.picture(), isGreen).has_value(); }));
+    const Point green = *find(run.picture(), isGreen);
+    const Point red = *find(run.picture(), isRed);
+    EXPECT_EQ(green.y, red.y);
+
+    // The colour under the pointer is known once it was drawn, which the cross-hair shows.
+    const Point chosen = green + Point{2, 2};
+    run.mouse.press(chosen);
+    ASSERT_TRUE(run.wait([&] {
+        const ScreenPicture picture = run.picture();
+        return isWhite(picture.at(chosen.x, chosen.y + 40)) ||
+               isWhite(picture.at(chosen.x - 1, chosen.y + 40));
+    }));
+    run.mouse.move(chosen + Point{1, 0});
+    run.mouse.release();
+    const Point swatch = run.origin + Point{218, CLEAR_SWATCHES + 1};
+    EXPECT_TRUE(run.wait([&] { return run.picture().at(swatch.x, swatch.y)[1] > 200; }));
+
+    const int width = (green.x - red.x) * 6 / 4; // of the field, where green is behind four columns
+    run.mouse.click({red.x + width / 2, green.y + PICKER_OK});
+    EXPECT_TRUE(run.wait([&] { return !find(run.picture(), isRed); }));
+}
+
+TEST_F(Editor, SavesWhatWasDraggedAndNothingElse)
+{
+    const auto panels = [](const ScreenPicture& picture) { return rows(picture, PANELS, STATUS); };
+    const Point barHandle = Point{150, FLASH + 10};
+    ScreenPicture left;
+    {
+        Run run(*this);
+        ASSERT_TRUE(run.open()) << run.program.output();
+        const Point origin = run.origin;
+        const ScreenPicture before = run.picture();
+
+        run.mouse.drag(origin + Point{120, FLASH_LANE + 12}, {20, 6});
+        run.mouse.drag(origin + Point{120, FLASH + 10}, {30, 0});
+        run.mouse.drag(origin + Point{500, PLASMA_TRIGGER + 10}, {20, 0});
+        run.mouse.drag(origin + Point{300, 10}, {30, 0}); // locked
+        addGreenKey(run);
+        run.mouse.dragFine(origin + Point{415, CLEAR + 10}, {30, 0});
+        run.keyboard.press("m");
+
+        const double time = run.demoTime();
+        run.keyboard.press("Right");
+        EXPECT_TRUE(run.wait([&] { return std::abs(run.demoTime() - time - 5.0) < 1e-4; }));
+        EXPECT_TRUE(run.timeIs(30.0));
+
+        run.mouse.click(origin + barHandle);
+        run.mouse.move(NOWHERE);
+        EXPECT_TRUE(run.settle());
+        left = run.picture();
+        EXPECT_GT(left.at(NOWHERE.x, NOWHERE.y)[1], before.at(NOWHERE.x, NOWHERE.y)[1] + 50);
+        EXPECT_GT(meanDifference(panels(before), panels(left)), 0.5);
+
+        run.keyboard.press("Escape");
+        EXPECT_EQ(run.program.waitForEnd(), 0) << run.program.output();
+    }
+
+    Files expected = SCRIPTS;
+    const std::string green =
+        lineWith(mShow.read("script/clear.clear.xml"), "<key time=\"0.5\" r=\"0");
+    for (auto& [name, content] : expected) {
+        if (name == "clear.clear.xml")
+            content = with(with(content, "end=\"42\"", "end=\"42.3\""), "\t\t<key time=\"1\"",
+                           green + "\t\t<key time=\"1\"");
+        else if (name == "flash.flash.xml")
+            content = with(with(content, "start=\"2\" end=\"22\"", "start=\"5\" end=\"25\""),
+                           "time=\"0.5\" value=\"0.5\"", "time=\"0.6\" value=\"0.28\"");
+        else if (name == "plasma.plasma.xml")
+            content = with(content, "delay=\"2\"", "delay=\"3\"");
+    }
+    for (const auto& [name, content] : mShow.scripts())
+        EXPECT_EQ(content, scriptOf(expected, name)) << name;
+    EXPECT_EQ(mShow.scripts().size(), expected.size());
+    EXPECT_EQ(mShow.read("setup.local.xml"), with(SETTINGS, "mute=\"off\"", "mute=\"on\""));
+
+    Run run(*this);
+    ASSERT_TRUE(run.open()) << run.program.output();
+    run.mouse.click(run.origin + barHandle);
+    run.mouse.move(NOWHERE);
+    EXPECT_TRUE(run.settle());
+    const ScreenPicture again = run.picture();
+    EXPECT_LT(meanDifference(panels(left), panels(again)), 0.01);
+    EXPECT_LT(meanDifference(left, again), 1.5); // the grain differs from frame to frame
+
+    const Files before = mShow.scripts();
+    run.mouse.drag(run.origin + barHandle, {30, 0});
+    run.keyboard.press("m");
+    fs::permissions(mShow.path() / "script", fs::perms::owner_write, fs::perm_options::remove);
+    run.keyboard.press("Escape");
+    EXPECT_EQ(run.program.waitForEnd(), 0) << run.program.output();
+    fs::permissions(mShow.path() / "script", fs::perms::owner_write, fs::perm_options::add);
+    EXPECT_EQ(mShow.scripts(), before);
+    for (const auto& [name, content] : before)
+        EXPECT_GE(run.program.waitForLine("'script/" + name + "': Permission denied", 0, 0.0), 0)
+            << name << "\n"
+            << run.program.output();
+    EXPECT_EQ(mShow.read("setup.local.xml"), SETTINGS);
+}
+
+TEST_F(Editor, NamesTheControlThatALayoutLacks)
+{
+    mShow.write("layout.xml", with(mShow.read("layout.xml"), "id=\"main_stat\"", "id=\"stat\""));
+    Program program(mShow.path(), {
+                                      {"DISPLAY", mScreen.display()}
+    });
+    EXPECT_EQ(program.waitForEnd(), 1);
+    EXPECT_NE(program.output().find("'main_stat'"), std::string::npos) << program.output();
+    EXPECT_EQ(mShow.scripts(), SCRIPTS);
+}
+
+} // namespace
+} // namespace zavex::test
