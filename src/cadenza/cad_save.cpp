@@ -25,8 +25,8 @@ const char* onOrOff(bool on)
 
 const char* locationName(int location)
 {
-    constexpr std::array NAMES = {"top", "middle", "bottom"};
-    return NAMES.at(static_cast<std::size_t>(location));
+    constexpr std::array names = {"top", "middle", "bottom"};
+    return names.at(static_cast<std::size_t>(location));
 }
 
 /** As `printf("%.2f")` in the C locale. */

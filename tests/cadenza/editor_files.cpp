@@ -36,9 +36,9 @@ std::string editorLayout(const std::string& inFront, const std::string& without)
 
 void writeEditor(const std::string& layout)
 {
-    constexpr const char* FONT = "fonthelvete2.png";
+    constexpr const char* font = "fonthelvete2.png";
     writeText("layout.xml", layout);
-    std::filesystem::copy_file(CADENZA_TEST_SOURCE_DIR "/../../demo/" + std::string(FONT), FONT,
+    std::filesystem::copy_file(CADENZA_TEST_SOURCE_DIR "/../../demo/" + std::string(font), font,
                                std::filesystem::copy_options::overwrite_existing);
 }
 

@@ -59,8 +59,6 @@ protected:
         display.open(test::smallMode(400, 300));
     }
 
-    ~Editor() override { gui.reset(); }
-
     Gui& open()
     {
         gui.emplace(&display, &cadenza);

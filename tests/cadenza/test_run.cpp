@@ -135,6 +135,38 @@ TEST_F(Run, ThatFailsSavesNothing)
     EXPECT_EQ(readText(SCRIPT), script);
 }
 
+struct SettingsCase {
+    const char* name;
+    const char* settings; // found in "setup.local.xml" when the run ends
+    bool saved;           // the scripts are
+
+    friend void PrintTo(const SettingsCase& each, std::ostream* out) { *out << each.name; }
+};
+
+constexpr SettingsCase SETTINGS_CASES[] = {
+    {"None",        nullptr,           true },
+    {"Malformed",   "<demo>",          true },
+    {"AnotherRoot", "<show>\n</show>", false},
+};
+
+class ScriptsBesideSettings : public Run, public testing::WithParamInterface<SettingsCase> {};
+
+TEST_P(ScriptsBesideSettings, AreSavedUnlessTheSettingsAreOfAnotherShow)
+{
+    start(RECORDING);
+    cadenza->run();
+    effect->setSpan(0.0f, 30.0f);
+    if (GetParam().settings)
+        writeText("setup.local.xml", GetParam().settings);
+    cadenza.reset();
+
+    EXPECT_EQ(readText(SCRIPT) != WHOLE_SHOW, GetParam().saved);
+    EXPECT_EQ(readText("setup.local.xml"), GetParam().settings ? GetParam().settings : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ScriptsBesideSettings, testing::ValuesIn(SETTINGS_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
+
 /** With a timeline, which owns the effects from the start of the run on. */
 class Timeline : public Run {
 protected:
