@@ -1,5 +1,7 @@
 #include "vellum/vel_render.h"
 
+#include "vellum/vel_area.h"
+
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
 #include "mathbase/mb_matrix4x4col.h"
@@ -298,18 +300,17 @@ void Render::drawLine(const Vector2f& from, const Vector2f& to)
 
 void Render::drawCircle(const Area& box, int segments, float start)
 {
-    const SharedArray shared(*this, boxAround(box.mMin, box.mMax));
-    const int count = segmentCount(box, segments);
+    const Area bounds = boxAround(box.mMin, box.mMax);
+    if (isCutAway(bounds))
+        return;
+    const SharedArray shared(*this, bounds);
     const Vector2f centre = box.getCenter();
     const Vector2f radius = box.getHalfSize();
     mFan.clear();
     mFan.push_back(corner(centre.x, centre.y, mColor));
-    for (int i = 1; i <= count + 1; ++i) { // the first rim point again at the end closes the fan
-        const float turns = static_cast<float>(i % count) / static_cast<float>(count) + start;
-        const float angle = 2.0f * std::numbers::pi_v<float> * turns;
-        mFan.push_back(corner(centre.x + radius.x * std::sin(angle),
-                              centre.y + radius.y * std::cos(angle), mColor));
-    }
+    for (const Vector2f& point : unitRim(segmentCount(box, segments), start))
+        mFan.push_back(
+            corner(centre.x + radius.x * point.x, centre.y + radius.y * point.y, mColor));
     DisplayObsolete::drawTriangleFan(mFan.data(), mFan.size());
 }
 
@@ -408,6 +409,31 @@ Render::Area Render::visiblePart(Area box) const
         box.mMax.maxi(box.mMin);
     }
     return box;
+}
+
+/** Whether the clip area leaves nothing of the shapes inside `bounds`. */
+bool Render::isCutAway(const Area& bounds) const
+{
+    const display::Immediate::State& state = display::Immediate::live().state();
+    return state.scissorTest && !isInSight(bounds, areaOf(state.scissor, mWindowSize.y));
+}
+
+/**
+ * The rim of a circle of radius 1 around (0, 0), from the second point on and closed by the first.
+ * Circles of one size mostly follow each other.
+ */
+const std::vector<Vector2f>& Render::unitRim(int segments, float start)
+{
+    if (mRim.size() == static_cast<std::size_t>(segments) + 1 && mRimStart == start)
+        return mRim;
+    mRimStart = start;
+    mRim.clear();
+    for (int i = 1; i <= segments + 1; ++i) {
+        const float turns = static_cast<float>(i % segments) / static_cast<float>(segments) + start;
+        const float angle = 2.0f * std::numbers::pi_v<float> * turns;
+        mRim.emplace_back(std::sin(angle), std::cos(angle));
+    }
+    return mRim;
 }
 
 /** A corner that is drawn through the solid point of the font's sheet. */

@@ -132,6 +132,8 @@ private:
                                             const mathbase::Vector4f& color) const;
     void fill(const Area& wholeBox, const std::array<mathbase::Vector4f, 4>& colors);
     Area visiblePart(Area box) const;
+    bool isCutAway(const Area& bounds) const;
+    const std::vector<mathbase::Vector2f>& unitRim(int segments, float start);
     void drawBorderAsLines(const Area& box);
     display::Font& font();
 
@@ -145,6 +147,8 @@ private:
     std::optional<display::Font::Solid> mSolid;         // what shapes are drawn through
     display::DisplayObsolete mModel;                    // places text
     std::vector<display::DisplayObsolete::Vertex> mFan; // reused by every circle
+    std::vector<mathbase::Vector2f> mRim;               // of the circle drawn last, at radius 1
+    float mRimStart = 0.0f;                             // turns, of its first point
     Filling mFilling;
     std::string mFitting; // reused by every shortened text
 };
