@@ -182,7 +182,6 @@ void Effect::press(const vellum::Event& event, Vector2f point)
 void Effect::openMenu(const vellum::Event& event)
 {
     mMouseDown = false; // the release goes to the menu
-    mContext.loadStyleFrom(*this);
     mContext.setPosition(event.mousePosWorld);
     setContext(&mContext);
 }

@@ -227,7 +227,6 @@ void Color::openMenu(Vector2f point)
     mPushed = false; // the release goes to the menu
     mContextPos = point;
     vellum::Context& menu = isKey(mHighlight) ? mContextDel : mContextAdd;
-    menu.loadStyleFrom(*this);
     menu.setPosition(point - getArea().mMin + getAreaWorld().mMin);
     setContext(&menu);
 }

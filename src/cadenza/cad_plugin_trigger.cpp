@@ -255,7 +255,6 @@ void Trigger::openMenu(Vector2f point)
 {
     mPushed = false; // the release goes to the menu
     mStretchPos = point;
-    mContext.loadStyleFrom(*this);
     mContext.setPosition(getAreaWorld().mMin + point);
     setContext(&mContext);
 }

@@ -2,6 +2,7 @@
 
 #include "vellum/vel_area.h"
 #include "vellum/vel_control_watch.h"
+#include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -19,6 +20,20 @@ using mathbase::Vector2f;
 namespace {
 
 constexpr const char* SUBMENU_MARKER = ">";
+constexpr float SUBMENU_GAP = 1.0f; // pixels
+
+Control::style standardStyle()
+{
+    Control::style colors;
+    colors.mBack.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 0.8f);
+    colors.mBack.mColor2 = style::Color(0.1f, 0.15f, 0.1f, 0.8f);
+    colors.mBack.mHighlight1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
+    colors.mBack.mHighlight2 = style::Color(1.0f, 1.0f, 1.0f, 0.8f);
+    colors.mText.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
+    colors.mText.mHighlight1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
+    colors.mText.mHighlight2 = style::Color(1.0f, 1.0f, 0.7f, 1.0f);
+    return colors;
+}
 
 } // namespace
 
@@ -27,14 +42,7 @@ Context::Context()
     mType = "context";
     mId = "context";
     mCaption = "context";
-    mStyle.mBack = style::colorInfo{};
-    mStyle.mBack.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 0.8f);
-    mStyle.mBack.mColor2 = style::Color(0.1f, 0.15f, 0.1f, 0.8f);
-    mStyle.mBack.mHighlight1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
-    mStyle.mBack.mHighlight2 = style::Color(1.0f, 1.0f, 1.0f, 0.8f);
-    mStyle.mText.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
-    mStyle.mText.mHighlight1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
-    mStyle.mText.mHighlight2 = style::Color(1.0f, 1.0f, 0.7f, 1.0f);
+    mStyle = standardStyle();
 }
 
 Control* Context::clone()
@@ -126,6 +134,7 @@ void Context::setFixedWidth(float width)
 
 void Context::resize(Vector2f origin)
 {
+    mOrigin = origin;
     setMaximized(false);
     const float rows = static_cast<float>(getChildCount());
     const float height = (mRowSpacing + ROW_HEIGHT) * rows - mRowSpacing + 2.0f * mBorder;
@@ -141,6 +150,13 @@ void Context::resize(Vector2f origin)
                  std::trunc(topLeft.y + height)));
     mSelected = -1;
     mExpanded = -1;
+}
+
+void Context::open()
+{
+    takeStyle();
+    resize(Vector2f(0.0f, 0.0f));
+    setPosition({std::max(mArea.mMin.x - excessAtRight(), 0.0f), mArea.mMin.y});
 }
 
 void Context::sendContextEvent(Event& event)
@@ -180,15 +196,6 @@ void Context::setColors(const style& owner)
             submenu->setColors(owner);
 }
 
-void Context::loadStyleFrom(Control& owner)
-{
-    xml::IteratorConst colors = owner.getStyle("context");
-    if (!++colors)
-        return;
-    loadStyle(colors);
-    setColors(style(mStyle));
-}
-
 float Context::rowOffset(std::int32_t index) const
 {
     return static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
@@ -203,6 +210,27 @@ std::int32_t Context::rowAt(Vector2f point)
             return i;
     }
     return -1;
+}
+
+/** For the submenus too; each that was given colours of its own keeps them. */
+void Context::takeStyle()
+{
+    static const style standard = standardStyle();
+    if (mStyle == standard)
+        loadStyleClass(*this, "context");
+    for (Control* option : mOrder)
+        if (auto* submenu = dynamic_cast<Context*>(option))
+            submenu->takeStyle();
+}
+
+/** How far the menu reaches beyond the window's right edge, in pixels; 0 where it does not. */
+float Context::excessAtRight()
+{
+    display::DisplayGL* const display = getDisplay();
+    if (!display)
+        return 0.0f;
+    const auto windowWidth = static_cast<float>(display->getWindowMode().width);
+    return std::max(mOrigin.x + mArea.mMax.x - windowWidth, 0.0f);
 }
 
 /** Width of the widest caption in pixels; 0 without rows. */
@@ -231,10 +259,14 @@ void Context::unfold(std::int32_t index)
         return;
     const Area area = getArea();
     mExpanded = index;
-    submenu->setPosition(Vector2f(area.getWidth() + 1.0f, rowOffset(index)));
+    submenu->setPosition(Vector2f(area.getWidth() + SUBMENU_GAP, rowOffset(index)));
     if (!submenu->getParent())
         submenu->setParent(this);
-    submenu->resize(area.mMin);
+    submenu->resize(mOrigin + area.mMin);
+
+    const float left = -submenu->mArea.getWidth() - SUBMENU_GAP;
+    if (submenu->excessAtRight() > 0.0f && mOrigin.x + area.mMin.x + left >= 0.0f)
+        submenu->setPosition(Vector2f(left, submenu->mArea.mMin.y));
 }
 
 int Context::passToSubmenu(const Event& event)

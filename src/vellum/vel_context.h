@@ -8,8 +8,8 @@ namespace zavex::vellum {
 
 /**
  * A pop-up menu: a column of rows, each of which is itself a `Context` and may hold the rows of a
- * submenu that unfolds to the right. Rows stand in the order in which they were added, whatever
- * the focus does to the stacking order.
+ * submenu that unfolds to the right, or to the left where it would leave the window. Rows stand in
+ * the order in which they were added, whatever the focus does to the stacking order.
  *
  * Belongs to the control that opens it (`Control::setContext`) and is used again for every opening.
  * A chosen row reaches that owner as an event of type "context" whose action is the path of
@@ -62,6 +62,13 @@ public:
      */
     virtual void resize(mathbase::Vector2f origin);
 
+    /**
+     * Makes a pop-up ready to be shown where it was placed: takes the colours that the style
+     * document has for "context" unless it was given others, sizes it and moves it left where it
+     * would leave the window at the right.
+     */
+    void open();
+
     /** Puts this menu's caption before the action and passes it on, up to the owner. */
     virtual void sendContextEvent(Event& event);
 
@@ -71,14 +78,6 @@ public:
      * in the hovered one.
      */
     void setColors(const style& owner);
-
-    /**
-     * Takes the colours of the style document's element "context", if there is one, for the
-     * submenus too.
-     *
-     * @param owner  Lies below the workspace that has the document.
-     */
-    void loadStyleFrom(Control& owner);
 
     /** The row under the pointer, or last chosen; -1 when there is none. */
     std::int32_t getSelected() const { return mSelected; }
@@ -102,12 +101,16 @@ protected:
     std::string mHighlighted;
 
 private:
+    void takeStyle();
+    float excessAtRight();
     float captionWidth();
     void hoverRow(std::int32_t index);
     void unfold(std::int32_t index);
     int passToSubmenu(const Event& event);
     void drawRow(const Area& area, std::int32_t index);
     const style::Color& rowColor(Control& option, std::int32_t index) const;
+
+    mathbase::Vector2f mOrigin{0, 0}; // of the coordinates that mArea is in, pixels of the window
 };
 
 } // namespace zavex::vellum

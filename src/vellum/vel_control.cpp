@@ -344,8 +344,8 @@ Control* Control::getFocus()
 void Control::setFocus(Control* control)
 {
     clearFocus();
-    if (mParent)
-        mParent->setFocus(this);
+    if (mOwner)
+        mOwner->setFocus(this);
     mFocus = control;
     if (!control || control == this)
         return;

@@ -196,6 +196,8 @@ public:
 
     /**
      * Puts this control on the focus path from the root and clears the focus of every other branch.
+     * The path leads through lists of children alone: a pop-up menu leaves its owner's focus as it
+     * is.
      *
      * @param control  The child to focus and bring to the top; null focuses none of the children.
      */

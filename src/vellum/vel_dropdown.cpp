@@ -132,8 +132,6 @@ void Dropdown::openList()
 
 void Dropdown::fillList()
 {
-    // A menu that is given rows takes its owner's focus; this one has no owner meanwhile.
-    mList.setParent(nullptr);
     mList.deleteOptions();
     mList.setColors(mStyle);
     for (const Option& option : mOptions)

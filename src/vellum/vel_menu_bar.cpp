@@ -77,6 +77,7 @@ void MenuBar::addItem(xml::IteratorConst& item)
 {
     auto menu = std::make_unique<ContextData>();
     menu->setCaption(item->getValue("caption"));
+    menu->setColors(mStyle);
     menu->load(item);
     menu->setParent(this);
     mMenu.push_back(std::move(menu));
@@ -87,7 +88,6 @@ void MenuBar::setMenuContext(std::int32_t index)
     mMouseOverIndex = index;
     Context& menu = *mMenu.at(static_cast<std::size_t>(index));
     const Area world = getAreaWorld();
-    menu.setColors(mStyle);
     menu.setPosition(
         Vector2f(world.mMin.x + titleArea(static_cast<std::size_t>(index)).mMin.x, world.mMax.y));
     setContext(&menu);

@@ -16,7 +16,7 @@ namespace zavex::vellum {
  * it closes at once, after a row under the pointer was chosen. A choice arrives at the bar as an
  * event of type "context" and at its observers, with the title as the first caption of the path.
  *
- * The menus belong to the bar and take over its colours each time they open.
+ * The menus belong to the bar and start with the colours that it has when they are added.
  */
 class MenuBar : public Control {
 public:

@@ -348,7 +348,6 @@ void Spline::openMenu(Vector2f point)
     else
         mAddPosition = point + getArea().mMin;
     Context& menu = onKey ? mContext2 : mContext;
-    menu.loadStyleFrom(*this);
     menu.setPosition(point + getAreaWorld().mMin);
     setContext(&menu);
 }

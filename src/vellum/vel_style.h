@@ -21,7 +21,11 @@ struct style { // NOLINT(readability-identifier-naming): reads as a member of Co
         Color mPushed2{0, 0, 0, 0};
         Color mInactive1{0, 0, 0, 0};
         Color mInactive2{0, 0, 0, 0};
+
+        bool operator==(const colorInfo&) const = default;
     };
+
+    bool operator==(const style&) const = default;
 
     colorInfo mBack;    // background and frame
     colorInfo mCaption; // caption bar or title

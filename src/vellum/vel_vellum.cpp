@@ -265,7 +265,7 @@ bool Vellum::loadWorkspace(xml::IteratorConst& element)
     if (!style.empty() && !loadStyle(style))
         return false;
     mWorkspace.load(element);
-    fillWindow();
+    onResize(1, 1); // whose arguments do not count
     return true;
 }
 

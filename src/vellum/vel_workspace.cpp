@@ -42,6 +42,14 @@ void Workspace::load(xml::IteratorConst& element)
     mRender.setup(mDisplay, font.empty() ? STANDARD_FONT : font);
 }
 
+void Workspace::setVisible(bool visible)
+{
+    const bool hiding = mVisible && !visible;
+    Control::setVisible(visible);
+    if (hiding)
+        letGo();
+}
+
 void Workspace::loadStyle(xml::XmlParser* document)
 {
     mStyleTag = document;
@@ -86,7 +94,7 @@ void Workspace::setContext(Context* context)
     if (!context->getParent())
         context->setParent(this);
     mContext = context;
-    mContext->resize(mathbase::Vector2f(0.0f, 0.0f));
+    mContext->open();
     mContextFirst = true;
 }
 
@@ -113,6 +121,24 @@ void Workspace::setCopyString(const std::string& text)
 const std::string& Workspace::getCopyString()
 {
     return mCopyString;
+}
+
+/**
+ * Releases the left button where no control is: it reaches those alone that hold on to the pointer.
+ * Their observers may destroy this workspace.
+ */
+void Workspace::letGo()
+{
+    if (mContext)
+        resetContext();
+    Event leave;
+    leave.type = "reset";
+    Control::handleEvent(leave);
+    Event release;
+    release.type = "mouseup";
+    release.button = display::MOUSE_LEFT;
+    release.mousePos = release.mousePosWorld = mathbase::Vector2f(-EVERYWHERE, -EVERYWHERE);
+    Control::handleEvent(release);
 }
 
 /** Whether the event goes no further than the menu. */

@@ -29,6 +29,9 @@ public:
      */
     void load(xml::IteratorConst& element) override;
 
+    /** Hiding lets go of whatever the mouse holds and closes the open menu. */
+    void setVisible(bool visible) override;
+
     using Control::loadStyle;
 
     /** @param document  Where `getStyle` looks, must outlive this control; null: there are none. */
@@ -49,7 +52,7 @@ public:
      */
     int handleEvent(Event& event) override;
 
-    /** Opens `context`, in the place of any that is open, and gives it its size. */
+    /** Opens `context`, in the place of any that is open (`Context::open`). */
     void setContext(Context* context) override;
     void resetContext() override;
 
@@ -62,6 +65,7 @@ public:
     const std::string& getCopyString();
 
 private:
+    void letGo();
     bool passToMenu(Event& event);
     void drawMenu();
 

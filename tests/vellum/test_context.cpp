@@ -59,6 +59,13 @@ TEST_F(ContextTest, OpeningGivesItAnOwnerAndReachesTheTop)
     EXPECT_EQ(menu.getParent(), &owner) << "the first owner stays";
 }
 
+TEST_F(ContextTest, RowsLeaveTheFocusOfTheOwnerAlone)
+{
+    Control& child = addProbe(owner, "child", Area(0, 0, 1, 1));
+    menu.addOption("one more", "");
+    EXPECT_EQ(owner.getFocus(), &child);
+}
+
 TEST_F(ContextTest, IsAsLargeAsItsRowsNeed)
 {
     EXPECT_EQ(text(menu.getArea()), "50 20 116 70") << "10 + 36 for \"remove\" + 20; 3 * 15 + 5";

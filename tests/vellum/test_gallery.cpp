@@ -1,3 +1,4 @@
+#include "vellum/probe.h"
 #include "vellum/vel_button.h"
 #include "vellum/vel_callback.h"
 #include "vellum/vel_vellum.h"
@@ -245,6 +246,23 @@ const std::set<Action> ACTIONS{
     ACTION_COLOR,          ACTION_DROPDOWN_CHANGED, ACTION_KNOB_CHANGED, ACTION_RADIOBUTTON_CHANGED,
     ACTION_SCROLL_CHANGED, ACTION_SLIDER_CHANGED,   ACTION_TEXT_CHANGED, ACTION_TREEVIEW_CHANGED,
     ACTION_WINDOW_RESIZE};
+
+TEST_F(Gallery, HoldsNothingAfterItWasHidden)
+{
+    Control& root = *mVellum->findControl("gallery")->getRoot();
+    Event outside;
+    outside.mousePos = Vector2f(-1, -1);
+    for (int y = 0; y < HEIGHT; y += 12) {
+        for (int x = 0; x < WIDTH; x += 12) {
+            const Vector2f point(static_cast<float>(x), static_cast<float>(y));
+            send(root, "mousemove", point);
+            send(root, "mousedown", point);
+            root.setVisible(false);
+            root.setVisible(true);
+            ASSERT_FALSE(root.acceptEvents(outside)) << "after a press at " << x << ", " << y;
+        }
+    }
+}
 
 TEST_F(Gallery, KnowsEveryControlOfItsLayout)
 {

@@ -191,20 +191,34 @@ mathbase::Vector4f colorOf(const RecordingRender& render, const std::string& cap
     return {};
 }
 
-TEST(MenuBar, GivesItsMenusItsColours)
+TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
 {
-    MenuBarTree tree;
-    loadFrom(*tree.bar, R"(<vellum><menubar><color name="text.color" first="ff0000"/>
-        <color name="caption.highlight" first="00ff00"/><area width="400" height="20"/></menubar></vellum>)");
-    perform(tree.screen, {
-                             {"mousedown", FILE_TITLE, "file"},
-                             {"mousemove", RECENT_ROW, "file"}
+    Screen screen;
+    auto* bar = new MenuBar;
+    screen.addControl(bar);
+    loadFrom(*bar, R"(<vellum><menubar><color name="text.color" first="ff0000"/>
+        <color name="caption.highlight" first="00ff00"/><area width="400" height="20"/>
+        <item caption="file"><item caption="quit"/><item caption="recent"><item caption="a.xml"/>
+        </item></item><item caption="edit"><color name="text.color" first="0000ff"/>
+        <item caption="undo"/></item></menubar></vellum>)");
+    const auto drawMenu = [&] {
+        Context& menu = *screen.getOpen();
+        menu.draw(menu.getArea(), screen.getArea(), screen.getArea());
+    };
+    perform(screen,
+            {
+                {"mousedown",  FILE_TITLE, "file"},
+                { "mousemove", Vector2f(10,        45), "file"}
     });
-    Context& menu = *tree.screen.getOpen();
-    menu.draw(menu.getArea(), tree.screen.getArea(), tree.screen.getArea());
-    EXPECT_EQ(colorOf(tree.screen.render, "quit"), mathbase::Vector4f(1, 0, 0, 1));
-    EXPECT_EQ(colorOf(tree.screen.render, "recent"), mathbase::Vector4f(0, 1, 0, 1)) << "selected";
-    EXPECT_EQ(colorOf(tree.screen.render, "a.xml"), mathbase::Vector4f(1, 0, 0, 1)) << "submenu";
+    drawMenu();
+    EXPECT_EQ(colorOf(screen.render, "quit"), mathbase::Vector4f(1, 0, 0, 1));
+    EXPECT_EQ(colorOf(screen.render, "recent"), mathbase::Vector4f(0, 1, 0, 1)) << "selected";
+    EXPECT_EQ(colorOf(screen.render, "a.xml"), mathbase::Vector4f(1, 0, 0, 1)) << "submenu";
+    perform(screen, {
+                        {"mousemove", EDIT_TITLE, "edit"}
+    });
+    drawMenu();
+    EXPECT_EQ(colorOf(screen.render, "undo"), mathbase::Vector4f(0, 0, 1, 1));
 }
 
 /**

@@ -383,6 +383,7 @@ protected:
         loadFont();
         mMenu.addOption("x", "");
         mMenu.addOption("y", "");
+        mMenu.setFixedWidth(37.0f);
         mMenu.setPosition(Vector2f(20, 10));
         mControl.setContext(&mMenu);
     }
@@ -450,6 +451,42 @@ TEST_F(RootMenu, OpensAgainForAnotherTwoReleases)
     mControl.setContext(&mMenu);
     send("mouseup", 2, 2);
     EXPECT_TRUE(isOpen());
+}
+
+TEST_F(RootMenu, StaysInsideTheWindowWithItsSubmenus)
+{
+    Context menu;
+    Context* submenu = &menu;
+    for (int depth = 0; depth < 3; ++depth, submenu = submenu->addOption("more", ""))
+        submenu->setFixedWidth(15.0f);
+    auto& second = dynamic_cast<Context&>(*menu.getChild(0));
+    auto& third = dynamic_cast<Context&>(*second.getChild(0));
+    third.addOption("even more", "");
+    menu.setPosition(Vector2f(60, 40));
+    mControl.setContext(&menu);
+    EXPECT_EQ(text(menu.getArea()), "49 28 64 48");
+
+    send("mousemove", 52, 36);
+    send("mousemove", 36, 36);
+    EXPECT_EQ(text(second.getAreaWorld()), "33 28 48 48") << "no room at the right";
+    EXPECT_EQ(text(third.getAreaWorld()), "49 13 64 48") << "room again, but not below";
+    mControl.resetContext();
+}
+
+TEST_F(RootMenu, TakesTheColoursOfTheStyleDocument)
+{
+    write("style.xml", "<vellum><context><color name='back.color' first='00ff00' second='00ff00'/>"
+                       "</context></vellum>");
+    load("<vellum><workspace id='workspace' font='sheet.png' style='style.xml'/></vellum>");
+    mControl.setContext(&mMenu);
+    EXPECT_EQ(pixelAt(frame(), 22, 12), 0x00ff00u);
+}
+
+TEST_F(RootMenu, ClosesWhenTheGuiIsHidden)
+{
+    workspace().setVisible(false);
+    workspace().setVisible(true);
+    EXPECT_FALSE(isOpen());
 }
 
 TEST_F(RootMenu, LetsEventsThroughToAMenuBar)
