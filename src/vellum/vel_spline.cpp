@@ -27,6 +27,7 @@ constexpr float HIGHEST_VALUE = 1.0f;
 
 constexpr float HOVER_MARGIN = 1.0f;   // pixels around a key that still belong to it
 constexpr float SMALL_RADIUS = 2.0f;   // pixels, of a key without the keyboard focus
+constexpr float SAME_PLACE = 0.5f;     // pixels around a key that make no difference
 constexpr float NAME_LEFT = 2.0f;      // pixels, of the mode's name
 constexpr float NAME_MIDDLE = 4.0f;    // pixels below the top edge
 constexpr float HANDLE = 0.25f;        // of a tangent, in lengths of its segment
@@ -472,19 +473,26 @@ void Spline::drawCurve(const Area& clip)
     }
 }
 
+/** Keys that can hardly be told from the one drawn before, in place and colour, are left out. */
 void Spline::drawKeys(const Area& clip)
 {
     Render& render = getRender();
     const Scale scale(*this, getAreaWorld());
     const bool focused = isFocusedChild();
     const bool withTangents = mShowTangents && m_spline->getInterpolation() == Curve::SMOOTH;
+    Area samePlace(0.0f, 0.0f, -1.0f, -1.0f); // as the circle drawn last
+    const style::Color* lastColor = nullptr;
     for (std::int32_t i = 0; i < m_spline->getNumKeys(); ++i) {
         if (withTangents)
             drawTangents(i, scale, clip);
-        const Area circle = squareAround(placeOf(i, scale), focused ? mPointSize : SMALL_RADIUS);
+        const Vector2f place = placeOf(i, scale);
+        const Area circle = squareAround(place, focused ? mPointSize : SMALL_RADIUS);
         const style::Color& color = keyColor(i, focused);
-        if (isInSight(circle, clip))
-            fillCircle(render, {color, color}, circle);
+        if (!isInSight(circle, clip) || (&color == lastColor && contains(samePlace, place)))
+            continue;
+        fillCircle(render, {color, color}, circle);
+        samePlace = squareAround(place, SAME_PLACE);
+        lastColor = &color;
     }
 }
 
