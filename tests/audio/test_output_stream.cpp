@@ -3,6 +3,7 @@
 #include "audio/aud_stream.h"
 #include "audio/memory_file.h"
 
+#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
 #include "support/sound_file.h"
@@ -132,8 +133,7 @@ TEST_P(OutputStreamSeek, ReachesTheFrameStoppedAndPlaying)
     EXPECT_EQ(stream->isPlaying(), seek.reached < stream->getLength());
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, OutputStreamSeek, testing::ValuesIn(SEEK_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, OutputStreamSeek, testing::ValuesIn(SEEK_CASES), test::caseName);
 
 TEST_F(OutputStreamPlaying, AQueueThatRanDryGoesOnWhereItBrokeOff)
 {

@@ -1,6 +1,7 @@
 #include "audio/aud_source.h"
 #include "audio/memory_file.h"
 
+#include "support/case_name.h"
 #include "support/log_capture.h"
 #include "support/sound_file.h"
 
@@ -115,8 +116,7 @@ TEST_P(SampleSourceFormat, StaysWithinItsLength)
     EXPECT_EQ(source->read(read), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceFormat, testing::ValuesIn(FORMAT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceFormat, testing::ValuesIn(FORMAT_CASES), test::caseName);
 
 /** What a good file is cut to or overwritten with, so that nothing is left to be heard. */
 struct BrokenCase {
@@ -150,8 +150,7 @@ TEST_P(SampleSourceBroken, IsNoSound)
     EXPECT_EQ(openBytes(std::move(bytes)), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceBroken, testing::ValuesIn(BROKEN_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceBroken, testing::ValuesIn(BROKEN_CASES), test::caseName);
 
 TEST(SampleSourceRate, AnImpossibleRateIsNoSound)
 {

@@ -1,5 +1,7 @@
 #include "cadenza/cad_clock_follower.h"
 
+#include "support/case_name.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -91,8 +93,7 @@ TEST_P(FollowerStart, WaitsForTheMusicAndThenRunsWithIt)
     EXPECT_GE(show.smallestStep, 0.0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, FollowerStart, testing::ValuesIn(START_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, FollowerStart, testing::ValuesIn(START_CASES), test::caseName);
 
 /** What befalls a clock that has run with the music for three seconds. */
 struct DriftCase {
@@ -145,8 +146,7 @@ TEST_P(FollowerDrift, IsTakenOutAtItsPace)
     EXPECT_GE(show.smallestStep, 0.0) << "demo time ran backwards";
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, FollowerDrift, testing::ValuesIn(DRIFT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, FollowerDrift, testing::ValuesIn(DRIFT_CASES), test::caseName);
 
 TEST(MusicClockFollower, LeavesAClockThatRunsWithTheMusicAlone)
 {

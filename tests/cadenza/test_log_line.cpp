@@ -1,6 +1,8 @@
 #include "cadenza/cad_log_line.h"
 #include "common/zvx_system.h"
 
+#include "support/case_name.h"
+
 #include <gtest/gtest.h>
 
 namespace zavex::cadenza {
@@ -43,8 +45,7 @@ TEST_P(LogLine, ShowsTypeFunctionMessageAndPlace)
     EXPECT_EQ(logLine(data), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, LogLine, testing::ValuesIn(LINE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, LogLine, testing::ValuesIn(LINE_CASES), test::caseName);
 
 } // namespace
 } // namespace zavex::cadenza

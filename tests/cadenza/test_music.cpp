@@ -1,5 +1,6 @@
 #include "cadenza/cad_music.h"
 
+#include "support/case_name.h"
 #include "support/log_capture.h"
 #include "support/sound_file.h"
 
@@ -107,8 +108,7 @@ TEST_P(MusicTime, LandsOnAFrameWithinTheSong)
     EXPECT_EQ(music.getTime(), GetParam().reached) << "reading back and setting moves it";
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, MusicTime, testing::ValuesIn(TIME_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, MusicTime, testing::ValuesIn(TIME_CASES), test::caseName);
 
 TEST_F(MusicPlayback, SaysWhyAFileCannotBePlayed)
 {

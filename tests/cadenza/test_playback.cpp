@@ -3,6 +3,7 @@
 #include "cadenza/probe_effect.h"
 #include "cadenza/scratch.h"
 #include "display/dis_event.h"
+#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
 
@@ -112,8 +113,7 @@ TEST_P(EffectCover, IsOpenAtBothEnds)
     EXPECT_EQ(effect.draws, GetParam().drawn ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, EffectCover, testing::ValuesIn(SPAN_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, EffectCover, testing::ValuesIn(SPAN_CASES), test::caseName);
 
 TEST_F(Player, DrawsWithTimesRelativeToTheEffect)
 {
@@ -301,8 +301,7 @@ TEST_P(Letterbox, FitsThePictureIntoTheWindow)
     EXPECT_EQ(picture.height, GetParam().expected.height);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, Letterbox, testing::ValuesIn(LETTERBOX_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, Letterbox, testing::ValuesIn(LETTERBOX_CASES), test::caseName);
 
 } // namespace
 } // namespace zavex::cadenza

@@ -1,5 +1,6 @@
 #include "cadenza/open_cadenza.h"
 #include "cadenza/scratch.h"
+#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -120,8 +121,7 @@ const SetupCase SETUP_CASES[] = {
      [](const OpenCadenza& it) { EXPECT_TRUE(it.mLogConsole); }                                                                                                    },
 };
 
-INSTANTIATE_TEST_SUITE_P(Cases, Setup, testing::ValuesIn(SETUP_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, Setup, testing::ValuesIn(SETUP_CASES), test::caseName);
 
 class SetupFile : public testing::Test {
 protected:
@@ -189,8 +189,7 @@ TEST_P(BadSetup, SaysWhatIsWrongAndWhere)
     EXPECT_NE(message.find(GetParam().expected), std::string::npos) << message;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BadSetup, testing::ValuesIn(BAD_SETUP_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, BadSetup, testing::ValuesIn(BAD_SETUP_CASES), test::caseName);
 
 TEST_F(SetupFile, OfAnotherRootConfiguresNothingAndCannotRun)
 {

@@ -1,5 +1,6 @@
 #include "display/dis_joystick.h"
 #include "recorder.h"
+#include "support/case_name.h"
 #include "support/gl_display.h"
 
 #include <GLFW/glfw3.h>
@@ -130,8 +131,7 @@ TEST_P(EventAnswers, StopDeliveryAndEndTheProgram)
     EXPECT_EQ(mDisplay.update(), !GetParam().quits);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, EventAnswers, testing::ValuesIn(ANSWER_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, EventAnswers, testing::ValuesIn(ANSWER_CASES), test::caseName);
 
 TEST(EventsWaitingDisplay, ADirtyAnswerIsDrawn)
 {
@@ -306,8 +306,7 @@ TEST_P(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
     EXPECT_EQ(seen, GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DoubleClick, testing::ValuesIn(CLICK_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, DoubleClick, testing::ValuesIn(CLICK_CASES), test::caseName);
 
 struct KeyCase {
     const char* name;

@@ -2,6 +2,7 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_font.h"
 #include "display/dis_immediate.h"
+#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/gl_display.h"
 #include "support/log_capture.h"
@@ -188,8 +189,7 @@ TEST_P(Place, IsWhereTheAlignmentPutsIt)
                                                 : test::PictureDifference{}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Places, Place, testing::ValuesIn(PLACES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Places, Place, testing::ValuesIn(PLACES), test::caseName);
 
 struct BoundsCase {
     const char* name;

@@ -3,6 +3,7 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_glinclude.h"
 #include "display/dis_immediate.h"
+#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/gl_display.h"
 #include "support/log_capture.h"
@@ -370,8 +371,7 @@ TEST_P(SamePixels, AsVertexByVertex)
     EXPECT_TRUE(test::isSamePicture(pictureOf(GetParam().batched), plain, {}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Shapes, SamePixels, testing::ValuesIn(SHAPES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Shapes, SamePixels, testing::ValuesIn(SHAPES), test::caseName);
 
 /** What comes between two rectangles, and how many arrays the driver gets for it all. */
 struct ArrayCase {
@@ -422,8 +422,7 @@ TEST_P(Arrays, AreAsFewAsTheStatesAllow)
               GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, Arrays, testing::ValuesIn(ARRAYS),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, Arrays, testing::ValuesIn(ARRAYS), test::caseName);
 
 TEST_F(ImmediateTest, FlushesBeforeTheWindowIsRead)
 {
@@ -582,8 +581,7 @@ TEST_P(TexturedBox, ShowsTheWholePictureUprightOnEachSide)
     EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 + 6), 0xffffffu);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sides, TexturedBox, testing::ValuesIn(EYES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Sides, TexturedBox, testing::ValuesIn(EYES), test::caseName);
 
 TEST(ImmediateWithoutDisplay, IsAnError)
 {
@@ -622,8 +620,7 @@ TEST_P(HexColor, IsReadDigitByDigit)
     EXPECT_NEAR(color.w, GetParam().expected.w, 5e-6f);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, HexColor, testing::ValuesIn(COLORS),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Texts, HexColor, testing::ValuesIn(COLORS), test::caseName);
 
 } // namespace
 } // namespace zavex::display

@@ -1,5 +1,7 @@
 #include "e2e/program.h"
 
+#include "support/case_name.h"
+
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -105,8 +107,7 @@ TEST_P(BadInputs, EndWithOneClearErrorAndLoseNothing)
     EXPECT_EQ(show.scripts(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BadInputs, testing::ValuesIn(BAD_INPUTS),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, BadInputs, testing::ValuesIn(BAD_INPUTS), test::caseName);
 
 /** What only switches the music off: the show goes on. */
 struct NoMusic {
@@ -142,8 +143,7 @@ TEST_P(WithoutMusic, TheShowGoesOn)
     EXPECT_EQ(program.waitForEnd(), 0) << program.output();
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, WithoutMusic, testing::ValuesIn(NO_MUSIC),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, WithoutMusic, testing::ValuesIn(NO_MUSIC), test::caseName);
 
 } // namespace
 } // namespace zavex::test

@@ -4,6 +4,7 @@
 #include "audio/aud_source.h"
 #include "common/zvx_system.h"
 #include "e2e/program.h"
+#include "support/case_name.h"
 #include "support/pulse_server.h"
 #include "support/sound_file.h"
 
@@ -354,8 +355,7 @@ TEST_P(SoundAfter, IsHeardAtItsDemoTime)
     EXPECT_TRUE(isOnceWithin([&] { return runOnce(show); }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SoundAfter, testing::ValuesIn(SYNC_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, SoundAfter, testing::ValuesIn(SYNC_CASES), test::caseName);
 
 TEST_F(Sound, IsHeardAtItsDemoTimeThoughTheSinkBeginsLate)
 {

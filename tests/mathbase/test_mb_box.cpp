@@ -3,6 +3,8 @@
 #include "mathbase/mb_matrix4x4col.h"
 #include "near.h"
 
+#include "support/case_name.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -52,8 +54,7 @@ TEST_P(BoxInside, CountsItsEdges)
     EXPECT_EQ(solid.isInside(Vector3f{point.x, point.y, 4.5f}, margin), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BoxInside, testing::ValuesIn(INSIDE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, BoxInside, testing::ValuesIn(INSIDE_CASES), test::caseName);
 
 TEST(Box2, IntersectionOfDisjointBoxesHoldsNothing)
 {
@@ -137,8 +138,7 @@ TEST_P(BoxRay, MeetsTheBoxBetweenEnterAndLeave)
     EXPECT_EQ(leave, GetParam().leave);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BoxRay, testing::ValuesIn(RAY_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, BoxRay, testing::ValuesIn(RAY_CASES), test::caseName);
 
 TEST(Box3, TransformedIsTheTightestBoxAroundItsTransformedCorners)
 {

@@ -1,6 +1,7 @@
 #include "mathbase/mb_matrix4x4col.h"
 
 #include "near.h"
+#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -90,8 +91,7 @@ TEST_P(MatrixBuilder, OverwritesAllElementsAndMovesAPoint)
     EXPECT_TRUE(isNear(matrix.multiply(GetParam().point), GetParam().expected));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, MatrixBuilder, testing::ValuesIn(POINT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, MatrixBuilder, testing::ValuesIn(POINT_CASES), test::caseName);
 
 struct InverseCase {
     const char* name;
@@ -137,8 +137,7 @@ TEST_P(MatrixInverse, MultipliesToTheIdentityOnBothSides)
     EXPECT_TRUE(isNear(inverse * matrix, {}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, MatrixInverse, testing::ValuesIn(INVERSE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, MatrixInverse, testing::ValuesIn(INVERSE_CASES), test::caseName);
 
 TEST(Matrix, CameraAtItsTargetIsLoggedAndLooksAlongMinusZ)
 {

@@ -1,6 +1,7 @@
 #include "mathbase/mb_quat.h"
 
 #include "near.h"
+#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -65,8 +66,7 @@ TEST_P(EulerOrder, IsUndoneByItsInverseWithOppositeAngles)
     EXPECT_TRUE(isSame(turn * back, {}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, EulerOrder, testing::ValuesIn(ORDER_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, EulerOrder, testing::ValuesIn(ORDER_CASES), test::caseName);
 
 TEST(Quat, KeepsItsRotationForAnOrderThatIsNone)
 {
@@ -85,19 +85,16 @@ constexpr Vector3f DIRECTIONS[] = {
        {-1.0f, 1e-4f, 0.0f }
 };
 
-class QuatOrientation : public testing::TestWithParam<std::tuple<Vector3f, Vector3f>> {};
-
-TEST_P(QuatOrientation, TurnsOneDirectionOntoAnother)
+TEST(Quat, TurnsOneDirectionOntoAnother)
 {
-    const auto [from, to] = GetParam();
-    const Quatf turn(from, to);
-    EXPECT_TRUE(isNear(turn * from.getNormalized(), to.getNormalized()));
-    EXPECT_NEAR(turn.length(), 1.0f, 1e-6f);
+    for (const Vector3f& from : DIRECTIONS) {
+        for (const Vector3f& to : DIRECTIONS) {
+            const Quatf turn(from, to);
+            EXPECT_TRUE(isNear(turn * from.getNormalized(), to.getNormalized()));
+            EXPECT_NEAR(turn.length(), 1.0f, 1e-6f);
+        }
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, QuatOrientation,
-                         testing::Combine(testing::ValuesIn(DIRECTIONS),
-                                          testing::ValuesIn(DIRECTIONS)));
 
 TEST(Quat, TurnsNothingByWhatHasNoDirection)
 {
@@ -106,36 +103,22 @@ TEST(Quat, TurnsNothingByWhatHasNoDirection)
         EXPECT_EQ(turn, Quatf());
 }
 
-struct AngleCase {
-    const char* name;
-    float angle;
-    Vector3f axis;
-    float expectedAngle;
-    Vector3f expectedAxis;
-
-    friend void PrintTo(const AngleCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr AngleCase ANGLE_CASES[] = {
-    {"LongAxis",            1.0f,      {0.0f, 0.0f, 9.0f}, 1.0f,      Z },
-    {"NegativeTurnsAround", -1.0f,     Y,                  1.0f,      -Y},
-    {"MoreThanHalfATurn",   1.5f * PI, Y,                  1.5f * PI, Y },
-    {"NothingGivesX",       0.0f,      Z,                  0.0f,      X },
-};
-
-class QuatAngle : public testing::TestWithParam<AngleCase> {};
-
-TEST_P(QuatAngle, ComesBackWithItsAxis)
+TEST(Quat, GivesItsAngleAndAxisBack)
 {
-    float angle = 0.0f;
-    Vector3f axis;
-    Quatf(GetParam().angle, GetParam().axis).getAngleAxis(angle, axis);
-    EXPECT_NEAR(angle, GetParam().expectedAngle, 1e-5f);
-    EXPECT_TRUE(isNear(axis, GetParam().expectedAxis));
+    const std::tuple<Quatf, float, Vector3f> cases[] = {
+        {Quatf(1.0f,      {0.0f, 0.0f, 9.0f}), 1.0f,      Z },
+        {Quatf(-1.0f,     Y),                  1.0f,      -Y},
+        {Quatf(1.5f * PI, Y),                  1.5f * PI, Y },
+        {Quatf(0.0f,      Z),                  0.0f,      X },
+    };
+    for (const auto& [turn, expectedAngle, expectedAxis] : cases) {
+        float angle = 0.0f;
+        Vector3f axis;
+        turn.getAngleAxis(angle, axis);
+        EXPECT_NEAR(angle, expectedAngle, 1e-5f);
+        EXPECT_TRUE(isNear(axis, expectedAxis));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, QuatAngle, testing::ValuesIn(ANGLE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Quat, InverseUndoesAlsoWhatIsNotOfUnitLength)
 {

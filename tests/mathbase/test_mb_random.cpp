@@ -1,6 +1,7 @@
 #include "mathbase/mb_random.h"
 
 #include "near.h"
+#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,8 @@
 #include <cstdlib>
 #include <functional>
 #include <set>
+#include <string>
+#include <tuple>
 
 namespace zavex::mathbase {
 
@@ -66,37 +69,24 @@ TEST(Random, DrawsComponentsInOrderBetweenTheirOwnLimits)
         EXPECT_EQ(drawn[i], lo[i] + (hi[i] - lo[i]) * same.nextFloat());
 }
 
-struct WholeCase {
-    const char* name;
-    int lo;
-    int hi;
-    std::size_t count; // distinct numbers that many draws find
-
-    friend void PrintTo(const WholeCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr WholeCase WHOLE_CASES[] = {
-    {"BothEnds",       -1,      1,       3   },
-    {"OnlyOne",        5,       5,       1   },
-    {"AllThereAre",    INT_MIN, INT_MAX, 3000},
-    {"EvenAndOddOnes", 0,       9,       10  },
-};
-
-class RandomWhole : public testing::TestWithParam<WholeCase> {};
-
-TEST_P(RandomWhole, NumberReachesBothLimitsAndNothingBeyond)
+TEST(Random, WholeNumbersReachBothLimitsAndNothingBeyond)
 {
-    Random random(1);
-    std::set<int> found;
-    for (int i = 0; i < 3000; ++i)
-        found.insert(random.uniform(GetParam().lo, GetParam().hi));
-    EXPECT_GE(*found.begin(), GetParam().lo);
-    EXPECT_LE(*found.rbegin(), GetParam().hi);
-    EXPECT_EQ(found.size(), GetParam().count);
+    const std::tuple<int, int, std::size_t> cases[] = {
+        {-1,      1,       3   },
+        {5,       5,       1   },
+        {INT_MIN, INT_MAX, 3000},
+        {0,       9,       10  }, // odd and even ones
+    };
+    for (const auto& [lo, hi, count] : cases) {
+        Random random(1);
+        std::set<int> found;
+        for (int i = 0; i < 3000; ++i)
+            found.insert(random.uniform(lo, hi));
+        EXPECT_GE(*found.begin(), lo);
+        EXPECT_LE(*found.rbegin(), hi);
+        EXPECT_EQ(found.size(), count);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, RandomWhole, testing::ValuesIn(WHOLE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Random, RefusesReversedWholeLimits)
 {
@@ -185,8 +175,7 @@ TEST_P(RandomDraw, StaysWhereItBelongsAndCentresWhereItsDensityDoes)
     EXPECT_TRUE(isNear(sum * (1.0f / DRAWS), GetParam().mean, fourStandardErrors));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, RandomDraw, testing::ValuesIn(DRAW_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, RandomDraw, testing::ValuesIn(DRAW_CASES), test::caseName);
 
 TEST(Random, NamesTheSideOfABoxThatIsHit)
 {
@@ -197,42 +186,24 @@ TEST(Random, NamesTheSideOfABoxThatIsHit)
     EXPECT_EQ(point.y, 0.0f);
 }
 
-struct SeedCase {
-    const char* name;
-    const char* text;
-    std::uint32_t seed;
-    int complaints;
-
-    friend void PrintTo(const SeedCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr std::uint32_t FROM_CLOCK = 0;
-
-constexpr SeedCase SEED_CASES[] = {
-    {"Number",   "1234",       1234,       0},
-    {"Largest",  "4294967295", 4294967295, 0},
-    {"TooLarge", "4294967296", FROM_CLOCK, 1},
-    {"Negative", "-1",         FROM_CLOCK, 1},
-    {"Trailing", "12x",        FROM_CLOCK, 1},
-    {"Empty",    "",           FROM_CLOCK, 1},
-};
-
-class Seed : public testing::TestWithParam<SeedCase> {};
-
-TEST_P(Seed, ComesFromTheEnvironmentWhenItIsANumber)
+TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
 {
-    test::clearLog();
-    ASSERT_EQ(setenv("CADENZA_SEED", GetParam().text, 1), 0);
-    const std::uint32_t seed = initialSeed();
-    unsetenv("CADENZA_SEED");
-    if (GetParam().seed != FROM_CLOCK) {
-        EXPECT_EQ(seed, GetParam().seed);
+    const auto seedWith = [](const char* text) {
+        test::clearLog();
+        setenv("CADENZA_SEED", text, 1);
+        const std::uint32_t seed = initialSeed();
+        unsetenv("CADENZA_SEED");
+        return seed;
+    };
+    for (const std::uint32_t seed : {1234u, 4294967295u}) {
+        EXPECT_EQ(seedWith(std::to_string(seed).c_str()), seed);
+        EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 0);
     }
-    EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), GetParam().complaints);
+    for (const char* bad : {"4294967296", "-1", "12x", ""}) {
+        seedWith(bad);
+        EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 1) << bad;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, Seed, testing::ValuesIn(SEED_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 } // namespace
 

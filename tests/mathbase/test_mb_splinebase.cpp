@@ -1,5 +1,6 @@
 #include "mathbase/mb_splinebase.h"
 
+#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace zavex::mathbase {
@@ -26,6 +28,28 @@ constexpr auto REPEAT = SplineFloat::EXT_REPEAT;
 constexpr auto ADD = SplineFloat::EXT_REPEAT_ADD;
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float INF = std::numeric_limits<float>::infinity();
+
+/** Keys from "time value time value ...". */
+Keys keysOf(const std::string& numbers)
+{
+    Keys keys;
+    std::istringstream in(numbers);
+    for (float time = 0.0f, value = 0.0f; in >> time >> value;)
+        keys.push_back({time, value});
+    return keys;
+}
+
+const Keys RAMP = keysOf("0 0 1 1");
+const Keys PEAK = keysOf("0 0 1 1 2 0");
+const Keys STEP = keysOf("0 0 1 2 1 6 2 8");
+const Keys TENTHS = keysOf("0.1 1 0.7 3");
+const Keys NONE;
+const Keys ONE = keysOf("2 5");
+const Keys STEP_FIRST = keysOf("1 2 1 6 2 8");
+const Keys ONLY_STEP = keysOf("1 2 1 6");
+const Keys UNEVEN = keysOf("0 0 1 2 4 5");
+const Keys TWO_STEPS = keysOf("0 0 1 1 1 5 1 9 2 8");
+const Keys EQUAL = keysOf("0 0 1 0 2 0 2 1 2 2 3 0 4 0");
 
 /** A curve with the keys in the given order, which must be sorted, equal times included. */
 SplineFloat curve(const Keys& keys, SplineFloat::InterpolationMode interpolation = LINEAR,
@@ -59,40 +83,6 @@ struct ValueCase {
     float expected;
 
     friend void PrintTo(const ValueCase& value, std::ostream* out) { *out << value.name; }
-};
-
-const Keys RAMP{
-    {0.0f, 0.0f},
-    {1.0f, 1.0f}
-};
-const Keys PEAK{
-    {0.0f, 0.0f},
-    {1.0f, 1.0f},
-    {2.0f, 0.0f}
-};
-const Keys STEP{
-    {0.0f, 0.0f},
-    {1.0f, 2.0f},
-    {1.0f, 6.0f},
-    {2.0f, 8.0f}
-};
-const Keys TENTHS{
-    {0.1f, 1.0f},
-    {0.7f, 3.0f}
-};
-
-const Keys NONE{};
-const Keys ONE{
-    {2.0f, 5.0f}
-};
-const Keys STEP_FIRST{
-    {1.0f, 2.0f},
-    {1.0f, 6.0f},
-    {2.0f, 8.0f}
-};
-const Keys ONLY_STEP{
-    {1.0f, 2.0f},
-    {1.0f, 6.0f}
 };
 
 // clang-format off
@@ -137,8 +127,7 @@ TEST_P(SplineValue, FollowsTheModes)
     EXPECT_NEAR(GetParam().spline.evaluate(GetParam().time), GetParam().expected, 1e-4f);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SplineValue, testing::ValuesIn(VALUE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, SplineValue, testing::ValuesIn(VALUE_CASES), test::caseName);
 
 struct TangentCase {
     const char* name;
@@ -148,20 +137,6 @@ struct TangentCase {
     std::string expected; // as tangentsOf
 
     friend void PrintTo(const TangentCase& tangent, std::ostream* out) { *out << tangent.name; }
-};
-
-const Keys UNEVEN{
-    {0.0f, 0.0f},
-    {1.0f, 2.0f},
-    {4.0f, 5.0f}
-};
-
-const Keys TWO_STEPS{
-    {0.0f, 0.0f},
-    {1.0f, 1.0f},
-    {1.0f, 5.0f},
-    {1.0f, 9.0f},
-    {2.0f, 8.0f}
 };
 
 const TangentCase TANGENT_CASES[] = {
@@ -195,8 +170,7 @@ TEST_P(SplineTangent, ComesFromTheNeighbours)
               GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SplineTangent, testing::ValuesIn(TANGENT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, SplineTangent, testing::ValuesIn(TANGENT_CASES), test::caseName);
 
 TEST(Spline, KeepsItsTangentsUnlessTheyAreAutomaticAndSmooth)
 {
@@ -209,57 +183,29 @@ TEST(Spline, KeepsItsTangentsUnlessTheyAreAutomaticAndSmooth)
     }
 }
 
-struct IndexCase {
-    const char* name;
-    Keys keys;
-    float time;
-    int expected;
-
-    friend void PrintTo(const IndexCase& each, std::ostream* out) { *out << each.name; }
-};
-
-const Keys EQUAL{
-    {0.0f, 0.0f},
-    {1.0f, 0.0f},
-    {2.0f, 0.0f},
-    {2.0f, 1.0f},
-    {2.0f, 2.0f},
-    {3.0f, 0.0f},
-    {4.0f, 0.0f}
-};
-
-const IndexCase INDEX_CASES[] = {
-    {"NoKeys",                    NONE,  0.0f,         SplineFloat::NO_KEYS         },
-    {"BeforeOneKey",              ONE,   1.9f,         SplineFloat::BEFORE_FIRST_KEY},
-    {"AtOneKey",                  ONE,   2.0f,         SplineFloat::AFTER_LAST_KEY  },
-    {"AtTheLastOfTwo",            RAMP,  1.0f,         0                            },
-    {"AfterTheLast",              PEAK,  2.1f,         SplineFloat::AFTER_LAST_KEY  },
-    {"AtTheFirst",                PEAK,  0.0f,         0                            },
-    {"AtTheLast",                 PEAK,  2.0f,         1                            },
-    {"NotANumber",                PEAK,  NOT_A_NUMBER, SplineFloat::AFTER_LAST_KEY  },
-    {"FreshLookUpTriesTheFirst",  STEP,  1.0f,         0                            },
-    {"SearchMeetsTheMiddleFirst", EQUAL, 2.0f,         3                            },
-};
-
-class SplineIndex : public testing::TestWithParam<IndexCase> {};
-
-TEST_P(SplineIndex, NamesTheSegment)
+TEST(Spline, NamesTheSegmentOfATime)
 {
-    EXPECT_EQ(curve(GetParam().keys).getKeyIndex(GetParam().time), GetParam().expected);
+    const std::tuple<Keys, float, int> cases[] = {
+        {NONE,  0.0f,         SplineFloat::NO_KEYS         },
+        {ONE,   1.9f,         SplineFloat::BEFORE_FIRST_KEY},
+        {ONE,   2.0f,         SplineFloat::AFTER_LAST_KEY  },
+        {RAMP,  1.0f,         0                            },
+        {PEAK,  2.1f,         SplineFloat::AFTER_LAST_KEY  },
+        {PEAK,  0.0f,         0                            },
+        {PEAK,  2.0f,         1                            },
+        {PEAK,  NOT_A_NUMBER, SplineFloat::AFTER_LAST_KEY  },
+        {STEP,  1.0f,         0                            },
+        {EQUAL, 2.0f,         3                            },
+    };
+    for (const auto& [keys, time, expected] : cases) {
+        SCOPED_TRACE(testing::Message() << time);
+        EXPECT_EQ(curve(keys).getKeyIndex(time), expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, SplineIndex, testing::ValuesIn(INDEX_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Spline, RemembersTheSegmentOfAKeyThatTwoShare)
 {
-    const SplineFloat spline = curve({
-        {0, 0},
-        {1, 0},
-        {2, 0},
-        {3, 0},
-        {4, 0}
-    });
+    const SplineFloat spline = curve(keysOf("0 0 1 0 2 0 3 0 4 0"));
     EXPECT_EQ(spline.getKeyIndex(1.5f), 1);
     EXPECT_EQ(spline.getKeyIndex(2.0f), 1);
     EXPECT_EQ(spline.getKeyIndex(2.5f), 2);
@@ -283,41 +229,29 @@ TEST(Spline, FindsTheSameValuesWhateverWasLookedUpBefore)
     }
 }
 
-struct AddCase {
-    const char* name;
-    Keys keys;
-    float time;
-    int expected;
-
-    friend void PrintTo(const AddCase& each, std::ostream* out) { *out << each.name; }
-};
-
-const AddCase ADD_CASES[] = {
-    {"ToNone",                    NONE, 3.0f,  0},
-    {"BeforeOne",                 ONE,  0.5f,  0},
-    {"AtTheOnlyOneComesAfter",    ONE,  2.0f,  1},
-    {"BeforeTheFirst",            RAMP, -1.0f, 0},
-    {"AtTheFirstComesAfter",      PEAK, 0.0f,  1},
-    {"Between",                   PEAK, 1.5f,  2},
-    {"AtTheLastComesBefore",      PEAK, 2.0f,  2},
-    {"AtTheLastOfTwoComesBefore", RAMP, 1.0f,  1},
-    {"AfterTheLast",              PEAK, 2.5f,  3},
-};
-
-class SplineAdd : public testing::TestWithParam<AddCase> {};
-
-TEST_P(SplineAdd, InsertsAtItsTimeAndWidensTheRange)
+TEST(Spline, InsertsAKeyAtItsTimeAndWidensTheRange)
 {
-    SplineFloat spline = curve(GetParam().keys);
-    EXPECT_EQ(spline.addKey({GetParam().time, 50.0f}), GetParam().expected);
-    EXPECT_EQ(spline[GetParam().expected].value, 50.0f);
-    EXPECT_EQ(spline.getMaxValue(), 50.0f);
-    EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
-    EXPECT_EQ(spline.getInterval(), Vector2f(timesOf(spline).front(), timesOf(spline).back()));
+    const std::tuple<Keys, float, int> cases[] = {
+        {NONE, 3.0f,  0},
+        {ONE,  0.5f,  0},
+        {ONE,  2.0f,  1},
+        {RAMP, -1.0f, 0},
+        {PEAK, 0.0f,  1},
+        {PEAK, 1.5f,  2},
+        {PEAK, 2.0f,  2},
+        {RAMP, 1.0f,  1},
+        {PEAK, 2.5f,  3},
+    };
+    for (const auto& [keys, time, expected] : cases) {
+        SCOPED_TRACE(testing::Message() << time);
+        SplineFloat spline = curve(keys);
+        EXPECT_EQ(spline.addKey({time, 50.0f}), expected);
+        EXPECT_EQ(spline[expected].value, 50.0f);
+        EXPECT_EQ(spline.getMaxValue(), 50.0f);
+        EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
+        EXPECT_EQ(spline.getInterval(), Vector2f(timesOf(spline).front(), timesOf(spline).back()));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, SplineAdd, testing::ValuesIn(ADD_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Spline, RemovesKeysDownToNoneAndForgetsItsSegment)
 {
@@ -350,40 +284,28 @@ TEST(Spline, RefusesIndicesOutsideItsKeys)
     EXPECT_EQ(spline.getNumKeys(), 2);
 }
 
-struct MoveCase {
-    const char* name;
-    int index;
-    float time;
-    int expected;
-
-    friend void PrintTo(const MoveCase& move, std::ostream* out) { *out << move.name; }
-};
-
-constexpr MoveCase MOVE_CASES[] = {
-    {"WithinItsNeighbours",        1, 1.5f,  1},
-    {"OntoItsNeighbour",           1, 2.0f,  1},
-    {"PastTheLast",                0, 9.0f,  2},
-    {"BeforeTheFirst",             2, -1.0f, 0},
-    {"FirstBetweenTheOthers",      0, 1.5f,  1},
-    {"LastOntoTheFirstComesAfter", 2, 0.0f,  1},
-    {"LastFurtherOut",             2, 7.0f,  2},
-};
-
-class SplineMove : public testing::TestWithParam<MoveCase> {};
-
-TEST_P(SplineMove, PutsAChangedKeyBackInOrder)
+TEST(Spline, PutsAChangedKeyBackInOrder)
 {
-    SplineFloat spline = curve(PEAK, SMOOTH);
-    spline[GetParam().index].time = GetParam().time;
-    spline[GetParam().index].value = 50.0f;
-    EXPECT_EQ(spline.updateKey(GetParam().index), GetParam().expected);
-    EXPECT_EQ(spline[GetParam().expected].value, 50.0f);
-    EXPECT_EQ(spline.getMaxValue(), 50.0f);
-    EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
+    const std::tuple<int, float, int> cases[] = {
+        {1, 1.5f,  1},
+        {1, 2.0f,  1},
+        {0, 9.0f,  2},
+        {2, -1.0f, 0},
+        {0, 1.5f,  1},
+        {2, 0.0f,  1},
+        {2, 7.0f,  2},
+    };
+    for (const auto& [index, time, expected] : cases) {
+        SCOPED_TRACE(testing::Message() << index << " " << time);
+        SplineFloat spline = curve(PEAK, SMOOTH);
+        spline[index].time = time;
+        spline[index].value = 50.0f;
+        EXPECT_EQ(spline.updateKey(index), expected);
+        EXPECT_EQ(spline[expected].value, 50.0f);
+        EXPECT_EQ(spline.getMaxValue(), 50.0f);
+        EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, SplineMove, testing::ValuesIn(MOVE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 } // namespace
 

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace zavex::mathbase {
 
 namespace {
@@ -35,19 +37,17 @@ TEST(Vector, NormalisesWhatSinglePrecisionWouldSquareToInfinityOrZero)
     }
 }
 
-class ShortVector : public testing::TestWithParam<float> {};
-
-TEST_P(ShortVector, IsNotNormalisedAndStaysAsItIs)
+TEST(Vector, TooShortIsNotNormalisedAndStaysAsItIs)
 {
-    const float size = GetParam();
-    test::clearLog();
-    EXPECT_EQ(Vector2f(0.0f, size).getNormalized(), Vector2f(0.0f, size));
-    EXPECT_EQ(Vector3f(size, 0.0f, 0.0f).getNormalized(), Vector3f(size, 0.0f, 0.0f));
-    EXPECT_EQ(Vector4f(size, 0.0f, 0.0f, 0.0f).getNormalized(), Vector4f(size, 0.0f, 0.0f, 0.0f));
-    EXPECT_EQ(test::countLogged("log", "length>0.0000000001f"), 3);
+    for (const float size : {0.0f, 1e-20f, 1e-10f}) {
+        test::clearLog();
+        EXPECT_EQ(Vector2f(0.0f, size).getNormalized(), Vector2f(0.0f, size));
+        EXPECT_EQ(Vector3f(size, 0.0f, 0.0f).getNormalized(), Vector3f(size, 0.0f, 0.0f));
+        EXPECT_EQ(Vector4f(size, 0.0f, 0.0f, 0.0f).getNormalized(),
+                  Vector4f(size, 0.0f, 0.0f, 0.0f));
+        EXPECT_EQ(test::countLogged("log", "length>0.0000000001f"), 3);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lengths, ShortVector, testing::Values(0.0f, 1e-20f, 1e-10f));
 
 TEST(Vector3, CrossProductsDifferByHandedness)
 {
@@ -65,32 +65,19 @@ TEST(Vector3, ReflectsAtThePlaneOfANormal)
     EXPECT_TRUE(isNear(incoming.reflection({0.0f, 1.0f, 0.0f}), {1.0f, 2.0f, 3.0f}));
 }
 
-struct AxisCase {
-    const char* name;
-    Vector3f vector;
-    int minor;
-    int major;
-
-    friend void PrintTo(const AxisCase& axis, std::ostream* out) { *out << axis.name; }
-};
-
-constexpr AxisCase AXIS_CASES[] = {
-    {"ByMagnitude",        {2.0f, -3.0f, 1.0f}, 2, 1},
-    {"LastIsMajor",        {0.5f, 0.0f, -9.0f}, 1, 2},
-    {"FirstOfEqualOnes",   {1.0f, -1.0f, 1.0f}, 0, 0},
-    {"FirstOfTheTwoEqual", {4.0f, 2.0f, 2.0f},  1, 0},
-};
-
-class Vector3Axis : public testing::TestWithParam<AxisCase> {};
-
-TEST_P(Vector3Axis, IsThatOfTheSmallestOrGreatestComponent)
+TEST(Vector3, AxesAreThoseOfTheFirstSmallestAndGreatestMagnitude)
 {
-    EXPECT_EQ(GetParam().vector.getMinorAxis(), GetParam().minor);
-    EXPECT_EQ(GetParam().vector.getMajorAxis(), GetParam().major);
+    const std::tuple<Vector3f, int, int> cases[] = {
+        {{2.0f, -3.0f, 1.0f}, 2, 1},
+        {{0.5f, 0.0f, -9.0f}, 1, 2},
+        {{1.0f, -1.0f, 1.0f}, 0, 0},
+        {{4.0f, 2.0f, 2.0f},  1, 0},
+    };
+    for (const auto& [vector, minor, major] : cases) {
+        EXPECT_EQ(vector.getMinorAxis(), minor) << test::text(vector, 3);
+        EXPECT_EQ(vector.getMajorAxis(), major) << test::text(vector, 3);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, Vector3Axis, testing::ValuesIn(AXIS_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Vector4, TakesAPointAndIgnoresItsFourthComponentInItsProduct)
 {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <ostream>
+
 #include <string>
 
 namespace zavex::xml {
@@ -34,31 +34,14 @@ protected:
     XmlNode root{XmlTag("root"), nullptr};
 };
 
-struct InsertCase {
-    const char* name;
-    int position;
-    const char* expected;
-
-    friend void PrintTo(const InsertCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr InsertCase INSERT_CASES[] = {
-    {"First",           0,  "new a b "},
-    {"Between",         1,  "a new b "},
-    {"Last",            2,  "a b new "},
-    {"MinusOneAppends", -1, "a b new "},
-};
-
-class NodeInsertion : public Node, public testing::WithParamInterface<InsertCase> {};
-
-TEST_P(NodeInsertion, PutsTheChildAtThePosition)
+TEST_F(Node, PutsAChildAtThePositionOrAtTheEnd)
 {
-    root.addChild(XmlTag("new"), GetParam().position);
-    EXPECT_EQ(childNames(root), GetParam().expected);
+    root.addChild(XmlTag("first"), 0);
+    root.addChild(XmlTag("between"), 2);
+    root.addChild(XmlTag("last"), 4);
+    root.addChild(XmlTag("end"), -1);
+    EXPECT_EQ(childNames(root), "first a between b last end ");
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, NodeInsertion, testing::ValuesIn(INSERT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST_F(Node, RefusesAPositionOrIndexOutside)
 {
@@ -95,7 +78,7 @@ TEST_F(Node, DetachesAChildToItsCaller)
     EXPECT_EQ(thrownMessage([&] { root.detachChild(child.get()); }), expected);
 }
 
-TEST_F(Node, ClearedLeavesItsParentAndLosesItsContent)
+TEST_F(Node, ClearedOrDeletedLeavesItsParent)
 {
     const std::unique_ptr<XmlNode> child(root.getChildren(0));
     child->addChild(XmlTag("inner"), 0).addChild(XmlTag("innermost"));
@@ -104,12 +87,9 @@ TEST_F(Node, ClearedLeavesItsParentAndLosesItsContent)
     EXPECT_EQ(child->getTag().getName(), "");
     EXPECT_TRUE(child->getTag().getClosed());
     EXPECT_EQ(child->getNumChildren(), 0);
-}
 
-TEST_F(Node, DeletedLeavesItsParent)
-{
     delete root.getChildren(0);
-    EXPECT_EQ(childNames(root), "b ");
+    EXPECT_EQ(childNames(root), "");
 }
 
 TEST_F(Node, WhoseParentDoesNotKnowItCanStillBeDestroyed)
