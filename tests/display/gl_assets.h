@@ -3,15 +3,12 @@
 #include "am/am.h"
 #include "display/dis_display_obsolete.h"
 #include "support/gl_display.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace zavex::test {
@@ -49,26 +46,13 @@ class AssetsTest : public GlDisplayTest {
 protected:
     AssetsTest()
     {
-        std::filesystem::create_directories(mFolder);
-        mArchive.addArchive(mFolder + "/");
+        mArchive.addArchive(mFolder.path(""));
         mDisplay.setArchive(&mArchive);
-    }
-
-    ~AssetsTest() override { std::filesystem::remove_all(mFolder); }
-
-    void writeText(const std::string& name, const std::string& text) const
-    {
-        std::ofstream{mFolder + "/" + name, std::ios::binary} << text;
     }
 
     void writeImage(const std::string& name, am::Image image)
     {
         ASSERT_TRUE(mArchive.writeImage(name, image));
-    }
-
-    void removeFile(const std::string& name) const
-    {
-        std::filesystem::remove(mFolder + "/" + name);
     }
 
     /** What the full-screen switch does to resources. */
@@ -78,7 +62,7 @@ protected:
         mDisplay.restoreResources();
     }
 
-    const std::string mFolder = testing::TempDir() + "assets_" + std::to_string(getpid());
+    TemporaryFolder mFolder;
     am::ArchiveManager mArchive;
 };
 

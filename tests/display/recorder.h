@@ -10,6 +10,11 @@
 
 namespace zavex::test {
 
+using display::CharEvent;
+using display::KeyEvent;
+using display::MouseButtonEvent;
+using display::MouseMoveEvent;
+
 /** What several recorders were told, in the order in which they were told. */
 using Protocol = std::vector<std::string>;
 
@@ -18,46 +23,14 @@ class Recorder : public display::Listener {
 public:
     Recorder(std::string name, Protocol& protocol) : mName{std::move(name)}, mProtocol{protocol} {}
 
-    int onMouseUp(const display::MouseButtonEvent& event) override
-    {
-        mButton = event;
-        return record("mouseup");
-    }
-    int onMouseDown(const display::MouseButtonEvent& event) override
-    {
-        mButton = event;
-        return record("mousedown");
-    }
-    int onMouseMove(const display::MouseMoveEvent& event) override
-    {
-        mMove = event;
-        return record("mousemove");
-    }
-    int onMouseWheel(const display::MouseMoveEvent& event) override
-    {
-        mMove = event;
-        return record("mousewheel");
-    }
-    int onKeyDown(const display::KeyEvent& event) override
-    {
-        mKey = event;
-        return record("keydown");
-    }
-    int onKeyUp(const display::KeyEvent& event) override
-    {
-        mKey = event;
-        return record("keyup");
-    }
-    int onCharDown(const display::CharEvent& event) override
-    {
-        mChar = event;
-        return record("chardown");
-    }
-    int onCharUp(const display::CharEvent& event) override
-    {
-        mChar = event;
-        return record("charup");
-    }
+    int onMouseUp(const MouseButtonEvent& e) override { return keep("mouseup", mButton, e); }
+    int onMouseDown(const MouseButtonEvent& e) override { return keep("mousedown", mButton, e); }
+    int onMouseMove(const MouseMoveEvent& e) override { return keep("mousemove", mMove, e); }
+    int onMouseWheel(const MouseMoveEvent& e) override { return keep("mousewheel", mMove, e); }
+    int onKeyDown(const KeyEvent& e) override { return keep("keydown", mKey, e); }
+    int onKeyUp(const KeyEvent& e) override { return keep("keyup", mKey, e); }
+    int onCharDown(const CharEvent& e) override { return keep("chardown", mChar, e); }
+    int onCharUp(const CharEvent& e) override { return keep("charup", mChar, e); }
     int onQuit() override { return record("quit"); }
     void onResize(int width, int height) override
     {
@@ -68,12 +41,19 @@ public:
     /** Answers `action` whenever it is told `what`. */
     void answer(const std::string& what, int action) { mAnswers[what] = action; }
 
-    display::KeyEvent mKey; // the last ones
-    display::CharEvent mChar;
-    display::MouseButtonEvent mButton;
-    display::MouseMoveEvent mMove;
+    KeyEvent mKey; // the last ones
+    CharEvent mChar;
+    MouseButtonEvent mButton;
+    MouseMoveEvent mMove;
 
 private:
+    template <typename Event>
+    int keep(const char* what, Event& last, const Event& event)
+    {
+        last = event;
+        return record(what);
+    }
+
     int record(const std::string& what)
     {
         mProtocol.push_back(mName + " " + what);

@@ -1,6 +1,5 @@
 #include "display/dis_joystick.h"
 #include "recorder.h"
-#include "support/case_name.h"
 #include "support/gl_display.h"
 
 #include <GLFW/glfw3.h>
@@ -12,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace zavex::test {
 
@@ -46,6 +46,7 @@ protected:
 TEST_F(Events, InputReachesTheListenerAddedLastFirst)
 {
     press(GLFW_KEY_F1);
+    mDisplay.onKey(GLFW_KEY_F1, GLFW_REPEAT);
     release(GLFW_KEY_F1);
     mDisplay.onChar('x', GLFW_PRESS);
     mDisplay.onChar('x', GLFW_RELEASE);
@@ -53,10 +54,10 @@ TEST_F(Events, InputReachesTheListenerAddedLastFirst)
     mDisplay.onMouseButton(GLFW_MOUSE_BUTTON_RIGHT, GLFW_RELEASE);
     mDisplay.onMouseMove(3.0f, 4.0f);
     mDisplay.onMouseWheel(1.0f);
-    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown", "B keyup", "A keyup", "B chardown",
-                                "A chardown", "B charup", "A charup", "B mousedown", "A mousedown",
-                                "B mouseup", "A mouseup", "B mousemove", "A mousemove",
-                                "B mousewheel", "A mousewheel"}));
+    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown", "B keydown", "A keydown", "B keyup",
+                                "A keyup", "B chardown", "A chardown", "B charup", "A charup",
+                                "B mousedown", "A mousedown", "B mouseup", "A mouseup",
+                                "B mousemove", "A mousemove", "B mousewheel", "A mousewheel"}));
 }
 
 TEST_F(Events, ABlockedKeyGoesNoFurtherAndDoesNothingByItself)
@@ -74,7 +75,7 @@ TEST_F(Events, ABlockedKeyGoesNoFurtherAndDoesNothingByItself)
     EXPECT_TRUE(mDisplay.update());
 }
 
-TEST_F(Events, EscapeAsksEveryListenerAndEndsTheNextUpdate)
+TEST_F(Events, EscapeAsksEveryListenerAndEndsTheNextUpdateUnlessOneRefuses)
 {
     press(GLFW_KEY_ESCAPE);
     told();
@@ -83,14 +84,12 @@ TEST_F(Events, EscapeAsksEveryListenerAndEndsTheNextUpdate)
     EXPECT_EQ(countLogged("log", "DisplayGLFW - ESC"), 1);
     EXPECT_FALSE(mDisplay.update());
     EXPECT_TRUE(mDisplay.update()) << "a quit is granted once";
-}
 
-TEST_F(Events, OneRefusalKeepsTheProgramRunning)
-{
     mB.answer("quit", Listener::BLOCK);
+    told();
     release(GLFW_KEY_ESCAPE);
     EXPECT_EQ(told(), (Protocol{"B keyup", "A keyup", "B quit", "A quit"}));
-    EXPECT_TRUE(mDisplay.update());
+    EXPECT_TRUE(mDisplay.update()) << "one refusal is enough";
 }
 
 TEST_F(Events, TheWindowsCloseButtonAsksAndNeverClosesByItself)
@@ -102,36 +101,31 @@ TEST_F(Events, TheWindowsCloseButtonAsksAndNeverClosesByItself)
     EXPECT_TRUE(mDisplay.onWindowClose());
 }
 
-struct AnswerCase {
-    const char* name;
-    int action;
-    bool stops;
-    bool quits;
-    friend void PrintTo(const AnswerCase& answer, std::ostream* out) { *out << answer.name; }
-};
-
-constexpr AnswerCase ANSWER_CASES[] = {
-    {"Whatever",       Listener::WHATEVER,               false, false},
-    {"Block",          Listener::BLOCK,                  true,  false},
-    {"Quit",           Listener::QUIT,                   false, true },
-    {"Dirty",          Listener::DIRTY,                  false, false},
-    {"QuitAndDirty",   Listener::QUIT | Listener::DIRTY, false, true },
-    {"BlockBeatsQuit", Listener::BLOCK | Listener::QUIT, true,  false},
-};
-
-class EventAnswers : public Events, public testing::WithParamInterface<AnswerCase> {};
-
-TEST_P(EventAnswers, StopDeliveryAndEndTheProgram)
+TEST_F(Events, AnswersStopDeliveryAndEndTheProgram)
 {
-    mB.answer("keydown", GetParam().action);
-    press(GLFW_KEY_F1);
-    const Protocol protocol = told();
-    EXPECT_EQ(protocol.back() == "A keydown", !GetParam().stops);
-    EXPECT_EQ(std::ranges::count(protocol, "A quit"), GetParam().quits ? 1 : 0);
-    EXPECT_EQ(mDisplay.update(), !GetParam().quits);
+    struct Row {
+        int action;
+        bool stops;
+        bool quits;
+    };
+    for (const auto& [action, stops, quits] : {
+             Row{Listener::WHATEVER,               false, false},
+             Row{Listener::BLOCK,                  true,  false},
+             Row{Listener::QUIT,                   false, true },
+             Row{Listener::DIRTY,                  false, false},
+             Row{Listener::QUIT | Listener::DIRTY, false, true },
+             Row{Listener::BLOCK | Listener::QUIT, true,  false},
+    }) {
+        SCOPED_TRACE(action);
+        told();
+        mB.answer("keydown", action);
+        press(GLFW_KEY_F1);
+        const Protocol protocol = told();
+        EXPECT_EQ(protocol.back() == "A keydown", !stops);
+        EXPECT_EQ(std::ranges::count(protocol, "A quit"), quits ? 1 : 0);
+        EXPECT_EQ(mDisplay.update(), !quits);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EventAnswers, testing::ValuesIn(ANSWER_CASES), test::caseName);
 
 TEST(EventsWaitingDisplay, ADirtyAnswerIsDrawn)
 {
@@ -213,14 +207,6 @@ TEST_F(Events, ModifiersFollowTheKeyboardWhenAnotherWindowHadTheFocus)
     EXPECT_EQ(control(), display::KEYMOD_NONE);
 }
 
-TEST_F(Events, ARepeatedKeyIsPressedAgain)
-{
-    press(GLFW_KEY_UP);
-    mDisplay.onKey(GLFW_KEY_UP, GLFW_REPEAT);
-    EXPECT_EQ(told(), (Protocol{"B keydown", "A keydown", "B keydown", "A keydown"}));
-    EXPECT_EQ(mA.mKey.key, display::KEY_UP);
-}
-
 TEST_F(Events, MouseMotionCarriesTheWayBack)
 {
     mDisplay.onMouseMove(16.0f, 12.0f);
@@ -256,31 +242,21 @@ TEST_F(Events, AResizeByTheUserIsToldInDrawingOrder)
     EXPECT_EQ(mDisplay.getWindowMode().activeHeight, 70);
 }
 
-/** Left clicks at steps of the frame-stepped clock; 'm' moves the mouse, 'r' clicks the right
- * button. */
-struct ClickCase {
-    const char* name;
-    const char* clicks;   // c: click, m: move, r: right click, '.': a tenth of a second passes
-    const char* expected; // d: double, s: single, one for each c
-    friend void PrintTo(const ClickCase& click, std::ostream* out) { *out << click.name; }
-};
-
-constexpr ClickCase CLICK_CASES[] = {
-    {"Single",                "c",                "s"   },
-    {"HalfASecondApart",      "c.....c",          "sd"  },
-    {"JustInTime",            "c.......c",        "sd"  },
-    {"TooLate",               "c.........c",      "ss"  },
-    {"MovedBetween",          "c..m..c",          "ss"  },
-    {"ThirdStartsAfresh",     "c..c..c",          "sds" },
-    {"FourthIsDoubleAgain",   "c..c..c..c",       "sdsd"},
-    {"LateOneStartsAPair",    "c..........c...c", "ssd" },
-    {"RightButtonIsNoneOfIt", "c.r.c",            "sd"  },
-};
-
-class DoubleClick : public testing::TestWithParam<ClickCase> {};
-
-TEST_P(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
+TEST(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
 {
+    // c: left click, r: right click, m: the mouse moves, '.': a tenth of a second passes.
+    // Expected for each left click: s for a single one, d for a double one.
+    const std::pair<const char*, const char*> cases[] = {
+        {"c",                "s"   },
+        {"c.....c",          "sd"  },
+        {"c.......c",        "sd"  },
+        {"c.........c",      "ss"  },
+        {"c..m..c",          "ss"  },
+        {"c..c..c",          "sds" },
+        {"c..c..c..c",       "sdsd"},
+        {"c..........c...c", "ssd" },
+        {"c.r.c",            "sd"  },
+    };
     DisplayGLFW display;
     display::WindowMode mode = smallMode();
     mode.fpsMode = display::WindowMode::FPS_DELTA;
@@ -291,63 +267,55 @@ TEST_P(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
     Recorder recorder{"it", protocol};
     recorder.attachToDisplay(&display);
 
-    std::string seen;
-    for (const char step : std::string{GetParam().clicks}) {
-        if (step == '.')
-            display.update();
-        else if (step == 'm')
-            display.onMouseMove(display.getMousePosition().x + 1.0f, 0.0f);
-        else
-            display.onMouseButton(step == 'c' ? GLFW_MOUSE_BUTTON_LEFT : GLFW_MOUSE_BUTTON_RIGHT,
-                                  GLFW_PRESS);
-        if (step == 'c')
-            seen += recorder.mButton.doubleClick ? 'd' : 's';
+    for (const auto& [steps, expected] : cases) {
+        std::string seen;
+        for (const char step : "m.........." + std::string{steps}) {
+            if (step == '.')
+                display.update();
+            else if (step == 'm')
+                display.onMouseMove(display.getMousePosition().x + 1.0f, 0.0f);
+            else
+                display.onMouseButton(
+                    step == 'c' ? GLFW_MOUSE_BUTTON_LEFT : GLFW_MOUSE_BUTTON_RIGHT, GLFW_PRESS);
+            if (step == 'c')
+                seen += recorder.mButton.doubleClick ? 'd' : 's';
+        }
+        EXPECT_EQ(seen, expected) << steps;
     }
-    EXPECT_EQ(seen, GetParam().expected);
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, DoubleClick, testing::ValuesIn(CLICK_CASES), test::caseName);
-
-struct KeyCase {
-    const char* name;
-    int glfwKey;
-    int key;
-    friend void PrintTo(const KeyCase& key, std::ostream* out) { *out << key.name; }
-};
-
-constexpr KeyCase KEY_CASES[] = {
-    {"Tab",             GLFW_KEY_TAB,        display::KEY_TAB      },
-    {"Backspace",       GLFW_KEY_BACKSPACE,  display::KEY_BACKSPACE},
-    {"Insert",          GLFW_KEY_INSERT,     293                   },
-    {"Delete",          GLFW_KEY_DELETE,     294                   },
-    {"Up",              GLFW_KEY_UP,         283                   },
-    {"Down",            GLFW_KEY_DOWN,       284                   },
-    {"Left",            GLFW_KEY_LEFT,       285                   },
-    {"Right",           GLFW_KEY_RIGHT,      286                   },
-    {"PageUp",          GLFW_KEY_PAGE_UP,    295                   },
-    {"PageDown",        GLFW_KEY_PAGE_DOWN,  296                   },
-    {"Home",            GLFW_KEY_HOME,       297                   },
-    {"End",             GLFW_KEY_END,        298                   },
-    {"FirstFunction",   GLFW_KEY_F1,         258                   },
-    {"LastFunction",    GLFW_KEY_F25,        282                   },
-    {"PadZero",         GLFW_KEY_KP_0,       299                   },
-    {"PadNine",         GLFW_KEY_KP_9,       308                   },
-    {"PadDecimal",      GLFW_KEY_KP_DECIMAL, 313                   },
-    {"PadEqual",        GLFW_KEY_KP_EQUAL,   314                   },
-    {"PadEnter",        GLFW_KEY_KP_ENTER,   315                   },
-    {"Space",           GLFW_KEY_SPACE,      display::KEY_SPACE    },
-    {"LetterA",         GLFW_KEY_A,          display::KEY_a        },
-    {"Comma",           GLFW_KEY_COMMA,      display::KEY_COMMA    },
-    {"CapsLockHasNone", GLFW_KEY_CAPS_LOCK,  -1                    },
-    {"Unknown",         GLFW_KEY_UNKNOWN,    -1                    },
-};
 
 TEST_F(Events, KeysOfTheLibraryHaveTheirOwnKeys)
 {
-    for (const KeyCase& key : KEY_CASES) {
-        press(key.glfwKey);
-        EXPECT_EQ(mA.mKey.key, key.key) << key.name;
-        release(key.glfwKey);
+    const std::pair<int, int> cases[] = {
+        {GLFW_KEY_TAB,        display::KEY_TAB      },
+        {GLFW_KEY_BACKSPACE,  display::KEY_BACKSPACE},
+        {GLFW_KEY_INSERT,     293                   },
+        {GLFW_KEY_DELETE,     294                   },
+        {GLFW_KEY_UP,         283                   },
+        {GLFW_KEY_DOWN,       284                   },
+        {GLFW_KEY_LEFT,       285                   },
+        {GLFW_KEY_RIGHT,      286                   },
+        {GLFW_KEY_PAGE_UP,    295                   },
+        {GLFW_KEY_PAGE_DOWN,  296                   },
+        {GLFW_KEY_HOME,       297                   },
+        {GLFW_KEY_END,        298                   },
+        {GLFW_KEY_F1,         258                   },
+        {GLFW_KEY_F25,        282                   },
+        {GLFW_KEY_KP_0,       299                   },
+        {GLFW_KEY_KP_9,       308                   },
+        {GLFW_KEY_KP_DECIMAL, 313                   },
+        {GLFW_KEY_KP_EQUAL,   314                   },
+        {GLFW_KEY_KP_ENTER,   315                   },
+        {GLFW_KEY_SPACE,      display::KEY_SPACE    },
+        {GLFW_KEY_A,          display::KEY_a        },
+        {GLFW_KEY_COMMA,      display::KEY_COMMA    },
+        {GLFW_KEY_CAPS_LOCK,  -1                    },
+        {GLFW_KEY_UNKNOWN,    -1                    },
+    };
+    for (const auto& [libraryKey, key] : cases) {
+        press(libraryKey);
+        EXPECT_EQ(mA.mKey.key, key) << libraryKey;
+        release(libraryKey);
     }
 }
 

@@ -2,19 +2,18 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_font.h"
 #include "display/dis_immediate.h"
-#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/gl_display.h"
 #include "support/log_capture.h"
 #include "support/picture.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string>
+#include <utility>
 
 namespace zavex::display {
 namespace {
@@ -66,14 +65,12 @@ class FontTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        writeSheet(mFolder + "/sheet.png");
-        mArchives.addArchive(mFolder);
+        writeSheet(mFolder.path("sheet.png"));
+        mArchives.addArchive(mFolder.path(""));
         mDisplay->setArchive(&mArchives);
         mFont.load("sheet.png", false, Vector2f(WIDTH, HEIGHT));
         start();
     }
-
-    void TearDown() override { std::filesystem::remove_all(mFolder); }
 
     void start()
     {
@@ -98,38 +95,29 @@ protected:
         return mDisplay.screenshot();
     }
 
-    std::string mFolder = testing::TempDir() + "cadenza_font_" + std::to_string(getpid());
+    test::TemporaryFolder mFolder;
     am::ArchiveManager mArchives;
     test::GlDisplay mDisplay{WIDTH, HEIGHT};
     Font mFont{&*mDisplay};
 };
 
-struct AdvanceCase {
-    const char* name;
-    const char* text;
-    float expected; // drawing units
-
-    friend void PrintTo(const AdvanceCase& row, std::ostream* out) { *out << row.name; }
-};
-
-constexpr AdvanceCase ADVANCES[] = {
-    {"Empty",                  "",        0.0f },
-    {"RightmostColumnPlusTwo", "I",       5.0f },
-    {"WholeCell",              "L",       17.0f},
-    {"FaintPixelsDoNotCount",  "g",       7.0f },
-    {"JustAboveTheThreshold",  "h",       7.0f },
-    {"EmptyCell",              "x",       2.0f },
-    {"SpaceIsPartOfTheCell",   " ",       6.8f },
-    {"ByteAbove127",           "\xe4",    6.0f },
-    {"LastByte",               "\xff",    2.0f },
-    {"TextIsTheSumOfItsBytes", "I L\xe4", 34.8f},
-};
-
 TEST_F(FontTest, MeasuresTextByTheAdvancesOfItsBytes)
 {
-    for (const AdvanceCase& row : ADVANCES) {
-        EXPECT_FLOAT_EQ(mFont.getLength(row.text, 1.0f), row.expected) << row.name;
-        EXPECT_FLOAT_EQ(mFont.getLength(row.text, 2.5f), row.expected * 2.5f) << row.name;
+    const std::pair<const char*, float> cases[] = {
+        {"",        0.0f },
+        {"I",       5.0f }, // its rightmost column and two more
+        {"L",       17.0f},
+        {"g",       7.0f },
+        {"h",       7.0f },
+        {"x",       2.0f },
+        {" ",       6.8f }, // a part of the cell, whatever is drawn there
+        {"\xe4",    6.0f },
+        {"\xff",    2.0f },
+        {"I L\xe4", 34.8f},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_FLOAT_EQ(mFont.getLength(text, 1.0f), expected) << text;
+        EXPECT_FLOAT_EQ(mFont.getLength(text, 2.5f), expected * 2.5f) << text;
     }
     EXPECT_FLOAT_EQ(mFont.getHeight(), 16.0f);
 }
@@ -152,8 +140,6 @@ struct PlaceCase {
     Vector2f scale;
     float left; // of the L
     float bar;  // left edge of the I's bar
-
-    friend void PrintTo(const PlaceCase& row, std::ostream* out) { *out << row.name; }
 };
 
 // The text is 22 units long; its second cell begins 17 units after the first.
@@ -165,31 +151,30 @@ constexpr PlaceCase PLACES[] = {
     {"ScalesAboutTheOrigin",  Font::ALIGN_RIGHT,  {10, -3, 0}, {2, 2}, -34, 4 },
 };
 
-class Place : public FontTest, public testing::WithParamInterface<PlaceCase> {};
-
-TEST_P(Place, IsWhereTheAlignmentPutsIt)
+TEST_F(FontTest, PlaceIsWhereTheAlignmentPutsIt)
 {
-    const PlaceCase& row = GetParam();
-    const Picture expected = pictureOf([&] {
-        Draw::setColor({0.0f, 1.0f, 0.0f, 1.0f});
-        const float y = row.origin.y;
-        const float scale = row.scale.x;
-        Draw::drawBox(row.left, y - 8 * scale, row.left + 16 * scale, y + 8 * scale, Draw::SOLID);
-        Draw::drawBox(row.bar, y - 6 * scale, row.bar + 2 * scale, y + 6 * scale, Draw::SOLID);
-    });
-    const Picture actual = pictureOf([&] {
-        moveTo(row.origin);
-        mFont.setAlignment(row.alignment);
-        mFont.draw("LI", row.scale, {0.0f, 1.0f, 0.0f, 1.0f});
-    });
-    // Magnified glyphs have soft edges; each texel's middle has its full colour.
-    const bool isMagnified = row.scale.x > 1.0f;
-    EXPECT_TRUE(test::isSamePicture(actual, expected,
-                                    isMagnified ? test::PictureDifference{6.0, 160}
-                                                : test::PictureDifference{}));
+    for (const PlaceCase& row : PLACES) {
+        SCOPED_TRACE(row.name);
+        const Picture expected = pictureOf([&] {
+            Draw::setColor({0.0f, 1.0f, 0.0f, 1.0f});
+            const float y = row.origin.y;
+            const float scale = row.scale.x;
+            Draw::drawBox(row.left, y - 8 * scale, row.left + 16 * scale, y + 8 * scale,
+                          Draw::SOLID);
+            Draw::drawBox(row.bar, y - 6 * scale, row.bar + 2 * scale, y + 6 * scale, Draw::SOLID);
+        });
+        const Picture actual = pictureOf([&] {
+            moveTo(row.origin);
+            mFont.setAlignment(row.alignment);
+            mFont.draw("LI", row.scale, {0.0f, 1.0f, 0.0f, 1.0f});
+        });
+        // Magnified glyphs have soft edges; each texel's middle has its full colour.
+        const bool isMagnified = row.scale.x > 1.0f;
+        EXPECT_TRUE(test::isSamePicture(actual, expected,
+                                        isMagnified ? test::PictureDifference{6.0, 160}
+                                                    : test::PictureDifference{}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Places, Place, testing::ValuesIn(PLACES), test::caseName);
 
 struct BoundsCase {
     const char* name;
@@ -197,8 +182,6 @@ struct BoundsCase {
     Font::Alignment alignment;
     Vector2f scale;
     mathbase::Box2 expected;
-
-    friend void PrintTo(const BoundsCase& row, std::ostream* out) { *out << row.name; }
 };
 
 constexpr BoundsCase BOUNDS[] = {

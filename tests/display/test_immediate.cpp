@@ -3,7 +3,6 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_glinclude.h"
 #include "display/dis_immediate.h"
-#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/gl_display.h"
 #include "support/log_capture.h"
@@ -13,6 +12,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
+#include <utility>
 #include <vector>
 
 namespace zavex::display {
@@ -63,20 +64,26 @@ protected:
     test::GlDisplay mDisplay{WIDTH, HEIGHT};
 };
 
-bool isBlank(const Picture& picture)
-{
-    return std::ranges::all_of(picture.rgb, [](std::uint8_t value) { return value == 0; });
-}
-
 /** Hands vertices to the driver one by one, after the state that was asked for. */
-template <typename Vertices>
-void drawPlainly(GLenum primitive, Vertices vertices)
+void drawPlainly(GLenum primitive, const std::vector<Vector3f>& points)
 {
     Draw::flush();
     const auto color = Immediate::live().color();
     glColor4f(color[0], color[1], color[2], color[3]);
     glBegin(primitive);
-    vertices();
+    for (const Vector3f& point : points)
+        glVertex3fv(point);
+    glEnd();
+}
+
+void drawPlainly(GLenum primitive, std::span<const Draw::Vertex> vertices)
+{
+    Draw::flush();
+    glBegin(primitive);
+    for (const Draw::Vertex& vertex : vertices) {
+        glColor4fv(vertex.color);
+        glVertex3fv(vertex.position);
+    }
     glEnd();
 }
 
@@ -85,20 +92,34 @@ struct ShapeCase {
     const char* name;
     void (*batched)();
     void (*plain)();
-
-    friend void PrintTo(const ShapeCase& shape, std::ostream* out) { *out << shape.name; }
+    void (*prepare)() = [] {};
 };
 
-void plainCircle(GLenum primitive, int points, float radiusX, float radiusY)
+std::vector<Vector3f> rectangle(float x0, float y0, float x1, float y1)
 {
-    drawPlainly(primitive, [&] {
-        if (primitive == GL_TRIANGLE_FAN)
-            glVertex2f(20.0f, 22.0f);
-        for (int k = 0; k < points; ++k) {
-            const float angle = static_cast<float>(k) * 0.19634955f;
-            glVertex2f(20.0f + radiusX * std::cos(angle), 22.0f + radiusY * std::sin(angle));
-        }
-    });
+    return {
+        {x0, y0, 0},
+        {x1, y0, 0},
+        {x1, y1, 0},
+        {x0, y1, 0}
+    };
+}
+
+std::vector<Vector3f> circle(int points, float radiusX, float radiusY)
+{
+    std::vector<Vector3f> found;
+    for (int k = 0; k < points; ++k) {
+        const float angle = static_cast<float>(k) * 0.19634955f;
+        found.emplace_back(20.0f + radiusX * std::cos(angle), 22.0f + radiusY * std::sin(angle), 0);
+    }
+    return found;
+}
+
+std::vector<Vector3f> filledCircle(float radiusX, float radiusY)
+{
+    std::vector<Vector3f> points = circle(33, radiusX, radiusY);
+    points.insert(points.begin(), {20.0f, 22.0f, 0.0f});
+    return points;
 }
 
 /** A camera that sees a box from a corner. */
@@ -114,187 +135,116 @@ void lookFromAbove()
 /** The six sides of the box (-1, -1, -1) to (1, 1.5, 1), counter-clockwise from outside. */
 void plainBox()
 {
-    const float x = 1.0f;
-    const float y = 1.5f;
-    const float z = 1.0f;
-    drawPlainly(GL_QUADS, [&] {
-        // clang-format off
-        const float sides[6][4][3] = {
-            {{x, -1, -z}, {-x, -1, -z}, {-x, y, -z}, {x, y, -z}},
-            {{-x, -1, z}, {x, -1, z}, {x, y, z}, {-x, y, z}},
-            {{-x, -1, -z}, {x, -1, -z}, {x, -1, z}, {-x, -1, z}},
-            {{-x, y, z}, {x, y, z}, {x, y, -z}, {-x, y, -z}},
-            {{-x, -1, -z}, {-x, -1, z}, {-x, y, z}, {-x, y, -z}},
-            {{x, -1, z}, {x, -1, -z}, {x, y, -z}, {x, y, z}},
-        };
-        // clang-format on
-        for (const auto& side : sides)
-            for (const auto& corner : side)
-                glVertex3fv(corner);
+    // clang-format off
+    drawPlainly(GL_QUADS, {
+        {1, -1, -1}, {-1, -1, -1}, {-1, 1.5f, -1}, {1, 1.5f, -1},
+        {-1, -1, 1}, {1, -1, 1}, {1, 1.5f, 1}, {-1, 1.5f, 1},
+        {-1, -1, -1}, {1, -1, -1}, {1, -1, 1}, {-1, -1, 1},
+        {-1, 1.5f, 1}, {1, 1.5f, 1}, {1, 1.5f, -1}, {-1, 1.5f, -1},
+        {-1, -1, -1}, {-1, -1, 1}, {-1, 1.5f, 1}, {-1, 1.5f, -1},
+        {1, -1, 1}, {1, -1, -1}, {1, 1.5f, -1}, {1, 1.5f, 1},
     });
+    // clang-format on
 }
 
 void plainBoxEdges()
 {
-    drawPlainly(GL_LINES, [] {
-        for (const float a : {-1.0f, 1.0f})
-            for (const float b : {-1.0f, 1.0f}) {
-                glVertex3f(-1, a, b), glVertex3f(1, a, b);
-                glVertex3f(a, -1, b), glVertex3f(a, 1, b);
-                glVertex3f(a, b, -1), glVertex3f(a, b, 1);
-            }
-    });
+    std::vector<Vector3f> ends;
+    for (const float a : {-1.0f, 1.0f})
+        for (const float b : {-1.0f, 1.0f})
+            ends.insert(ends.end(),
+                        {
+                            {-1, a,  b },
+                            {1,  a,  b },
+                            {a,  -1, b },
+                            {a,  1,  b },
+                            {a,  b,  -1},
+                            {a,  b,  1 }
+            });
+    drawPlainly(GL_LINES, ends);
 }
 
 /** A path of five vertices, each of its own colour. */
-const std::vector<Draw::Vertex>& path()
-{
-    static const std::vector<Draw::Vertex> vertices = {
-        {{4.5f, 4.5f, 0.0f},   {}, {1.0f, 0.0f, 0.0f, 1.0f}},
-        {{50.5f, 8.5f, 0.0f},  {}, {0.0f, 1.0f, 0.0f, 1.0f}},
-        {{60.5f, 30.5f, 0.0f}, {}, {0.0f, 0.0f, 1.0f, 1.0f}},
-        {{30.5f, 44.5f, 0.0f}, {}, {1.0f, 1.0f, 0.0f, 1.0f}},
-        {{8.5f, 33.5f, 0.0f},  {}, {1.0f, 1.0f, 1.0f, 1.0f}},
-    };
-    return vertices;
-}
+const std::vector<Draw::Vertex> PATH = {
+    {{4.5f, 4.5f, 0.0f},   {}, {1.0f, 0.0f, 0.0f, 1.0f}},
+    {{50.5f, 8.5f, 0.0f},  {}, {0.0f, 1.0f, 0.0f, 1.0f}},
+    {{60.5f, 30.5f, 0.0f}, {}, {0.0f, 0.0f, 1.0f, 1.0f}},
+    {{30.5f, 44.5f, 0.0f}, {}, {1.0f, 1.0f, 0.0f, 1.0f}},
+    {{8.5f, 33.5f, 0.0f},  {}, {1.0f, 1.0f, 1.0f, 1.0f}},
+};
 
-void plainPath(GLenum primitive, std::size_t count)
+template <GLenum PRIMITIVE, std::size_t COUNT>
+void plainPath()
 {
-    drawPlainly(primitive, [&] {
-        for (std::size_t i = 0; i < count; ++i) {
-            glColor4fv(path()[i].color);
-            glVertex3fv(path()[i].position);
-        }
-    });
+    drawPlainly(PRIMITIVE, std::span(PATH).first(COUNT));
 }
 
 // clang-format off
 constexpr ShapeCase SHAPES[] = {
     {"Line", [] { Draw::drawLine(3.5f, 4.5f, 50.5f, 40.5f); },
-     [] {
-         drawPlainly(GL_LINES, [] {
-             glVertex2f(3.5f, 4.5f);
-             glVertex2f(50.5f, 40.5f);
-         });
-     }},
+     [] { drawPlainly(GL_LINES, {{3.5f, 4.5f, 0}, {50.5f, 40.5f, 0}}); }},
     {"WideLineOfItsOwnColour",
      [] {
          Draw::drawLine({3.5f, 4.5f, 0.0f}, {50.5f, 40.5f, 0.0f}, {0, 1, 0, 1}, 5.0f, false, 0);
          Draw::drawLine(3.5f, 40.5f, 50.5f, 4.5f);
      },
      [] {
+         const auto color = Immediate::live().color();
          Draw::setLineWidth(5.0f);
-         drawPlainly(GL_LINES, [] {
-             glColor3f(0, 1, 0);
-             glVertex2f(3.5f, 4.5f);
-             glVertex2f(50.5f, 40.5f);
-         });
+         Draw::setColor(0, 1, 0, 1);
+         drawPlainly(GL_LINES, {{3.5f, 4.5f, 0}, {50.5f, 40.5f, 0}});
          Draw::setLineWidth(1.0f);
-         drawPlainly(GL_LINES, [] {
-             glVertex2f(3.5f, 40.5f);
-             glVertex2f(50.5f, 4.5f);
-         });
+         Draw::setColor(color[0], color[1], color[2], color[3]);
+         drawPlainly(GL_LINES, {{3.5f, 40.5f, 0}, {50.5f, 4.5f, 0}});
      }},
     {"DashesBeginAndEndTheLine",
      [] { Draw::drawLine({2, 4.5f, 0}, {52, 4.5f, 0}, {1, 1, 1, 1}, 1.0f, true, 3); },
      [] {
-         drawPlainly(GL_LINES, [] {
-             glColor3f(1, 1, 1);
-             for (const float x : {2.0f, 22.0f, 42.0f}) {
-                 glVertex2f(x, 4.5f);
-                 glVertex2f(x + 10.0f, 4.5f);
-             }
-         });
+         Draw::setColor(1.0f);
+         drawPlainly(GL_LINES, {{2, 4.5f, 0}, {12, 4.5f, 0}, {22, 4.5f, 0}, {32, 4.5f, 0},
+                                {42, 4.5f, 0}, {52, 4.5f, 0}});
      }},
     {"SolidRectangle", [] { Draw::drawBox(3.0f, 4.0f, 30.0f, 20.0f, Draw::SOLID); },
-     [] {
-         drawPlainly(GL_QUADS, [] {
-             glVertex2f(3, 4), glVertex2f(30, 4), glVertex2f(30, 20), glVertex2f(3, 20);
-         });
-     }},
+     [] { drawPlainly(GL_QUADS, rectangle(3, 4, 30, 20)); }},
     {"WireRectangle", [] { Draw::drawBox(3.5f, 4.5f, 30.5f, 20.5f, Draw::WIRE); },
-     [] {
-         drawPlainly(GL_LINE_LOOP, [] {
-             glVertex2f(3.5f, 4.5f), glVertex2f(30.5f, 4.5f);
-             glVertex2f(30.5f, 20.5f), glVertex2f(3.5f, 20.5f);
-         });
-     }},
+     [] { drawPlainly(GL_LINE_LOOP, rectangle(3.5f, 4.5f, 30.5f, 20.5f)); }},
     {"SolidCircle", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, Draw::SOLID); },
-     [] { plainCircle(GL_TRIANGLE_FAN, 33, 18.0f, 18.0f); }},
+     [] { drawPlainly(GL_TRIANGLE_FAN, filledCircle(18.0f, 18.0f)); }},
     {"WireCircle", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, Draw::WIRE); },
-     [] { plainCircle(GL_LINE_LOOP, 32, 18.0f, 18.0f); }},
+     [] { drawPlainly(GL_LINE_LOOP, circle(32, 18.0f, 18.0f)); }},
     {"Ellipse", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, 7.0f, Draw::SOLID); },
-     [] { plainCircle(GL_TRIANGLE_FAN, 33, 18.0f, 7.0f); }},
-    {"SolidBox",
+     [] { drawPlainly(GL_TRIANGLE_FAN, filledCircle(18.0f, 7.0f)); }},
+    {"SolidBox", [] { Draw::drawBox({-1.0f, -1.0f, -1.0f}, {1.0f, 1.5f, 1.0f}); }, plainBox,
      [] {
          lookFromAbove();
          Draw::setBlending(true); // every side shows through the others
          Draw::setColor(0.6f, 0.4f, 0.2f, 0.4f);
-         Draw::drawBox({-1.0f, -1.0f, -1.0f}, {1.0f, 1.5f, 1.0f});
-     },
-     [] {
-         lookFromAbove();
-         Draw::setBlending(true);
-         Draw::setColor(0.6f, 0.4f, 0.2f, 0.4f);
-         plainBox();
      }},
     {"BoxAroundItsCentreFacesOutwards",
+     [] { Draw::drawBoxAround({0.0f, 0.25f, 0.0f}, {1.0f, 1.25f, 1.0f}); }, plainBox,
      [] {
          lookFromAbove();
          Draw::setFaceCulling(true);
          Draw::setBlending(true);
-         Draw::drawBoxAround({0.0f, 0.25f, 0.0f}, {1.0f, 1.25f, 1.0f});
-     },
-     [] {
-         lookFromAbove();
-         Draw::setFaceCulling(true);
-         Draw::setBlending(true);
-         plainBox();
      }},
     {"BoxOfSixFloatsHidesItsFarSides",
+     [] { Draw::drawBox(-1.0f, -1.0f, -1.0f, 1.0f, 1.5f, 1.0f); }, plainBox,
      [] {
          lookFromAbove();
          Draw::setFaceCulling(true);
          Draw::setFrontFace(Winding::CLOCKWISE);
-         Draw::drawBox(-1.0f, -1.0f, -1.0f, 1.0f, 1.5f, 1.0f);
-     },
-     [] {
-         lookFromAbove();
-         Draw::setFaceCulling(true);
-         Draw::setFrontFace(Winding::CLOCKWISE);
-         plainBox();
      }},
-    {"WireBox",
-     [] {
-         lookFromAbove();
-         Draw::drawBoxWireAround({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f});
-     },
-     [] {
-         lookFromAbove();
-         plainBoxEdges();
-     }},
-    {"Points",
-     [] {
-         Draw::setPointSize(5.0f);
-         Draw::drawPoints(path().data(), 5);
-     },
-     [] {
-         Draw::setPointSize(5.0f);
-         plainPath(GL_POINTS, 5);
-     }},
-    {"LinesLeaveOutAHalfOne", [] { Draw::drawLines(path().data(), 5); },
-     [] { plainPath(GL_LINES, 4); }},
-    {"TrianglesLeaveOutAPart", [] { Draw::drawTriangles(path().data(), 5); },
-     [] { plainPath(GL_TRIANGLES, 3); }},
-    {"QuadWithGradient", [] { Draw::drawQuads(path().data(), 5); },
-     [] { plainPath(GL_QUADS, 4); }},
-    {"LineStrip", [] { Draw::drawLineStrip(path().data(), 5); },
-     [] { plainPath(GL_LINE_STRIP, 5); }},
-    {"LineLoop", [] { Draw::drawLineLoop(path().data(), 5); },
-     [] { plainPath(GL_LINE_LOOP, 5); }},
-    {"TriangleFan", [] { Draw::drawTriangleFan(path().data(), 5); },
-     [] { plainPath(GL_TRIANGLE_FAN, 5); }},
+    {"WireBox", [] { Draw::drawBoxWireAround({0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}); },
+     plainBoxEdges, lookFromAbove},
+    {"Points", [] { Draw::drawPoints(PATH.data(), 5); }, plainPath<GL_POINTS, 5>,
+     [] { Draw::setPointSize(5.0f); }},
+    {"LinesLeaveOutAHalfOne", [] { Draw::drawLines(PATH.data(), 5); }, plainPath<GL_LINES, 4>},
+    {"TrianglesLeaveOutAPart", [] { Draw::drawTriangles(PATH.data(), 5); },
+     plainPath<GL_TRIANGLES, 3>},
+    {"QuadWithGradient", [] { Draw::drawQuads(PATH.data(), 5); }, plainPath<GL_QUADS, 4>},
+    {"LineStrip", [] { Draw::drawLineStrip(PATH.data(), 5); }, plainPath<GL_LINE_STRIP, 5>},
+    {"LineLoop", [] { Draw::drawLineLoop(PATH.data(), 5); }, plainPath<GL_LINE_LOOP, 5>},
+    {"TriangleFan", [] { Draw::drawTriangleFan(PATH.data(), 5); }, plainPath<GL_TRIANGLE_FAN, 5>},
     {"StatesHoldForWhatFollowsThem",
      [] {
          Draw::drawBox(0, 0, 64, 24, Draw::SOLID);
@@ -311,7 +261,7 @@ constexpr ShapeCase SHAPES[] = {
          Draw::drawBox(0, 0, 64, 48, Draw::SOLID);
      },
      [] {
-         const auto rectangle = [](float x0, float y0, float x1, float y1) {
+         const auto fill = [](float x0, float y0, float x1, float y1) {
              glBegin(GL_QUADS);
              glVertex2f(x0, y0), glVertex2f(x1, y0), glVertex2f(x1, y1), glVertex2f(x0, y1);
              glEnd();
@@ -319,18 +269,18 @@ constexpr ShapeCase SHAPES[] = {
          Draw::flush();
          glPushAttrib(GL_ALL_ATTRIB_BITS);
          glColor4f(1.0f, 0.4f, 0.2f, 1.0f);
-         rectangle(0, 0, 64, 24);
+         fill(0, 0, 64, 24);
          glEnable(GL_BLEND);
          glBlendFunc(GL_ONE, GL_ONE);
          glColor4f(0.25f, 0.25f, 0.25f, 1.0f);
-         rectangle(8, 8, 40, 40);
+         fill(8, 8, 40, 40);
          glBlendEquation(GL_FUNC_REVERSE_SUBTRACT);
-         rectangle(30, 10, 60, 30);
+         fill(30, 10, 60, 30);
          glDisable(GL_BLEND);
          glScissor(10, 12, 5, 6);
          glEnable(GL_SCISSOR_TEST);
          glColor3f(0, 0, 1);
-         rectangle(0, 0, 64, 48);
+         fill(0, 0, 64, 48);
          glPopAttrib();
      }},
     {"DepthTestAndDepthWriting",
@@ -344,42 +294,39 @@ constexpr ShapeCase SHAPES[] = {
          Draw::drawBox({15, 5, 0.7f}, {40, 25, 0.7f});
      },
      [] {
-         Draw::flush();
-         const auto rectangle = [](float x0, float y0, float x1, float y1) {
-             drawPlainly(GL_QUADS, [&] {
-                 glVertex2f(x0, y0), glVertex2f(x1, y0), glVertex2f(x1, y1), glVertex2f(x0, y1);
-             });
-         };
          // z grows towards the far plane: the later ones only show where nothing nearer was kept.
-         rectangle(0, 0, 20, 20);
+         drawPlainly(GL_QUADS, rectangle(0, 0, 20, 20));
          Draw::setColor(0.5f);
-         rectangle(10, 10, 30, 30);
+         drawPlainly(GL_QUADS, rectangle(10, 10, 30, 30));
          Draw::setColor(1.0f);
-         rectangle(20, 5, 40, 25);
-         rectangle(15, 20, 20, 25);
+         drawPlainly(GL_QUADS, rectangle(20, 5, 40, 25));
+         drawPlainly(GL_QUADS, rectangle(15, 20, 20, 25));
      }},
 };
 
 // clang-format on
 
-class SamePixels : public ImmediateTest, public testing::WithParamInterface<ShapeCase> {};
-
-TEST_P(SamePixels, AsVertexByVertex)
+TEST_F(ImmediateTest, SamePixelsAsVertexByVertex)
 {
-    const Picture plain = pictureOf(GetParam().plain);
-    ASSERT_FALSE(isBlank(plain));
-    EXPECT_TRUE(test::isSamePicture(pictureOf(GetParam().batched), plain, {}));
+    for (const ShapeCase& row : SHAPES) {
+        SCOPED_TRACE(row.name);
+        const auto prepared = [&](void (*draw)()) {
+            return pictureOf([&] {
+                row.prepare();
+                draw();
+            });
+        };
+        const Picture plain = prepared(row.plain);
+        EXPECT_FALSE(test::isBlack(plain));
+        EXPECT_TRUE(test::isSamePicture(prepared(row.batched), plain, {}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Shapes, SamePixels, testing::ValuesIn(SHAPES), test::caseName);
 
 /** What comes between two rectangles, and how many arrays the driver gets for it all. */
 struct ArrayCase {
     const char* name;
     void (*between)();
     unsigned long expected;
-
-    friend void PrintTo(const ArrayCase& row, std::ostream* out) { *out << row.name; }
 };
 
 // clang-format off
@@ -410,23 +357,18 @@ constexpr ArrayCase ARRAYS[] = {
 
 // clang-format on
 
-class Arrays : public ImmediateTest, public testing::WithParamInterface<ArrayCase> {};
-
-TEST_P(Arrays, AreAsFewAsTheStatesAllow)
+TEST_F(ImmediateTest, ArraysAreAsFewAsTheStatesAllow)
 {
-    EXPECT_EQ(arraysOf([] {
-                  Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
-                  GetParam().between();
-                  Draw::drawBox(2, 2, 6, 6, Draw::SOLID);
-              }),
-              GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, Arrays, testing::ValuesIn(ARRAYS), test::caseName);
-
-TEST_F(ImmediateTest, FlushesBeforeTheWindowIsRead)
-{
-    EXPECT_FALSE(isBlank(pictureOf([] { Draw::drawBox(1, 1, 5, 5, Draw::SOLID); })));
+    for (const ArrayCase& row : ARRAYS) {
+        SCOPED_TRACE(row.name);
+        start();
+        EXPECT_EQ(arraysOf([&] {
+                      Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
+                      row.between();
+                      Draw::drawBox(2, 2, 6, 6, Draw::SOLID);
+                  }),
+                  row.expected);
+    }
 }
 
 /** Shapes of more vertices than an array holds: every third vertex is far from the others. */
@@ -441,14 +383,7 @@ TEST_F(ImmediateTest, SplitsShapesThatAreLongerThanAnArray)
         vertex.color = Vector4f(angle / 6.0f, 1, 1, 1);
     }
     const auto plain = [&](GLenum primitive) {
-        return pictureOf([&] {
-            drawPlainly(primitive, [&] {
-                for (const Draw::Vertex& vertex : many) {
-                    glColor4fv(vertex.color);
-                    glVertex3fv(vertex.position);
-                }
-            });
-        });
+        return pictureOf([&] { drawPlainly(primitive, std::span(std::as_const(many))); });
     };
     const auto batched = [&](void (*draw)(const Draw::Vertex*, std::size_t)) {
         return pictureOf([&] { draw(many.data(), many.size()); });
@@ -543,45 +478,34 @@ am::Image quarters()
     return image;
 }
 
-struct EyeCase {
-    const char* name;
-    Vector3f eye;
-
-    friend void PrintTo(const EyeCase& row, std::ostream* out) { *out << row.name; }
-};
-
-constexpr EyeCase EYES[] = {
-    {"Front", {0, 0, 5} },
-    {"Back",  {0, 0, -5}},
-    {"Left",  {-5, 0, 0}},
-    {"Right", {5, 0, 0} },
-};
-
-class TexturedBox : public ImmediateTest, public testing::WithParamInterface<EyeCase> {};
-
-TEST_P(TexturedBox, ShowsTheWholePictureUprightOnEachSide)
+TEST_F(ImmediateTest, TexturedBoxShowsTheWholePictureUprightOnEachSide)
 {
     am::Image image = quarters();
     Texture* const texture = mDisplay->createTexture(image, Texture::TextureDeclaration{});
-    const Picture picture = pictureOf([&] {
-        lookFromAbove();
-        DisplayObsolete camera;
-        camera.setCamera(GetParam().eye, {0, 0, 0}, 0.0f);
-        mDisplay->setTexture(texture, 0);
-        Draw::setTexturing(true);
-        Draw::setFaceCulling(true);
-        Draw::setColor(1.0f);
-        Draw::drawBoxTex({-1, -1, -1}, {1, 1, 1});
-    });
+    for (const Vector3f& eye : {
+             Vector3f(0, 0, 5), {0,  0, -5},
+                {-5, 0, 0 },
+                {5,  0, 0 }
+    }) {
+        SCOPED_TRACE(testing::Message() << eye.x << " " << eye.z);
+        const Picture picture = pictureOf([&] {
+            lookFromAbove();
+            DisplayObsolete camera;
+            camera.setCamera(eye, {0, 0, 0}, 0.0f);
+            mDisplay->setTexture(texture, 0);
+            Draw::setTexturing(true);
+            Draw::setFaceCulling(true);
+            Draw::setColor(1.0f);
+            Draw::drawBoxTex({-1, -1, -1}, {1, 1, 1});
+        });
+
+        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 - 6), 0xff0000u);
+        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 - 6), 0x00ff00u);
+        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 + 6), 0x0000ffu);
+        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 + 6), 0xffffffu);
+    }
     mDisplay->destroy(texture);
-
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 - 6), 0xff0000u);
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 - 6), 0x00ff00u);
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 + 6), 0x0000ffu);
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 + 6), 0xffffffu);
 }
-
-INSTANTIATE_TEST_SUITE_P(Sides, TexturedBox, testing::ValuesIn(EYES), test::caseName);
 
 TEST(ImmediateWithoutDisplay, IsAnError)
 {
@@ -589,38 +513,25 @@ TEST(ImmediateWithoutDisplay, IsAnError)
     EXPECT_EQ(test::thrownMessage([] { Draw::drawLine(0, 0, 1, 1); }), "display");
 }
 
-struct ColorCase {
-    const char* name;
-    const char* text;
-    Vector4f expected;
-
-    friend void PrintTo(const ColorCase& row, std::ostream* out) { *out << row.name; }
-};
-
-constexpr ColorCase COLORS[] = {
-    {"EmptyIsOpaqueBlack",        "",           {0, 0, 0, 1}                            },
-    {"Green",                     "00ff00",     {0, 1, 0, 1}                            },
-    {"EitherCase",                "Ff8000",     {1, 0.50196f, 0, 1}                     },
-    {"WithAlpha",                 "ff800080",   {1, 0.50196f, 0, 0.50196f}              },
-    {"MissingLowDigit",           "f",          {0.94118f, 0, 0, 1}                     },
-    {"ShortNotationIsNoNotation", "fff",        {1, 0.94118f, 0, 1}                     },
-    {"LeadingMarkCountsAsADigit", "#ff8000",    {0.05882f, 0.97255f, 0, 0}              },
-    {"CharactersThatAreNoDigits", "g1/a:F@1",   {0.00392f, 0.03922f, 0.05882f, 0.00392f}},
-    {"MoreThanFourComponents",    "0000000012", {0, 0, 0, 0}                            },
-};
-
-class HexColor : public testing::TestWithParam<ColorCase> {};
-
-TEST_P(HexColor, IsReadDigitByDigit)
+TEST(HexColor, IsReadDigitByDigit)
 {
-    const Vector4f color = Draw::hex2vec(GetParam().text);
-    EXPECT_NEAR(color.x, GetParam().expected.x, 5e-6f);
-    EXPECT_NEAR(color.y, GetParam().expected.y, 5e-6f);
-    EXPECT_NEAR(color.z, GetParam().expected.z, 5e-6f);
-    EXPECT_NEAR(color.w, GetParam().expected.w, 5e-6f);
+    const std::pair<const char*, Vector4f> cases[] = {
+        {"",           {0, 0, 0, 1}                            },
+        {"00ff00",     {0, 1, 0, 1}                            },
+        {"Ff8000",     {1, 0.50196f, 0, 1}                     },
+        {"ff800080",   {1, 0.50196f, 0, 0.50196f}              },
+        {"f",          {0.94118f, 0, 0, 1}                     },
+        {"fff",        {1, 0.94118f, 0, 1}                     },
+        {"#ff8000",    {0.05882f, 0.97255f, 0, 0}              },
+        {"g1/a:F@1",   {0.00392f, 0.03922f, 0.05882f, 0.00392f}},
+        {"0000000012", {0, 0, 0, 0}                            },
+    };
+    for (const auto& [text, expected] : cases) {
+        const Vector4f color = Draw::hex2vec(text);
+        for (int i = 0; i < 4; ++i)
+            EXPECT_NEAR(color[i], expected[i], 5e-6f) << text << " " << i;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Texts, HexColor, testing::ValuesIn(COLORS), test::caseName);
 
 } // namespace
 } // namespace zavex::display

@@ -1,10 +1,9 @@
 #include "support/picture.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace zavex::test {
 namespace {
@@ -17,15 +16,8 @@ Picture grey(int width, int height, std::uint8_t level)
 
 class PictureTest : public testing::Test {
 protected:
-    void SetUp() override { std::filesystem::remove_all(mFolder); }
-    void TearDown() override
-    {
-        unsetenv("CADENZA_UPDATE_PICTURES");
-        std::filesystem::remove_all(mFolder);
-    }
-
-    std::string mFolder = testing::TempDir() + "cadenza_pictures_" + std::to_string(getpid());
-    PictureFolders mFolders{mFolder + "/stored", mFolder + "/actual"};
+    TemporaryFolder mFolder;
+    PictureFolders mFolders{mFolder.path("stored"), mFolder.path("actual")};
 };
 
 TEST_F(PictureTest, MeasuresTheWorstChannel)

@@ -24,10 +24,9 @@ class Shaders : public AssetsTest {
 protected:
     Shaders()
     {
-        writeText("plain.vert", PLAIN_VERTEX);
-        writeText("colour.frag", "uniform vec4 colour;\n"
-                                 "void main() { gl_FragColor = colour; }\n");
-        writeText("defined.frag", "void main() { gl_FragColor = vec4(LEVEL, 0.0, EXTRA, 1.0); }\n");
+        mFolder.write("plain.vert", PLAIN_VERTEX);
+        mFolder.write("colour.frag", "uniform vec4 colour;\n"
+                                     "void main() { gl_FragColor = colour; }\n");
     }
 
     /** What a program with a pixel file fills the window with, as 0xRRGGBB. */
@@ -97,45 +96,27 @@ TEST_F(Shaders, AUniformChangesOnlyWhatIsDrawnAfterIt)
     shader->destroy();
 }
 
-TEST_F(Shaders, DefinesStandInFrontOfTheFileInTheOrderOfTheirNames)
+TEST_F(Shaders, DefinesStandInFrontOfTheFileInTheOrderOfTheirNamesFromTheNextCompilationOn)
 {
-    // Each line only means something after the one before.
-    writeText("ordered.frag", "void main() { gl_FragColor = vec4(B, 0.0, 0.0, 1.0); }");
-    ShaderSource* const pixel = mDisplay.createPixelShader("ordered.frag", false);
-    pixel->setDefine("B", "A.0\n#ifndef A\n#error B came first\n#endif\n#undef B\n#define B 1.0");
-    pixel->setDefine("A", "1");
-    EXPECT_EQ(pixel->getType(), ShaderSource::SHADER_PIXEL);
-    Shader* const shader = mDisplay.createShader(nullptr);
-    ShaderSource* const vertex = mDisplay.createVertexShader("plain.vert", false);
-    EXPECT_EQ(vertex->getType(), ShaderSource::SHADER_VERTEX);
-    shader->attach(vertex);
-    shader->attach(pixel);
-    EXPECT_EQ(drawnBy(shader), 0xff0000u);
-
-    const GLuint handle = static_cast<display::ShaderSource_GL*>(pixel)->getHandle();
-    std::string source(1024, '\0');
-    GLsizei length = 0;
-    glGetShaderSource(handle, 1024, &length, source.data());
-    source.resize(static_cast<std::size_t>(length));
-    EXPECT_EQ(source.find("#define A 1\n#define B A.0\n"), 0u);
-    EXPECT_TRUE(
-        source.ends_with("#define B 1.0\nvoid main() { gl_FragColor = vec4(B, 0.0, 0.0, 1.0); }"))
-        << source;
-    pixel->destroy();
-    vertex->destroy();
-    shader->destroy();
-}
-
-TEST_F(Shaders, ADefineTakesEffectAtTheNextCompilation)
-{
+    const std::string file = "void main() { gl_FragColor = vec4(LEVEL, 0.0, EXTRA, 1.0); }";
+    mFolder.write("defined.frag", file);
     ShaderSource* const vertex = mDisplay.createVertexShader("plain.vert", false);
     ShaderSource* const pixel = mDisplay.createPixelShader("defined.frag", false);
+    EXPECT_EQ(vertex->getType(), ShaderSource::SHADER_VERTEX);
+    EXPECT_EQ(pixel->getType(), ShaderSource::SHADER_PIXEL);
     pixel->setDefine("LEVEL", "1.0");
     pixel->setDefine("EXTRA", "0.0");
     Shader* const shader = mDisplay.createShader(nullptr);
     shader->attach(vertex);
     shader->attach(pixel);
     EXPECT_EQ(drawnBy(shader), 0xff0000u);
+    std::string source(1024, '\0');
+    GLsizei length = 0;
+    glGetShaderSource(static_cast<display::ShaderSource_GL*>(pixel)->getHandle(), 1024, &length,
+                      source.data());
+    source.resize(static_cast<std::size_t>(length));
+    EXPECT_EQ(source, "#define EXTRA 0.0\n#define LEVEL 1.0\n" + file);
+
     pixel->setDefine("EXTRA", "1.0");
     EXPECT_EQ(drawnBy(shader), 0xff0000u);
     loseAndRestore();
@@ -147,12 +128,12 @@ TEST_F(Shaders, ADefineTakesEffectAtTheNextCompilation)
 
 TEST_F(Shaders, AttributesAreBoundAsTheVertexDefinitionSays)
 {
-    writeText("bound.vert", "attribute vec3 color;\n"
-                            "attribute vec4 position;\n"
-                            "varying vec3 shade;\n"
-                            "void main() { shade = color; gl_Position = position; }\n");
-    writeText("bound.frag", "varying vec3 shade;\n"
-                            "void main() { gl_FragColor = vec4(shade, 1.0); }\n");
+    mFolder.write("bound.vert", "attribute vec3 color;\n"
+                                "attribute vec4 position;\n"
+                                "varying vec3 shade;\n"
+                                "void main() { shade = color; gl_Position = position; }\n");
+    mFolder.write("bound.frag", "varying vec3 shade;\n"
+                                "void main() { gl_FragColor = vec4(shade, 1.0); }\n");
     VertexDef definition{28};
     definition.addAttribute({0, "position", 0, Variable::TYPE_FLOAT, 4});
     definition.addAttribute({3, "color", 16, Variable::TYPE_FLOAT, 3});
@@ -180,20 +161,20 @@ TEST_F(Shaders, AttributesAreBoundAsTheVertexDefinitionSays)
 
 TEST_F(Shaders, UniformsAreSetAndListedByType)
 {
-    writeText("all.frag",
-              "uniform int number;\n"
-              "uniform float single;\n"
-              "uniform vec2 pair;\n"
-              "uniform vec3 triples[2];\n"
-              "uniform mat4 matrix;\n"
-              "uniform bvec2 flags;\n"
-              "uniform sampler2D picture;\n"
-              "void main() {\n"
-              "    vec4 corner = matrix * vec4(0.0, 0.0, 0.0, 1.0);\n"
-              "    float sum = float(number) + single + pair.x + pair.y +\n"
-              "        triples[1].z + corner.x + float(flags.x);\n"
-              "    gl_FragColor = vec4(sum, texture2D(picture, vec2(0.0)).r, 0.0, 1.0);\n"
-              "}\n");
+    mFolder.write("all.frag",
+                  "uniform int number;\n"
+                  "uniform float single;\n"
+                  "uniform vec2 pair;\n"
+                  "uniform vec3 triples[2];\n"
+                  "uniform mat4 matrix;\n"
+                  "uniform bvec2 flags;\n"
+                  "uniform sampler2D picture;\n"
+                  "void main() {\n"
+                  "    vec4 corner = matrix * vec4(0.0, 0.0, 0.0, 1.0);\n"
+                  "    float sum = float(number) + single + pair.x + pair.y +\n"
+                  "        triples[1].z + corner.x + float(flags.x);\n"
+                  "    gl_FragColor = vec4(sum, texture2D(picture, vec2(0.0)).r, 0.0, 1.0);\n"
+                  "}\n");
     Shader* const shader = mDisplay.createShader("plain.vert", "all.frag", nullptr);
     const int number = 3;
     const float single = -2.0f;
@@ -237,21 +218,21 @@ TEST_F(Shaders, FailuresNameTheFilesAndLeaveTheProgramToBeTriedAgain)
     Shader* const missing = mDisplay.createShader("plain.vert", "absent.frag", nullptr);
     const std::string message = useMessage(missing);
     EXPECT_EQ(message.find("Display::Resource; File 'absent.frag' could not be read"), 0u);
-    EXPECT_NE(message.find(mFolder), std::string::npos) << message;
+    EXPECT_NE(message.find(mFolder.path().string()), std::string::npos) << message;
 
-    writeText("broken.frag", "void main() { nonsense }");
+    mFolder.write("broken.frag", "void main() { nonsense }");
     Shader* const broken = mDisplay.createShader("plain.vert", "broken.frag", nullptr);
     EXPECT_EQ(useMessage(broken).find("Could not compile 'broken.frag'.\nCompile message:\n"), 0u);
     EXPECT_GT(useMessage(broken).size(), 60u) << "the driver says why";
 
-    writeText("calling.frag", "void absent();\nvoid main() { absent(); }");
+    mFolder.write("calling.frag", "void absent();\nvoid main() { absent(); }");
     Shader* const unlinked = mDisplay.createShader("plain.vert", "calling.frag", nullptr);
     const std::string linkMessage = useMessage(unlinked);
     EXPECT_EQ(linkMessage.find("Could not link.\n\nLink message:\n"), 0u);
     EXPECT_NE(linkMessage.find("plain.vert, calling.frag"), std::string::npos) << linkMessage;
     EXPECT_TRUE(unlinked->isDisposed());
 
-    writeText("broken.frag", "void main() { gl_FragColor = vec4(1.0); }");
+    mFolder.write("broken.frag", "void main() { gl_FragColor = vec4(1.0); }");
     EXPECT_EQ(drawnBy(broken), 0xffffffu);
 
     mDisplay.setArchive(nullptr);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 namespace zavex::test {
 
@@ -180,7 +181,7 @@ TEST_F(Textures, RestoredOnesLookTheSame)
     EXPECT_FALSE(fromFile->isDisposed() || fromImage->isDisposed());
     EXPECT_TRUE(isSamePicture(shown(fromFile), before, {0.0, 0}));
 
-    removeFile("corners.png");
+    std::filesystem::remove(mFolder.path("corners.png"));
     mDisplay.disposeResources();
     EXPECT_EQ(thrownMessage([&] { mDisplay.restoreResources(); }).find("Display::Resource; Could"),
               0u);
@@ -235,15 +236,8 @@ TEST_F(Textures, MipmapsFollowWhatIsDrawnIntoLevelZero)
     texture->destroy();
 }
 
-struct RefusedTexture {
-    const char* name;
-    Declaration declaration;
-    const char* message;
-    friend void PrintTo(const RefusedTexture& refused, std::ostream* out) { *out << refused.name; }
-};
-
 constexpr Declaration declared(int width, Texture::Channels channels, Texture::ChannelFormat format,
-                               Texture::Target target)
+                               Texture::Target target = Texture::TARGET_2D)
 {
     Declaration declaration;
     declaration.width = width;
@@ -254,59 +248,43 @@ constexpr Declaration declared(int width, Texture::Channels channels, Texture::C
     return declaration;
 }
 
-constexpr const char* NO_FORMAT = "Unknown mFormatGL for texture";
-
-constexpr RefusedTexture REFUSED_TEXTURES[] = {
-    {"Alpha",    declared(4,  Texture::CHAN_ALPHA, Texture::FORMAT_UINT8,  Texture::TARGET_2D),
-     NO_FORMAT                                             },
-    {"RgbOf24",  declared(4,  Texture::CHAN_RGB,   Texture::FORMAT_UINT24, Texture::TARGET_2D),
-     NO_FORMAT                                             },
-    {"DepthOf8", declared(4,  Texture::CHAN_DEPTH, Texture::FORMAT_UINT8,  Texture::TARGET_2D),
-     NO_FORMAT                                             },
-    {"DepthHdr", declared(4,  Texture::CHAN_DEPTH, Texture::FORMAT_HDR,    Texture::TARGET_2D),
-     NO_FORMAT                                             },
-    {"NoSize",   declared(-1, Texture::CHAN_RGB,   Texture::FORMAT_UINT8,  Texture::TARGET_2D),
-     "mDecl.width!=-1 && mDecl.height!=-1"                 },
-    {"ZeroSize", declared(0,  Texture::CHAN_RGB,   Texture::FORMAT_UINT8,  Texture::TARGET_2D),
-     "Texture_GL; Can not create a texture of 0 x 4 texels"},
-    {"Cube",     declared(4,  Texture::CHAN_RGB,   Texture::FORMAT_UINT8,  Texture::TARGET_CUBE),
-     "mDecl.target!=Texture::TARGET_CUBE"                  },
-    {"Solid",    declared(4,  Texture::CHAN_RGB,   Texture::FORMAT_UINT8,  Texture::TARGET_3D),
-     "mDecl.target==Texture::TARGET_2D"                    },
-};
-
 TEST_F(Textures, WhatCannotBeBuiltIsRefusedByName)
 {
-    for (const RefusedTexture& refused : REFUSED_TEXTURES)
-        EXPECT_EQ(thrownMessage([&] {
-                      Texture* const texture = mDisplay.createTexture(refused.declaration);
-                      mDisplay.setTexture(texture, 0);
-                  }),
-                  refused.message)
-            << refused.name;
+    using T = Texture;
+    const auto refusal = [this](const Declaration& declaration) {
+        return thrownMessage([&] { mDisplay.setTexture(mDisplay.createTexture(declaration), 0); });
+    };
+    for (const auto& [channels, format] :
+         {std::pair(T::CHAN_ALPHA, T::FORMAT_UINT8), std::pair(T::CHAN_RGB, T::FORMAT_UINT24),
+          std::pair(T::CHAN_DEPTH, T::FORMAT_UINT8), std::pair(T::CHAN_DEPTH, T::FORMAT_HDR)})
+        EXPECT_EQ(refusal(declared(4, channels, format)), "Unknown mFormatGL for texture")
+            << channels;
+    EXPECT_EQ(refusal(declared(-1, T::CHAN_RGB, T::FORMAT_UINT8)),
+              "mDecl.width!=-1 && mDecl.height!=-1");
+    EXPECT_EQ(refusal(declared(0, T::CHAN_RGB, T::FORMAT_UINT8)),
+              "Texture_GL; Can not create a texture of 0 x 4 texels");
+    EXPECT_EQ(refusal(declared(4, T::CHAN_RGB, T::FORMAT_UINT8, T::TARGET_CUBE)),
+              "mDecl.target!=Texture::TARGET_CUBE");
+    EXPECT_EQ(refusal(declared(4, T::CHAN_RGB, T::FORMAT_UINT8, T::TARGET_3D)),
+              "mDecl.target==Texture::TARGET_2D");
 }
 
 TEST_F(Textures, EveryFormatOfTheTableCanBeBuilt)
 {
-    constexpr Texture::Channels COLOURS[] = {Texture::CHAN_RGB, Texture::CHAN_RGBA,
-                                             Texture::CHAN_LA};
-    constexpr Texture::ChannelFormat FORMATS[] = {Texture::FORMAT_UINT8, Texture::FORMAT_UINT16,
-                                                  Texture::FORMAT_F16, Texture::FORMAT_F32,
-                                                  Texture::FORMAT_HDR};
-    constexpr Texture::ChannelFormat DEPTHS[] = {Texture::FORMAT_UINT16, Texture::FORMAT_UINT24,
-                                                 Texture::FORMAT_UINT32};
     const auto build = [this](Texture::Channels channels, Texture::ChannelFormat format) {
-        Declaration declaration = declared(4, channels, format, Texture::TARGET_2D);
+        Declaration declaration = declared(4, channels, format);
         declaration.useMipmaps = false;
         Texture* const texture = mDisplay.createTexture(declaration);
         EXPECT_NO_THROW(mDisplay.setTexture(texture, 0)) << channels << " " << format;
         texture->destroy();
     };
-    for (const auto channels : COLOURS)
-        for (const auto format : FORMATS)
+    using T = Texture;
+    for (const auto channels : {T::CHAN_RGB, T::CHAN_RGBA, T::CHAN_LA})
+        for (const auto format :
+             {T::FORMAT_UINT8, T::FORMAT_UINT16, T::FORMAT_F16, T::FORMAT_F32, T::FORMAT_HDR})
             build(channels, format);
-    for (const auto format : DEPTHS)
-        build(Texture::CHAN_DEPTH, format);
+    for (const auto format : {T::FORMAT_UINT16, T::FORMAT_UINT24, T::FORMAT_UINT32})
+        build(T::CHAN_DEPTH, format);
 }
 
 TEST_F(Textures, MissingFilesAndArchivesAreNamedAtTheFirstUse)
@@ -316,9 +294,9 @@ TEST_F(Textures, MissingFilesAndArchivesAreNamedAtTheFirstUse)
     EXPECT_EQ(missing.find("Display::Resource; Could not read (or decode) image 'absent.png' "
                            "(am msg was 'loadImage, File not found (absent.png)')"),
               0u);
-    EXPECT_NE(missing.find(mFolder), std::string::npos) << missing;
+    EXPECT_NE(missing.find(mFolder.path().string()), std::string::npos) << missing;
 
-    writeText("broken.png", "no picture");
+    mFolder.write("broken.png", "no picture");
     Texture* const broken = mDisplay.createTexture("broken.png", false);
     EXPECT_NE(thrownMessage([&] { mDisplay.setTexture(broken, 0); }).find("Not a png-file"),
               std::string::npos);
@@ -376,8 +354,8 @@ TEST(TexturesOnAnOldDriver, UnusualSizesAreRoundedUpOrRefused)
 TEST(TexturesOnAnOldDriver, FloatFormatsAreRefused)
 {
     OldDriver display{{"GL_ARB_texture_float"}};
-    Texture* const texture = display.createTexture(
-        declared(4, Texture::CHAN_RGB, Texture::FORMAT_F16, Texture::TARGET_2D));
+    Texture* const texture =
+        display.createTexture(declared(4, Texture::CHAN_RGB, Texture::FORMAT_F16));
     EXPECT_EQ(thrownMessage([&] { display.setTexture(texture, 0); }),
               "OpenGL does not support float-textures on this computer!");
     texture->destroy();

@@ -219,29 +219,29 @@ TEST_F(Frame, ScreenShotsBeginWithTheTopRow)
     EXPECT_EQ(pixelAt(picture, 32, 24), 0x00ff00u);
     EXPECT_EQ(pixelAt(picture, 63, 47), 0x00ff00u);
 
-    am::Image image;
-    image.assign(
-        new am::ImageObject{64, 48, std::make_unique<unsigned char[]>(64 * 48 * 4), nullptr, ""});
+    am::Image image(new am::ImageObject);
+    image->resize(64, 48);
     drawFrame(mDisplay, [&] {
         drawFlag();
         mDisplay.getScreenShot(image);
     });
-    const std::uint8_t* const lastPixel = image->getData() + (64 * 48 - 1) * 4;
-    EXPECT_EQ(std::vector<int>(image->getData(), image->getData() + 4),
-              (std::vector<int>{0, 0, 255, 255}));
-    EXPECT_EQ(std::vector<int>(lastPixel, lastPixel + 4), (std::vector<int>{0, 255, 0, 255}));
+    const auto pixel = [&](int index) {
+        const std::uint8_t* const first = image->getData() + index * 4;
+        return std::vector<int>(first, first + 4);
+    };
+    EXPECT_EQ(pixel(0), (std::vector<int>{0, 0, 255, 255}));
+    EXPECT_EQ(pixel(64 * 48 - 1), (std::vector<int>{0, 255, 0, 255}));
 }
 
 TEST_F(Frame, ScreenShotsNeedAnEvenHeightAndAnImageOfTheWindowsSize)
 {
     am::Image image;
     EXPECT_EQ(thrownMessage([&] { mDisplay.getScreenShot(image); }), "image.isNull()==false");
-    image.assign(
-        new am::ImageObject{64, 47, std::make_unique<unsigned char[]>(64 * 47 * 4), nullptr, ""});
+    image.assign(new am::ImageObject);
+    image->resize(64, 47);
     EXPECT_EQ(thrownMessage([&] { mDisplay.getScreenShot(image); }),
               "image->getHeight()==mWindowMode.height");
-    image.assign(
-        new am::ImageObject{63, 48, std::make_unique<unsigned char[]>(63 * 48 * 4), nullptr, ""});
+    image->resize(63, 48);
     EXPECT_EQ(thrownMessage([&] { mDisplay.getScreenShot(image); }),
               "image->getWidth()==mWindowMode.width");
 

@@ -57,6 +57,11 @@ void writePicture(const std::string& path, const Picture& picture)
         throw std::runtime_error(path + ": " + image.message);
 }
 
+bool isBlack(const Picture& picture)
+{
+    return std::ranges::all_of(picture.rgb, [](std::uint8_t level) { return level == 0; });
+}
+
 PictureDifference differenceOf(const Picture& actual, const Picture& expected)
 {
     std::array<double, CHANNELS> sums{};

@@ -27,6 +27,8 @@ Picture readPicture(const std::string& path);
 /** Throws std::runtime_error, naming the file, when it cannot be written. */
 void writePicture(const std::string& path, const Picture& picture);
 
+bool isBlack(const Picture& picture);
+
 /** The pictures must be of the same size. */
 PictureDifference differenceOf(const Picture& actual, const Picture& expected);
 

@@ -76,11 +76,8 @@ bool canConnect(const std::string& path)
 
 PulseServer::PulseServer()
 {
-    std::string folder = (std::filesystem::temp_directory_path() / "cadenza-pulse-XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr)
-        throw std::runtime_error("cannot make a folder for the sound server");
-    mFolder = folder;
-    const std::string socketPath = folder + "/native";
+    const std::string folder = mFolder.path().string();
+    const std::string socketPath = mFolder.path("native");
     mServer = startProgram(
         {
             "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
@@ -94,7 +91,7 @@ PulseServer::PulseServer()
     while (!canConnect(socketPath)) {
         const bool hasEnded = waitpid(mServer, nullptr, WNOHANG) != 0;
         if (hasEnded || std::chrono::steady_clock::now() > limit) {
-            end();
+            endProgram(mServer);
             throw std::runtime_error("the sound server does not start");
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -103,15 +100,15 @@ PulseServer::PulseServer()
 
 PulseServer::~PulseServer()
 {
-    end();
+    endProgram(mServer);
 }
 
 std::vector<std::pair<std::string, std::string>> PulseServer::environment() const
 {
     return {
-        {"ALSOFT_DRIVERS", "pulse"                                },
-        {"PULSE_SERVER",   "unix:" + (mFolder / "native").string()},
-        {"PULSE_COOKIE",   (mFolder / "cookie").string()          }
+        {"ALSOFT_DRIVERS", "pulse"                         },
+        {"PULSE_SERVER",   "unix:" + mFolder.path("native")},
+        {"PULSE_COOKIE",   mFolder.path("cookie")          }
     };
 }
 
@@ -119,13 +116,6 @@ void PulseServer::useHere() const
 {
     for (const auto& [name, value] : environment())
         setenv(name.c_str(), value.c_str(), 1);
-}
-
-void PulseServer::end()
-{
-    endProgram(mServer);
-    std::error_code ignored;
-    std::filesystem::remove_all(mFolder, ignored);
 }
 
 PulseRecording::PulseRecording(const PulseServer& server)

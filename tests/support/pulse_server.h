@@ -1,9 +1,10 @@
 #pragma once
 
+#include "support/temporary_folder.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <mutex>
 #include <span>
 #include <string>
@@ -35,9 +36,7 @@ public:
     void useHere() const;
 
 private:
-    void end();
-
-    std::filesystem::path mFolder;
+    TemporaryFolder mFolder;
     pid_t mServer = -1;
 };
 
