@@ -7,8 +7,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include <linux/capability.h>
@@ -72,49 +70,19 @@ std::string readAll(int descriptor)
 
 } // namespace
 
-ScratchFolder::ScratchFolder()
-{
-    std::string pattern = (fs::temp_directory_path() / "cadenza-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw Exception("No scratch folder '%s'", pattern.c_str());
-    mPath = pattern;
-}
-
-ScratchFolder::~ScratchFolder()
-{
-    std::error_code ignored;
-    fs::remove_all(mPath, ignored);
-}
-
 ShowCopy::ShowCopy(std::string_view sections)
 {
     fs::copy(CADENZA_DEMO_DIR, path(), fs::copy_options::recursive);
-    fs::remove(path() / "setup.local.xml");
+    fs::remove(path("setup.local.xml"));
     write("setup.xml", "<demo>\n" + std::string(sections) + "\n</demo>\n");
-}
-
-std::string ShowCopy::read(const std::string& name) const
-{
-    std::ifstream in(path() / name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void ShowCopy::write(const std::string& name, std::string_view content) const
-{
-    fs::create_directories((path() / name).parent_path());
-    std::ofstream(path() / name, std::ios::binary) << content;
 }
 
 std::vector<std::pair<std::string, std::string>> ShowCopy::scripts() const
 {
     std::vector<std::pair<std::string, std::string>> found;
-    for (const auto& entry : fs::directory_iterator(path() / "script")) {
-        const std::string name = entry.path().filename().string();
-        found.emplace_back(name, read("script/" + name));
-    }
-    std::sort(found.begin(), found.end());
+    for (const std::string& name : files())
+        if (name.starts_with("script/"))
+            found.emplace_back(name.substr(name.find('/') + 1), read(name));
     return found;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/temporary_folder.h"
+
 #include <chrono>
 #include <filesystem>
 #include <optional>
@@ -12,37 +14,14 @@ namespace zavex::test {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
-/** A folder of its own that is removed with the object. */
-class ScratchFolder {
-public:
-    ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    ~ScratchFolder();
-
-    const std::filesystem::path& path() const { return mPath; }
-
-private:
-    std::filesystem::path mPath;
-};
-
-/** A working copy of the show: `demo/` without its song unless asked for, with settings of its own.
- */
-class ShowCopy {
+/** A working copy of the show, `demo/`, with settings of its own. */
+class ShowCopy : public TemporaryFolder {
 public:
     /** @param sections  What stands inside the `demo` element of its setup file. */
     explicit ShowCopy(std::string_view sections);
 
-    const std::filesystem::path& path() const { return mFolder.path(); }
-
-    std::string read(const std::string& name) const;
-    void write(const std::string& name, std::string_view content) const;
-
     /** Every script by name and content. */
     std::vector<std::pair<std::string, std::string>> scripts() const;
-
-private:
-    ScratchFolder mFolder;
 };
 
 /** An X server without a screen, for one test. Throws when none starts. */

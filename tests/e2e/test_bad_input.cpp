@@ -9,96 +9,58 @@
 namespace zavex::test {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* GOOD_SETUP =
     R"(<display width="160" height="120" title="bad"/><music mute="nosound"/>)";
 
+/** One of each stage that may fail; what else there is to refuse is tested where it is refused. */
 struct BadInput {
     const char* name;
-    const char* setup; // sections of the setup file
-    const char* file;  // replaced by `content`, removed when that is null; may be null
-    const char* content;
-    const char* screen;            // DISPLAY; null for a virtual screen
+    std::string sections; // of the setup file
+    const char* file;     // replaced by `content`, removed when that is empty; may be null
+    std::string content;
     std::vector<const char*> said; // each stands in the output
+    bool hasScreen = true;
 
     friend void PrintTo(const BadInput& input, std::ostream* out) { *out << input.name; }
 };
 
+// clang-format off
 const BadInput BAD_INPUTS[] = {
-    {"NoSetup",
-     GOOD_SETUP,                                                                                       "setup.xml",
-     nullptr,                                                                                                                                        nullptr,
-     {"[Cadenza] Could not load 'setup.[local.]xml'"}                                                                                                                                                              },
-    {"MalformedSetup",
-     GOOD_SETUP,                                                                                       "setup.xml",
-     "<demo>\n\t<time start=\"0/>\n</demo>",                                                                                                         nullptr,
-     {"setup.xml", "(error at line ", "You must close the value using \""}                                                                                                                                         },
-    {"SetupWithAnotherRoot",        GOOD_SETUP,                                                        "setup.xml",                 "<show></show>", nullptr, {"setup.xml"}                                        },
-    {"MalformedScript",
-     GOOD_SETUP,                                                                                       "script/plasma.plasma.xml",
-     "<effect>\n<time start=1.5/></effect>",                                                                                                         nullptr,
-     {"script/plasma.plasma.xml", "line 2", "'=' expected!"}                                                                                                                                                       },
-    {"ScriptCutShort",
-     GOOD_SETUP,                                                                                       "script/flash.flash.xml",
-     "<effect><time start=\"0\"",                                                                                                                    nullptr,
-     {"script/flash.flash.xml", "EOF"}                                                                                                                                                                             },
-    {"MissingSong",
-     R"(<display width="160" height="120"/><music filename="gone.ogg"/>)",                             nullptr,
-     nullptr,                                                                                                                                        nullptr,
-     {"Could not open the file 'gone.ogg'!"}                                                                                                                                                                       },
+    {"NoSetup", GOOD_SETUP, "setup.xml", "", {"[Cadenza] Could not load 'setup.[local.]xml'"}},
+    {"MalformedSetup", GOOD_SETUP, "setup.xml", "<demo>\n\t<time start=\"0/>\n</demo>",
+     {"setup.xml", "(error at line ", "You must close the value using \""}},
+    {"MalformedScript", GOOD_SETUP, "script/plasma.plasma.xml",
+     "<effect>\n<time start=1.5/></effect>", {"script/plasma.plasma.xml", "line 2", "'=' expected!"}},
     {"MissingArchive",
      R"(<archive path="gone.zip"/><display width="160" height="120"/><music filename="inside.ogg"/>)",
-     nullptr,                                                                                                                       nullptr,
-     nullptr,                                                                                                                                                 {"gone.zip", "Could not open the file 'inside.ogg'!"}},
-    {"MissingTexture",              GOOD_SETUP,                                                        "plasma/intro.png",          nullptr,         nullptr, {"plasma/intro.png"}                                 },
-    {"BrokenTexture",
-     GOOD_SETUP,                                                                                       "plasma/intro2.png",
-     "\x89PNG\r\n\x1a\n cut",                                                                                                                        nullptr,
-     {"plasma/intro2.png", "[loadPNG]"}                                                                                                                                                                            },
-    {"ShaderThatDoesNotCompile",
-     GOOD_SETUP,                                                                                       "postprocess/combine.frag",
-     "void main() { nonsense; }",                                                                                                                    nullptr,
-     {"Could not compile 'postprocess/combine.frag'"}                                                                                                                                                              },
-    {"ShaderThatDoesNotLink",
-     GOOD_SETUP,                                                                                       "postprocess/glow_hor.frag",
-     "void missing(); void main() { missing(); }",                                                                                                   nullptr,
-     {"Could not link.", "postprocess/glow_hor.frag"}                                                                                                                                                              },
-    {"MissingShader",
-     GOOD_SETUP,                                                                                       "postprocess/minify.vert",
-     nullptr,                                                                                                                                        nullptr,
-     {"postprocess/minify.vert"}                                                                                                                                                                                   },
-    {"NoScreen",                    GOOD_SETUP,                                                        nullptr,                     nullptr,         "",      {"DisplayGLFW: Could not initialize GLFW!"}          },
-    {"NoSize",
-     R"(<display width="0" height="0"/><music mute="nosound"/>)",                                      nullptr,
-     nullptr,                                                                                                                                        nullptr,
-     {"0 x 0"}                                                                                                                                                                                                     },
+     nullptr, "", {"gone.zip", "Could not open the file 'inside.ogg'!"}},
+    {"BrokenTexture", GOOD_SETUP, "plasma/intro2.png", "\x89PNG\r\n\x1a\n cut",
+     {"plasma/intro2.png", "[loadPNG]"}},
+    {"ShaderThatDoesNotCompile", GOOD_SETUP, "postprocess/combine.frag",
+     "void main() { nonsense; }", {"Could not compile 'postprocess/combine.frag'"}},
+    {"MissingShader", GOOD_SETUP, "postprocess/minify.vert", "", {"postprocess/minify.vert"}},
+    {"NoScreen", GOOD_SETUP, nullptr, "", {"DisplayGLFW: Could not initialize GLFW!"}, false},
     {"OddHeightWhileRecording",
-     R"(<display width="160" height="121"/><dump name="a.png" length="1"/><music mute="nosound"/>)",   nullptr,
-     nullptr,                                                                                                                                        nullptr,
-     {"121"}                                                                                                                                                                                                       },
-    {"RecordingWithoutAnExtension",
-     R"(<display width="160" height="120"/><dump name="movie"/><music mute="nosound"/>)",              nullptr,
-     nullptr,                                                                                                                                        nullptr,
-     {"Could not find something that could write to 'movie'"}                                                                                                                                                      },
+     R"(<display width="160" height="121"/><dump name="a.png" length="1"/><music mute="nosound"/>)",
+     nullptr, "", {"121"}},
 };
+// clang-format on
 
 class BadInputs : public testing::TestWithParam<BadInput> {};
 
 TEST_P(BadInputs, EndWithOneClearErrorAndLoseNothing)
 {
     const BadInput& input = GetParam();
-    const ShowCopy show(input.setup);
-    if (input.file != nullptr && input.content == nullptr)
-        fs::remove(show.path() / input.file);
+    const ShowCopy show(input.sections);
+    if (input.file != nullptr && input.content.empty())
+        std::filesystem::remove(show.path(input.file));
     else if (input.file != nullptr)
         show.write(input.file, input.content);
     const auto before = show.scripts();
 
     const VirtualScreen screen;
-    Program program(show.path(),
-                    {
-                        {"DISPLAY", input.screen != nullptr ? input.screen : screen.display()}
+    Program program(show.path(), {
+                                     {"DISPLAY", input.hasScreen ? screen.display() : ""}
     });
     EXPECT_EQ(program.waitForEnd(), 1) << program.output();
     for (const char* part : input.said)

@@ -31,18 +31,6 @@ std::vector<std::pair<std::string, std::string>> record(const VirtualScreen& scr
     return frames;
 }
 
-/** Width and height from the header chunk of a PNG file, big-endian at bytes 16 and 20. */
-std::pair<int, int> sizeOf(const std::string& png)
-{
-    const auto number = [&png](std::size_t at) {
-        int value = 0;
-        for (std::size_t index = at; index < at + 4; ++index)
-            value = value * 256 + static_cast<unsigned char>(png.at(index));
-        return value;
-    };
-    return {number(16), number(20)};
-}
-
 TEST(Recording, WritesOnePictureAFrameAndTheSameTwice)
 {
     const VirtualScreen screen;
@@ -50,8 +38,6 @@ TEST(Recording, WritesOnePictureAFrameAndTheSameTwice)
     ASSERT_EQ(frames.size(), 25u);
     EXPECT_EQ(frames.front().first, "shot.000000.png");
     EXPECT_EQ(frames.back().first, "shot.000024.png");
-    for (const auto& [name, png] : frames)
-        EXPECT_EQ(sizeOf(png), std::pair(160, 120)) << name;
     EXPECT_NE(frames.front().second, frames.back().second);
 
     const auto again = record(screen);
