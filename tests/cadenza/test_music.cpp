@@ -1,6 +1,6 @@
 #include "cadenza/cad_music.h"
 
-#include "support/case_name.h"
+#include "am/am_fixture.h"
 #include "support/log_capture.h"
 #include "support/sound_file.h"
 
@@ -8,32 +8,21 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <ostream>
 #include <string>
-#include <string_view>
 #include <thread>
+#include <utility>
 
 namespace zavex::cadenza {
 namespace {
 
 constexpr int SAMPLE_RATE = 44100;
 
-am::File makeFile(const void* bytes, std::size_t size)
-{
-    auto copy = std::make_unique<char[]>(size);
-    std::memcpy(copy.get(), bytes, size);
-    return am::File(
-        new am::FileStructure("song", std::move(copy), static_cast<std::int32_t>(size)));
-}
-
 am::File makeSong(std::size_t frames, int channels = 2)
 {
     const auto bytes =
         test::encodeSound(test::SoundFormat::WAV, channels, SAMPLE_RATE,
                           test::makeNoise(frames * static_cast<std::size_t>(channels)));
-    return makeFile(bytes.data(), bytes.size());
+    return test::makeFile("song", {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
 /** Plays on the sound library's silent device, which runs at a real one's pace. */
@@ -78,43 +67,27 @@ TEST_F(MusicPlayback, KeepsTheFileAsLongAsTheSong)
     EXPECT_EQ(music.getTime(), 1.0f);
 }
 
-struct TimeCase {
-    const char* name;
-    float seconds;
-    float reached;
-
-    friend void PrintTo(const TimeCase& time, std::ostream* out) { *out << time.name; }
-};
-
-constexpr TimeCase TIME_CASES[] = {
-    {"Start",             0.0f,     0.0f},
-    {"WholeFrame",        1.0f,     1.0f},
-    {"CutToAFrame",       1.00001f, 1.0f},
-    {"Negative",          -1.0f,    0.0f},
-    {"End",               2.0f,     2.0f},
-    {"BehindEnd",         2.0001f,  2.0f},
-    {"FarBehindEnd",      1e9f,     2.0f},
-    {"MoreThanAnInteger", 1e30f,    2.0f},
-};
-
-class MusicTime : public MusicPlayback, public testing::WithParamInterface<TimeCase> {};
-
-TEST_P(MusicTime, LandsOnAFrameWithinTheSong)
+TEST_F(MusicPlayback, SeeksToAFrameWithinTheSong)
 {
     ASSERT_TRUE(music.setup(makeSong(SAMPLE_RATE * 2)));
-    music.setTime(GetParam().seconds);
-    EXPECT_EQ(music.getTime(), GetParam().reached);
-    music.setTime(music.getTime());
-    EXPECT_EQ(music.getTime(), GetParam().reached) << "reading back and setting moves it";
+    for (const auto& [seconds, reached] : {
+             std::pair{1.00001f, 1.0f},
+             {-1.0f,    0.0f},
+             {2.0001f,  2.0f},
+             {1e9f,     2.0f},
+             {1e30f,    2.0f}
+    }) {
+        music.setTime(seconds);
+        EXPECT_EQ(music.getTime(), reached) << seconds;
+        music.setTime(music.getTime());
+        EXPECT_EQ(music.getTime(), reached) << "reading back and setting moves it";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, MusicTime, testing::ValuesIn(TIME_CASES), test::caseName);
 
 TEST_F(MusicPlayback, SaysWhyAFileCannotBePlayed)
 {
-    constexpr std::string_view TEXT = "this is not a song";
-    EXPECT_EQ(refusal(makeFile(TEXT.data(), TEXT.size())), "Could not open file\n");
-    EXPECT_EQ(refusal(makeFile(TEXT.data(), 0)), "Could not open file\n");
+    EXPECT_EQ(refusal(test::makeFile("song", "this is not a song")), "Could not open file\n");
+    EXPECT_EQ(refusal(test::makeFile("song", "")), "Could not open file\n");
     EXPECT_EQ(refusal(makeSong(100, 3)), "Could not open sound!, muting\n");
     EXPECT_TRUE(test::logLines().empty());
 }

@@ -3,7 +3,6 @@
 #include "cadenza/probe_effect.h"
 #include "cadenza/scratch.h"
 #include "display/dis_event.h"
-#include "support/case_name.h"
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
 
@@ -12,6 +11,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <tuple>
 
 namespace zavex::cadenza {
 namespace {
@@ -86,34 +86,21 @@ TEST_F(Player, CreatesEffectsByTypeInOrder)
     EXPECT_EQ(cadenza->mEffect[1], &second);
 }
 
-struct SpanCase {
-    const char* name;
-    float time; // demo seconds
-    bool drawn;
-
-    friend void PrintTo(const SpanCase& span, std::ostream* out) { *out << span.name; }
-};
-
-constexpr SpanCase SPAN_CASES[] = {
-    {"Before",     4.0f,   false},
-    {"AtItsStart", 5.0f,   false},
-    {"JustInside", 5.001f, true },
-    {"Inside",     6.5f,   true },
-    {"AtItsEnd",   8.0f,   false},
-    {"After",      9.0f,   false},
-};
-
-class EffectCover : public Player, public testing::WithParamInterface<SpanCase> {};
-
-TEST_P(EffectCover, IsOpenAtBothEnds)
+TEST_F(Player, AnEffectsSpanIsOpenAtBothEnds)
 {
     startPaused();
-    const ProbeEffect& effect = addProbe(5.0f, 8.0f);
-    drawAt(GetParam().time);
-    EXPECT_EQ(effect.draws, GetParam().drawn ? 1 : 0);
+    ProbeEffect& effect = addProbe(5.0f, 8.0f);
+    for (const float time : {4.0f, 5.0f, 8.0f, 9.0f}) {
+        drawAt(time);
+        EXPECT_EQ(effect.draws, 0) << time;
+    }
+    drawAt(5.001f);
+    drawAt(6.5f);
+    EXPECT_EQ(effect.draws, 2);
+    effect.setInactive(true);
+    drawAt(6.5f);
+    EXPECT_EQ(effect.draws, 2) << "switched off";
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EffectCover, testing::ValuesIn(SPAN_CASES), test::caseName);
 
 TEST_F(Player, DrawsWithTimesRelativeToTheEffect)
 {
@@ -133,15 +120,6 @@ TEST_F(Player, DrawsWithTimesRelativeToTheEffect)
 
     cadenza->onDraw(); // the same moment again, as while paused
     EXPECT_EQ(effect.last, (ProbeEffect::Drawn{1.5f, 0.0f, 0.5f, 1.5f, 0}));
-}
-
-TEST_F(Player, SkipsAnEffectThatIsSwitchedOff)
-{
-    startPaused();
-    ProbeEffect& effect = addProbe(5.0f, 8.0f);
-    effect.setInactive(true);
-    drawAt(6.0f);
-    EXPECT_EQ(effect.draws, 0);
 }
 
 TEST_F(Player, AllocatesNothingInAFrame)
@@ -273,35 +251,23 @@ TEST_F(Player, WithoutAWindowNeitherLoadsNorSavesScripts)
     EXPECT_EQ(test::readText("script/probe.it.xml"), script);
 }
 
-struct LetterboxCase {
-    const char* name;
-    PictureSize window;
-    float aspect;
-    PictureSize expected;
-
-    friend void PrintTo(const LetterboxCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr LetterboxCase LETTERBOX_CASES[] = {
-    {"BarsAboveAndBelow",     {1024, 768}, 2.0f,        {1024, 512}},
-    {"BarsAtTheSides",        {1000, 400}, 2.0f,        {800, 400} },
-    {"Exact",                 {1024, 768}, 4.0f / 3.0f, {1024, 768}},
-    {"TruncatedThenMadeEven", {1024, 768}, 1.777809f,   {1024, 574}},
-    {"OddWindow",             {801, 601},  1.0f,        {600, 600} },
-    {"Sliver",                {10, 10},    100.0f,      {10, 0}    },
-    {"HeightBeyondIntegers",  {1000, 400}, 1e-10f,      {0, 400}   },
-};
-
-class Letterbox : public testing::TestWithParam<LetterboxCase> {};
-
-TEST_P(Letterbox, FitsThePictureIntoTheWindow)
+TEST(Letterbox, FitsThePictureIntoTheWindow)
 {
-    const PictureSize picture = letterbox(GetParam().window, GetParam().aspect);
-    EXPECT_EQ(picture.width, GetParam().expected.width);
-    EXPECT_EQ(picture.height, GetParam().expected.height);
+    const std::tuple<PictureSize, float, PictureSize> cases[] = {
+        {{1024, 768}, 2.0f,        {1024, 512}},
+        {{1000, 400}, 2.0f,        {800, 400} },
+        {{1024, 768}, 4.0f / 3.0f, {1024, 768}},
+        {{1024, 768}, 1.777809f,   {1024, 574}}, // cut to whole pixels, then made even
+        {{801, 601},  1.0f,        {600, 600} },
+        {{10, 10},    100.0f,      {10, 0}    },
+        {{1000, 400}, 1e-10f,      {0, 400}   }, // a height beyond integers
+    };
+    for (const auto& [window, aspect, expected] : cases) {
+        const PictureSize picture = letterbox(window, aspect);
+        EXPECT_EQ(picture.width, expected.width) << aspect;
+        EXPECT_EQ(picture.height, expected.height) << aspect;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, Letterbox, testing::ValuesIn(LETTERBOX_CASES), test::caseName);
 
 } // namespace
 } // namespace zavex::cadenza

@@ -1,12 +1,12 @@
 #include "cadenza/open_cadenza.h"
 #include "cadenza/scratch.h"
-#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace zavex::cadenza {
 namespace {
@@ -16,190 +16,167 @@ using test::OpenCadenza;
 using test::thrownMessage;
 using test::writeText;
 
-struct SetupCase {
-    const char* name;
-    std::string sections;
-    std::function<void(const OpenCadenza&)> expect;
-
-    friend void PrintTo(const SetupCase& setup, std::ostream* out) { *out << setup.name; }
-};
-
-class Setup : public testing::TestWithParam<SetupCase> {
+class Setup : public testing::Test {
 protected:
-    test::ScratchFolder folder;
-};
+    Setup() { test::clearLog(); }
 
-TEST_P(Setup, AppliesItsSections)
-{
-    writeText("setup.xml", "<demo>" + GetParam().sections + "<unknown a=\"1\"/></demo>");
-    OpenCadenza cadenza;
-    cadenza.setup(-1.0f);
+    /** A fresh application with these sections in its setup file. */
+    OpenCadenza& configure(const std::string& sections)
+    {
+        writeText("setup.xml", "<demo>" + sections + "<unknown a=\"1\"/></demo>");
+        cadenza.reset();
+        cadenza = std::make_unique<OpenCadenza>();
+        cadenza->setup(-1.0f);
+        EXPECT_TRUE(cadenza->mSetup);
+        return *cadenza;
+    }
 
-    EXPECT_TRUE(cadenza.mSetup);
-    GetParam().expect(cadenza);
-}
-
-const SetupCase SETUP_CASES[] = {
-    {"TimeStart",                    R"(<time start="12.5"/>)",
-     [](const OpenCadenza& it) { EXPECT_EQ(it.getStartTime(), 12.5f); }                                                                                            },
-    {"TimeLoop",                     R"(<time loop="on"/>)",                                                   [](const OpenCadenza& it) { EXPECT_TRUE(it.mLoop); }},
-    {"OnIsCaseSensitive",            R"(<time loop="On"/>)",
-     [](const OpenCadenza& it) { EXPECT_FALSE(it.mLoop); }                                                                                                         },
-    {"TimeVsync",                    R"(<time mode="vsync"/>)",
-     [](const OpenCadenza& it) { EXPECT_EQ(it.mFpsMode, WindowMode::FPS_VSYNC); }                                                                                  },
-    {"LaterTimeResetsTheMode",       R"(<time mode="vsync" start="3" loop="on"/><time/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_EQ(it.mFpsMode, WindowMode::FPS_VARIABLE);
-         EXPECT_EQ(it.getStartTime(), 0.0f);
-         EXPECT_FALSE(it.mLoop);
-     }                                                                                                                                                             },
-    {"Archive",                      R"(<archive path="data"/><archive/>)",
-     [](const OpenCadenza&) {
-         EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: data\n"), 1);
-         EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: \n"), 1);
-     }                                                                                                                                                             },
-    {"Display",                      R"(<display width="0x400" height="01400" fullscreen="on" title="a b"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_TRUE(it.mFoundDisplay);
-         EXPECT_EQ(it.mWidth, 1024);
-         EXPECT_EQ(it.mHeight, 768);
-         EXPECT_TRUE(it.mFullscreen);
-         EXPECT_EQ(it.mTitle, "a b");
-     }                                                                                                                                                             },
-    {"EmptyDisplay",                 "<display/>",
-     [](const OpenCadenza& it) {
-         EXPECT_TRUE(it.mFoundDisplay);
-         EXPECT_EQ(it.mWidth, 0);
-         EXPECT_FALSE(it.mFullscreen);
-     }                                                                                                                                                             },
-    {"OsdMiddle",                    R"(<osd show="on" location="middle" delay="3.5"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_TRUE(it.mOsd);
-         EXPECT_EQ(it.mOsdLocation, 1);
-         EXPECT_EQ(it.mOsdDelay, 3.5f);
-     }                                                                                                                                                             },
-    {"OsdBottomWithoutShow",         R"(<osd location="bottom" delay="0"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_FALSE(it.mOsd);
-         EXPECT_EQ(it.mOsdLocation, 2);
-         EXPECT_EQ(it.mOsdDelay, 2.0f);
-     }                                                                                                                                                             },
-    {"OsdUnknownLocationIsTop",      R"(<osd show="on" location="bottom"/><osd location="left"/>)",
-     [](const OpenCadenza& it) { EXPECT_EQ(it.mOsdLocation, 0); }                                                                                                  },
-    {"AnyOsdSwitchesOff",            R"(<osd show="off"/><osd show="on"/>)",
-     [](const OpenCadenza& it) { EXPECT_FALSE(it.mOsd); }                                                                                                          },
-    {"EmptyDumpIsUntitledAndSilent", R"(<dump/><music filename="a.ogg"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_NE(it.mDumpVideo, nullptr);
-         EXPECT_EQ(it.mDumpRate, 60.0f);
-         EXPECT_TRUE(it.mNosound);
-         EXPECT_EQ(test::countLogged("log", "Dumping to 'untitled' (rate='60.000000'fps)"), 1);
-     }                                                                                                                                                             },
-    {"Dump",                         R"(<dump name="film/a.png" rate="29.97"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_EQ(it.mDumpRate, 29.97f);
-         EXPECT_EQ(it.mDumpVideo->getFormat().frameRate, 29);
-         EXPECT_EQ(it.mDumpVideo->getFormat().frameRateBase, 1);
-         EXPECT_FALSE(it.mNosound);
-         EXPECT_EQ(test::countLogged("log", "Dumping to 'film/a.png' (rate='29.969999'fps)"), 1);
-     }                                                                                                                                                             },
-    {"MusicBeforeDumpIsSilentToo",   R"(<music mute="off"/><dump name="a.png"/>)",
-     [](const OpenCadenza& it) { EXPECT_TRUE(it.mNosound); }                                                                                                       },
-    {"MusicNosound",                 R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_TRUE(it.mNosound);
-         EXPECT_FALSE(it.mMuted);
-         EXPECT_EQ(it.mMusicFilename, "b.ogg");
-     }                                                                                                                                                             },
-    {"MusicMuted",                   R"(<music filename="a.ogg" mute="on"/>)",
-     [](const OpenCadenza& it) {
-         EXPECT_FALSE(it.mNosound);
-         EXPECT_TRUE(it.mMuted);
-         EXPECT_EQ(it.mMusicFilename, "a.ogg");
-     }                                                                                                                                                             },
-    {"LogConsole",                   R"(<log console="on"/>)",
-     [](const OpenCadenza& it) { EXPECT_TRUE(it.mLogConsole); }                                                                                                    },
-};
-
-INSTANTIATE_TEST_SUITE_P(Cases, Setup, testing::ValuesIn(SETUP_CASES), test::caseName);
-
-class SetupFile : public testing::Test {
-protected:
-    static std::string setupFailure()
+    static std::string failure()
     {
         return thrownMessage([] { OpenCadenza().setup(-1.0f); });
     }
 
     test::ScratchFolder folder;
+    std::unique_ptr<OpenCadenza> cadenza;
 };
 
-TEST_F(SetupFile, LocalOneIsReadAlone)
+TEST_F(Setup, TimeSetsStartLoopAndPace)
+{
+    configure(R"(<time start="12.5" loop="on" mode="vsync"/>)");
+    EXPECT_EQ(cadenza->getStartTime(), 12.5f);
+    EXPECT_TRUE(cadenza->mLoop);
+    EXPECT_EQ(cadenza->mFpsMode, WindowMode::FPS_VSYNC);
+    EXPECT_FALSE(configure(R"(<time loop="On"/>)").mLoop);
+
+    configure(R"(<time mode="vsync" start="3" loop="on"/><time/>)");
+    EXPECT_EQ(cadenza->mFpsMode, WindowMode::FPS_VARIABLE);
+    EXPECT_EQ(cadenza->getStartTime(), 0.0f);
+    EXPECT_FALSE(cadenza->mLoop);
+}
+
+TEST_F(Setup, ArchivesAndTheLogConsoleAreAskedFor)
+{
+    EXPECT_TRUE(configure(R"(<archive path="data"/><archive/><log console="on"/>)").mLogConsole);
+    EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: data\n"), 1);
+    EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: \n"), 1);
+}
+
+TEST_F(Setup, DisplayDescribesTheWindow)
+{
+    configure(R"(<display width="0x400" height="01400" fullscreen="on" title="a b"/>)");
+    EXPECT_TRUE(cadenza->mFoundDisplay);
+    EXPECT_EQ(cadenza->mWidth, 1024);
+    EXPECT_EQ(cadenza->mHeight, 768);
+    EXPECT_TRUE(cadenza->mFullscreen);
+    EXPECT_EQ(cadenza->mTitle, "a b");
+
+    configure("<display/>");
+    EXPECT_TRUE(cadenza->mFoundDisplay);
+    EXPECT_EQ(cadenza->mWidth, 0);
+    EXPECT_FALSE(cadenza->mFullscreen);
+}
+
+TEST_F(Setup, OsdPlacesThePositionBar)
+{
+    configure(R"(<osd show="on" location="middle" delay="3.5"/>)");
+    EXPECT_TRUE(cadenza->mOsd);
+    EXPECT_EQ(cadenza->mOsdLocation, 1);
+    EXPECT_EQ(cadenza->mOsdDelay, 3.5f);
+
+    configure(R"(<osd location="bottom" delay="0"/>)");
+    EXPECT_FALSE(cadenza->mOsd);
+    EXPECT_EQ(cadenza->mOsdLocation, 2);
+    EXPECT_EQ(cadenza->mOsdDelay, 2.0f);
+
+    EXPECT_EQ(configure(R"(<osd show="on" location="bottom"/><osd location="left"/>)").mOsdLocation,
+              0);
+    EXPECT_FALSE(configure(R"(<osd show="off"/><osd show="on"/>)").mOsd);
+}
+
+TEST_F(Setup, DumpRecordsSilently)
+{
+    configure(R"(<dump/><music filename="a.ogg"/>)");
+    EXPECT_NE(cadenza->mDumpVideo, nullptr);
+    EXPECT_EQ(cadenza->mDumpRate, 60.0f);
+    EXPECT_TRUE(cadenza->mNosound);
+    EXPECT_EQ(test::countLogged("log", "Dumping to 'untitled' (rate='60.000000'fps)"), 1);
+
+    configure(R"(<dump name="film/a.png" rate="29.97"/>)");
+    EXPECT_EQ(cadenza->mDumpRate, 29.97f);
+    EXPECT_EQ(cadenza->mDumpVideo->getFormat().frameRate, 29);
+    EXPECT_EQ(cadenza->mDumpVideo->getFormat().frameRateBase, 1);
+    EXPECT_FALSE(cadenza->mNosound);
+    EXPECT_EQ(test::countLogged("log", "Dumping to 'film/a.png' (rate='29.969999'fps)"), 1);
+
+    EXPECT_TRUE(configure(R"(<music mute="off"/><dump name="a.png"/>)").mNosound);
+}
+
+TEST_F(Setup, MusicNamesTheSongAndMutesIt)
+{
+    configure(R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)");
+    EXPECT_TRUE(cadenza->mNosound);
+    EXPECT_FALSE(cadenza->mMuted);
+    EXPECT_EQ(cadenza->mMusicFilename, "b.ogg");
+
+    configure(R"(<music filename="a.ogg" mute="on"/>)");
+    EXPECT_FALSE(cadenza->mNosound);
+    EXPECT_TRUE(cadenza->mMuted);
+}
+
+TEST_F(Setup, FileLocalOneIsReadAlone)
 {
     writeText("setup.xml", R"(<demo><time start="5"/><display/></demo>)");
     writeText("setup.local.xml", R"(<demo><log console="on"/></demo>)");
-    OpenCadenza cadenza;
-    cadenza.setup(-1.0f);
+    OpenCadenza show;
+    show.setup(-1.0f);
 
-    EXPECT_TRUE(cadenza.mLogConsole);
-    EXPECT_FALSE(cadenza.mFoundDisplay);
-    EXPECT_EQ(cadenza.getStartTime(), 0.0f);
+    EXPECT_TRUE(show.mLogConsole);
+    EXPECT_FALSE(show.mFoundDisplay);
+    EXPECT_EQ(show.getStartTime(), 0.0f);
 }
 
-TEST_F(SetupFile, IsReadOnceButTheAspectIsTaken)
+TEST_F(Setup, FileIsReadOnceButTheAspectIsTaken)
 {
     writeText("setup.xml", R"(<demo><time start="5"/></demo>)");
-    OpenCadenza cadenza;
-    cadenza.setup(-1.0f);
+    OpenCadenza show;
+    show.setup(-1.0f);
     writeText("setup.xml", R"(<demo><time start="6"/></demo>)");
-    cadenza.setup(2.0f);
+    show.setup(2.0f);
 
-    EXPECT_EQ(cadenza.getStartTime(), 5.0f);
-    EXPECT_EQ(cadenza.mAspect, 2.0f);
+    EXPECT_EQ(show.getStartTime(), 5.0f);
+    EXPECT_EQ(show.mAspect, 2.0f);
 }
 
-struct BadSetupCase {
-    const char* name;
-    const char* file;
-    const char* text;
-    const char* expected; // part of the message
-
-    friend void PrintTo(const BadSetupCase& bad, std::ostream* out) { *out << bad.name; }
-};
-
-constexpr BadSetupCase BAD_SETUP_CASES[] = {
-    {"Empty",                  "setup.xml",       "",                                    "setup.xml: (error at line 1, col 1); EOF"},
-    {"Malformed",              "setup.local.xml", "<demo>\n<time start=1.5/></demo>",
-     "setup.local.xml: (error at line 2"                                                                                           },
-    {"DumpWithoutExtension",   "setup.xml",       R"(<demo><dump name="film"/></demo>)",
-     "Could not find something that could write to 'film'"                                                                         },
-    {"DumpRateOfZero",         "setup.xml",       R"(<demo><dump rate="0"/></demo>)",
-     "setup.xml: the dump rate must be positive and at most 1000000, found '0'"                                                    },
-    {"DumpRateWithoutEnd",     "setup.xml",       R"(<demo><dump rate="inf"/></demo>)",
-     "setup.xml: the dump rate must be positive and at most 1000000, found 'inf'"                                                  },
-    {"DumpRateThatIsNoNumber", "setup.xml",       R"(<demo><dump rate="fast"/></demo>)",
-     "setup.xml: the dump rate must be positive and at most 1000000, found 'fast'"                                                 },
-};
-
-class BadSetup : public SetupFile, public testing::WithParamInterface<BadSetupCase> {};
-
-TEST_P(BadSetup, SaysWhatIsWrongAndWhere)
+TEST_F(Setup, FileThatIsBrokenSaysWhatIsWrongAndWhere)
 {
-    writeText(GetParam().file, GetParam().text);
-    const std::string message = setupFailure();
-    EXPECT_NE(message.find(GetParam().expected), std::string::npos) << message;
+    const std::string rate =
+        "setup.xml: the dump rate must be positive and at most 1000000, found ";
+    const std::pair<const char*, std::string> cases[] = {
+        {"",                                    "setup.xml: (error at line 1, col 1); EOF"},
+        {"<demo>\n<time start=1.5/></demo>",    "setup.xml: (error at line 2"             },
+        {R"(<demo><dump name="film"/></demo>)",
+         "Could not find something that could write to 'film'"                            },
+        {R"(<demo><dump rate="0"/></demo>)",    rate + "'0'"                              },
+        {R"(<demo><dump rate="inf"/></demo>)",  rate + "'inf'"                            },
+        {R"(<demo><dump rate="fast"/></demo>)", rate + "'fast'"                           },
+    };
+    for (const auto& [text, expected] : cases) {
+        writeText("setup.xml", text);
+        EXPECT_NE(failure().find(expected), std::string::npos) << failure();
+    }
+    writeText("setup.local.xml", "<demo");
+    EXPECT_NE(failure().find("setup.local.xml: "), std::string::npos) << failure();
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BadSetup, testing::ValuesIn(BAD_SETUP_CASES), test::caseName);
-
-TEST_F(SetupFile, OfAnotherRootConfiguresNothingAndCannotRun)
+TEST_F(Setup, FileOfAnotherRootConfiguresNothingAndCannotRun)
 {
     writeText("setup.xml", R"(<show><time start="5"/><display/></show>)");
-    OpenCadenza cadenza;
-    cadenza.setup(-1.0f);
+    OpenCadenza show;
+    show.setup(-1.0f);
 
-    EXPECT_FALSE(cadenza.mSetup);
-    EXPECT_EQ(cadenza.getStartTime(), 0.0f);
-    const std::string message = thrownMessage([&cadenza] { cadenza.run(); });
+    EXPECT_FALSE(show.mSetup);
+    EXPECT_EQ(show.getStartTime(), 0.0f);
+    const std::string message = thrownMessage([&show] { show.run(); });
     EXPECT_NE(message.find("setup.xml: the root element is not 'demo'"), std::string::npos);
 }
 
