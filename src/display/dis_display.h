@@ -1,5 +1,6 @@
 #pragma once
 
+#include "display/dis_ibo.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
 #include "mathbase/mb_vector3.h"
@@ -22,6 +23,7 @@ class Listener;
 class Resource;
 class Shader;
 class ShaderSource;
+class VBO;
 class VertexDef;
 
 /**
@@ -38,6 +40,14 @@ public:
         MODE_STATIC = 0,
         MODE_STREAM = 1,
         MODE_DYNAMIC = 2,
+    };
+
+    /** What every two, three or single vertices are. */
+    enum DrawMode : int {
+        DRAW_NONE = 0,
+        DRAW_TRIANGLES = 1,
+        DRAW_POINTS = 2,
+        DRAW_LINES = 3,
     };
 
     /** A new display, owned by the caller. Throws Exception when one lives or there is no screen.
@@ -126,6 +136,10 @@ public:
      */
     virtual bool readJoystick(int index, Joystick& state) const = 0;
 
+    /** What `draw` takes vertices and indices from, or nothing when null; built if disposed. */
+    virtual void setVBO(VBO* vbo) = 0;
+    virtual void setIBO(IBO* ibo) = 0;
+
     /** Draws into `fbo` from now on, or into the window when null; the viewport becomes all of it.
      */
     virtual void setFBO(FBO* fbo) = 0;
@@ -135,6 +149,19 @@ public:
 
     /** Draws with `shader` from now on, or with the fixed pipeline when null. */
     virtual void setShader(Shader* shader) = 0;
+
+    /**
+     * Draws from the current vertex buffer, which there must be.
+     *
+     * @param mode         Not `DRAW_NONE`.
+     * @param firstIndex   Of the current index buffer; -1 draws all its indices or, when there is
+     *                     no index buffer, vertices in their order.
+     * @param numIndices   From `firstIndex` on.
+     * @param firstVertex  When vertices are drawn in their order; -1 draws all.
+     * @param numVertices  From `firstVertex` on.
+     */
+    virtual void draw(DrawMode mode, int firstIndex, int numIndices, int firstVertex,
+                      int numVertices) = 0;
 
     /** Puts every graphics state back to what a frame starts with. */
     virtual void resetStates() = 0;
@@ -148,6 +175,17 @@ public:
     virtual bool supportsShaders() const = 0;
     virtual bool supportsFBO() const = 0;
     virtual int maxNumVertexAttrib() const = 0;
+
+    /**
+     * A buffer of `count` vertices, filled with zeros. Drivers without buffer objects draw it from
+     * system memory, with a line in the log.
+     *
+     * @param def  Not null; must outlive the buffer.
+     */
+    virtual VBO* createVBO(int count, const VertexDef* def, ResourceMode mode) = 0;
+
+    /** A buffer of `count` indices, filled with zeros. @param format  Not `FORMAT_NONE`. */
+    virtual IBO* createIBO(int count, IBO::Format format, ResourceMode mode) = 0;
 
     /** A render target of this size, not 0, in pixels; `renderZ` gives it a depth buffer of its
      * own. */

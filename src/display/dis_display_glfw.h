@@ -69,9 +69,13 @@ public:
     mathbase::Vector3f getMousePosition() const override;
     bool readJoystick(int index, Joystick& state) const override;
 
+    void setVBO(VBO* vbo) override;
+    void setIBO(IBO* ibo) override;
     void setFBO(FBO* fbo) override;
     void setTexture(Texture* texture, int channel) override;
     void setShader(Shader* shader) override;
+    void draw(DrawMode mode, int firstIndex, int numIndices, int firstVertex,
+              int numVertices) override;
     void resetStates() override;
     void setDirty(bool dirty) override;
     void setActiveResolution(int width, int height) override;
@@ -80,6 +84,8 @@ public:
     bool supportsFBO() const override;
     int maxNumVertexAttrib() const override;
 
+    VBO* createVBO(int count, const VertexDef* def, ResourceMode mode) override;
+    IBO* createIBO(int count, IBO::Format format, ResourceMode mode) override;
     FBO* createFBO(int width, int height, bool renderZ) override;
     Texture* createTexture(const std::string& name, bool unique) override;
     Texture* createTexture(const std::string& name, const Texture::TextureDeclaration& declaration,
@@ -196,6 +202,8 @@ private:
     std::set<Resource*> mResources; // every live one, owned
     std::map<TextureKey, Texture*> mTextureCache;
     Shader* mCurrentShader = nullptr;
+    VBO* mCurrentVBO = nullptr;
+    IBO* mCurrentIBO = nullptr;
     FBO* mCurrentFBO = nullptr;
     int mActiveTextureChannel = 0;
     std::array<Texture*, TEXTURE_CHANNELS> mTextureChannels{};

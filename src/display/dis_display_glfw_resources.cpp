@@ -6,6 +6,7 @@
 #include "display/dis_glinclude.h"
 #include "display/dis_shader_gl.h"
 #include "display/dis_texture_gl.h"
+#include "display/dis_vboibo_gl.h"
 
 #include <algorithm>
 #include <memory>
@@ -17,6 +18,30 @@ namespace {
 constexpr int UNKNOWN_CHANNEL = -1;
 constexpr std::size_t BYTES_PER_RGB = 3;
 constexpr std::size_t BYTES_PER_BGRA = am::ImageObject::BYTES_PER_PIXEL;
+
+struct Range {
+    int first;
+    int count;
+};
+
+/** What of `size` entities is meant; all of them when `first` is -1. */
+Range rangeOf(int first, int count, int size)
+{
+    if (first == -1)
+        return {0, size};
+    ZVX_REQUIRE(first >= 0 && count >= 0 && first <= size && count <= size - first,
+                "first>=0 && count>=0 && first+count<=size");
+    return {first, count};
+}
+
+GLenum primitiveOf(DisplayGL::DrawMode mode)
+{
+    switch (mode) {
+        case DisplayGL::DRAW_POINTS: return GL_POINTS;
+        case DisplayGL::DRAW_LINES: return GL_LINES;
+        default: return GL_TRIANGLES;
+    }
+}
 
 } // namespace
 
@@ -51,6 +76,17 @@ ResourceType* DisplayGLFW::registered(std::unique_ptr<ResourceType> resource)
 {
     mResources.insert(resource.get());
     return resource.release();
+}
+
+VBO* DisplayGLFW::createVBO(int count, const VertexDef* def, ResourceMode mode)
+{
+    ZVX_REQUIRE(def, "def!=0");
+    return registered(std::make_unique<VBO_GL>(this, count, def, mode));
+}
+
+IBO* DisplayGLFW::createIBO(int count, IBO::Format format, ResourceMode mode)
+{
+    return registered(std::make_unique<IBO_GL>(this, count, format, mode));
 }
 
 FBO* DisplayGLFW::createFBO(int width, int height, bool renderZ)
@@ -147,6 +183,10 @@ void DisplayGLFW::forget(const Resource* resource)
     mImmediate.flush();
     if (mCurrentShader == resource)
         setShader(nullptr);
+    if (mCurrentVBO == resource)
+        setVBO(nullptr);
+    if (mCurrentIBO == resource)
+        setIBO(nullptr);
     if (mCurrentFBO == resource)
         setFBO(nullptr);
     for (int channel = 0; channel < TEXTURE_CHANNELS; ++channel)
@@ -170,6 +210,61 @@ void DisplayGLFW::restoreResources()
     for (Resource* const resource : mResources)
         if (resource->isDisposed())
             resource->restoreResource();
+}
+
+void DisplayGLFW::setVBO(VBO* vbo)
+{
+    if (vbo == mCurrentVBO)
+        return;
+    ZVX_REQUIRE(mOpened, "mOpened");
+    mImmediate.flush();
+
+    if (mCurrentVBO)
+        mCurrentVBO->unbind();
+    mCurrentVBO = nullptr;
+    mImmediate.setBoundVertices(nullptr);
+    if (!vbo)
+        return;
+    vbo->bind();
+    mCurrentVBO = vbo;
+    mImmediate.setBoundVertices(vbo->getFormat());
+}
+
+void DisplayGLFW::setIBO(IBO* ibo)
+{
+    if (ibo == mCurrentIBO)
+        return;
+    ZVX_REQUIRE(mOpened, "mOpened");
+    mImmediate.flush();
+
+    if (mCurrentIBO)
+        mCurrentIBO->unbind();
+    mCurrentIBO = nullptr;
+    if (!ibo)
+        return;
+    ibo->bind();
+    mCurrentIBO = ibo;
+}
+
+// NOLINTNEXTLINE(readability-function-size): the parameters are fixed
+void DisplayGLFW::draw(DrawMode outerMode, int firstIndex, int numIndices, int firstVertex,
+                       int numVertices)
+{
+    ZVX_REQUIRE(outerMode != DisplayGL::DRAW_NONE, "outerMode!=DisplayGL::DRAW_NONE");
+    ZVX_REQUIRE(mCurrentVBO, "mCurrentVBO!=0");
+    ZVX_REQUIRE(mCurrentIBO || firstIndex == -1, "mCurrentIBO!=0");
+    mImmediate.flush();
+
+    const GLenum mode = primitiveOf(outerMode);
+    if (!mCurrentIBO) {
+        const Range range = rangeOf(firstVertex, numVertices, mCurrentVBO->getNumVertices());
+        GL_CHECKED(glDrawArrays(mode, range.first, range.count));
+        return;
+    }
+    const auto& indices = static_cast<const IBO_GL&>(*mCurrentIBO);
+    const Range range = rangeOf(firstIndex, numIndices, indices.getNumIndices());
+    GL_CHECKED(glDrawElements(mode, range.count, indices.getFormatGL(),
+                              indices.getPointerGL(range.first)));
 }
 
 void DisplayGLFW::setFBO(FBO* fbo)
@@ -228,7 +323,9 @@ void DisplayGLFW::setShader(Shader* shader)
 /** The active texture unit is set for sure, since popped attributes bring an older one back. */
 void DisplayGLFW::resetBindings()
 {
+    setVBO(nullptr);
     setFBO(nullptr);
+    setIBO(nullptr);
     setShader(nullptr);
     mActiveTextureChannel = UNKNOWN_CHANNEL;
     for (int channel = TEXTURE_CHANNELS; channel-- > 0;)

@@ -3,6 +3,7 @@
 #include "common/zvx_system.h"
 #include "display/dis_glinclude.h"
 #include "display/dis_texture_gl.h"
+#include "display/dis_vertexdef.h"
 #include "display/dis_windowmode.h"
 
 #include <numbers>
@@ -280,13 +281,16 @@ void Immediate::handOver(const State& state, const Array& array)
 }
 
 /** Hands the array over as client memory: what buffers and arrays were set up comes back after. */
-void Immediate::drawArray(const Array& array)
+void Immediate::drawArray(const Array& array) const
 {
     const Vertex* const vertices = array.vertices;
 
     GL_CHECKED(glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT));
     GL_CHECKED(glBindBuffer(GL_ARRAY_BUFFER, 0));
     GL_CHECKED(glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0));
+    if (mBoundVertices)
+        for (const VertexAttribute& attribute : mBoundVertices->getAttributes())
+            GL_CHECKED(glDisableVertexAttribArray(static_cast<GLuint>(attribute.index)));
     GL_CHECKED(glClientActiveTexture(GL_TEXTURE0));
     GL_CHECKED(glEnableClientState(GL_VERTEX_ARRAY));
     GL_CHECKED(glEnableClientState(GL_TEXTURE_COORD_ARRAY));
@@ -301,7 +305,7 @@ void Immediate::drawArray(const Array& array)
 }
 
 /** What the display has bound to channel 0 comes back after, so that its records stay true. */
-void Immediate::drawArrayWith(Texture& texture, const Array& array)
+void Immediate::drawArrayWith(Texture& texture, const Array& array) const
 {
     GLint unit = 0;
     GLint bound = 0;

@@ -11,6 +11,7 @@ namespace zavex::display {
 
 class DisplayGL;
 class Texture;
+class VertexDef;
 class WindowMode;
 
 /** What a fragment or the picture under it is multiplied by before the two are combined. */
@@ -199,6 +200,12 @@ public:
     /** How many vertices the array that is being filled holds. */
     std::size_t waitingVertices() const { return mVertexCount; }
 
+    /**
+     * Tells which vertex attributes are bound to a buffer, so that they do not stand in the way of
+     * the arrays that are drawn here. @param format  Null for none; must live while it is bound.
+     */
+    void setBoundVertices(const VertexDef* format) { mBoundVertices = format; }
+
     DisplayGL& display() const { return mDisplay; }
 
 private:
@@ -213,8 +220,8 @@ private:
 
     static constexpr std::size_t QUADS_BEFORE = 256;
 
-    static void drawArray(const Array& array);
-    static void drawArrayWith(Texture& texture, const Array& array);
+    void drawArray(const Array& array) const;
+    void drawArrayWith(Texture& texture, const Array& array) const;
 
     void makeRoom(Primitive primitive, std::size_t vertices, std::size_t indices);
     void draw();
@@ -241,6 +248,7 @@ private:
     State mBeforeState;         // for the quads before it
     State mDriverState;
     unsigned long mDrawnArrays = 0;
+    const VertexDef* mBoundVertices = nullptr; // not owned
 };
 
 } // namespace zavex::display
