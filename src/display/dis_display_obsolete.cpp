@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <tuple>
 
 namespace zavex::display {
 
@@ -17,8 +18,7 @@ using mathbase::Vector4f;
 using Primitive = Immediate::Primitive;
 using Index = Immediate::Index;
 
-/** Corner c of a box takes the larger x with bit 0, the larger y with bit 1, z with bit 2. */
-constexpr std::size_t BOX_CORNERS = 8;
+constexpr std::size_t BOX_CORNERS = std::tuple_size_v<DisplayObsolete::BoxCorners>;
 
 // clang-format off
 
@@ -64,13 +64,27 @@ Immediate::Vertex vertexOf(const DisplayObsolete::Vertex& vertex)
             vertex.color.y,    vertex.color.z,    vertex.color.w};
 }
 
-void writeBoxCorners(Immediate::Vertex* out, const Vector3f& low, const Vector3f& high,
+DisplayObsolete::BoxCorners cornersBetween(const Vector3f& low, const Vector3f& high)
+{
+    return {
+        {
+         {low.x, low.y, low.z},
+         {high.x, low.y, low.z},
+         {low.x, high.y, low.z},
+         {high.x, high.y, low.z},
+         {low.x, low.y, high.z},
+         {high.x, low.y, high.z},
+         {low.x, high.y, high.z},
+         {high.x, high.y, high.z},
+         }
+    };
+}
+
+void writeBoxCorners(Immediate::Vertex* out, const DisplayObsolete::BoxCorners& corners,
                      const Color& color)
 {
-    for (std::size_t corner = 0; corner < BOX_CORNERS; ++corner)
-        out[corner] =
-            vertexAt((corner & 1) != 0 ? high.x : low.x, //
-                     (corner & 2) != 0 ? high.y : low.y, (corner & 4) != 0 ? high.z : low.z, color);
+    for (const Vector3f& corner : corners)
+        *out++ = vertexAt(corner.x, corner.y, corner.z, color);
 }
 
 /** Appends shapes of `perShape` vertices each, in portions that fit an array. */
@@ -341,9 +355,46 @@ void DisplayObsolete::drawBox(float x0, float y0, float z0, float x1, float y1, 
 
 void DisplayObsolete::drawBox(const Vector3f& corner0, const Vector3f& corner1)
 {
+    drawBox(cornersBetween(corner0, corner1));
+}
+
+void DisplayObsolete::drawBoxWire(const Vector3f& corner0, const Vector3f& corner1)
+{
+    drawBoxWire(cornersBetween(corner0, corner1));
+}
+
+void DisplayObsolete::drawBoxTex(const Vector3f& corner0, const Vector3f& corner1)
+{
+    drawBoxTex(cornersBetween(corner0, corner1));
+}
+
+DisplayObsolete::BoxCorners DisplayObsolete::boxCorners(const MatrixGL& transform,
+                                                        const Vector3f& boxCentre,
+                                                        const Vector3f& halfSize)
+{
+    const Vector3f centre = transform.multiply(boxCentre);
+    const Vector3f x = transform.multiplyVector(Vector3f(halfSize.x, 0.0f, 0.0f));
+    const Vector3f y = transform.multiplyVector(Vector3f(0.0f, halfSize.y, 0.0f));
+    const Vector3f z = transform.multiplyVector(Vector3f(0.0f, 0.0f, halfSize.z));
+    return {
+        {
+         centre - x - y - z,
+         centre + x - y - z,
+         centre - x + y - z,
+         centre + x + y - z,
+         centre - x - y + z,
+         centre + x - y + z,
+         centre - x + y + z,
+         centre + x + y + z,
+         }
+    };
+}
+
+void DisplayObsolete::drawBox(const BoxCorners& corners)
+{
     Immediate& immediate = Immediate::live();
     const auto room = immediate.append(Primitive::TRIANGLES, BOX_CORNERS, 6 * BOX_SIDES.size());
-    writeBoxCorners(room.vertices, corner0, corner1, immediate.color());
+    writeBoxCorners(room.vertices, corners, immediate.color());
     Index* indices = room.indices;
     for (const auto& side : BOX_SIDES) {
         Immediate::writeQuad(indices, room.first, side);
@@ -351,26 +402,26 @@ void DisplayObsolete::drawBox(const Vector3f& corner0, const Vector3f& corner1)
     }
 }
 
-void DisplayObsolete::drawBoxWire(const Vector3f& corner0, const Vector3f& corner1)
+void DisplayObsolete::drawBoxWire(const BoxCorners& corners)
 {
     Immediate& immediate = Immediate::live();
     const auto room = immediate.append(Primitive::LINES, BOX_CORNERS, 2 * BOX_EDGES.size());
-    writeBoxCorners(room.vertices, corner0, corner1, immediate.color());
+    writeBoxCorners(room.vertices, corners, immediate.color());
     Index* indices = room.indices;
     for (const auto& edge : BOX_EDGES)
         for (const Index corner : edge)
             *indices++ = static_cast<Index>(room.first + corner);
 }
 
-void DisplayObsolete::drawBoxTex(const Vector3f& corner0, const Vector3f& corner1)
+void DisplayObsolete::drawBoxTex(const BoxCorners& corners)
 {
     Immediate& immediate = Immediate::live();
-    Immediate::Vertex corners[BOX_CORNERS];
-    writeBoxCorners(corners, corner0, corner1, immediate.color());
+    const Color& color = immediate.color();
     for (const auto& side : BOX_SIDES) {
         Immediate::Vertex* const out = immediate.appendQuad();
         for (std::size_t i = 0; i < side.size(); ++i) {
-            out[i] = corners[side[i]];
+            const Vector3f& corner = corners[side[i]];
+            out[i] = vertexAt(corner.x, corner.y, corner.z, color);
             out[i].u = SIDE_TEXCOORDS[i][0];
             out[i].v = SIDE_TEXCOORDS[i][1];
         }

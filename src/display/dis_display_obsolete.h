@@ -6,6 +6,7 @@
 #include "mathbase/mb_vector3.h"
 #include "mathbase/mb_vector4.h"
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -28,6 +29,10 @@ public:
         SOLID = 0,
         WIRE = 1,
     };
+
+    /** Corner c takes the larger x with bit 0 of c, the larger y with bit 1, the larger z with
+     * bit 2. */
+    using BoxCorners = std::array<mathbase::Vector3f, 8>;
 
     /** A corner of a shape that is not of one colour. */
     struct Vertex {
@@ -125,6 +130,16 @@ public:
     static void drawBoxAround(const mathbase::Vector3f& centre, const mathbase::Vector3f& halfSize);
     static void drawBoxWireAround(const mathbase::Vector3f& centre,
                                   const mathbase::Vector3f& halfSize);
+
+    // Boxes that were turned, sheared or mirrored by whoever places them, which lets boxes with
+    // different transforms share an array.
+
+    /** Where `transform`, which is affine, takes the corners of the box around `centre`. */
+    static BoxCorners boxCorners(const MatrixGL& transform, const mathbase::Vector3f& centre,
+                                 const mathbase::Vector3f& halfSize);
+    static void drawBox(const BoxCorners& corners);
+    static void drawBoxWire(const BoxCorners& corners);
+    static void drawBoxTex(const BoxCorners& corners);
 
     // Lines, points and surfaces of any shape.
 
