@@ -9,9 +9,9 @@ using mathbase::Vector2f;
 using mathbase::Vector3f;
 using mathbase::Vector4f;
 
-void drawPicture(float x0, float y0, float x1, float y1, const Vector3f& colour)
+void drawPicture(float x0, float y0, float x1, float y1, float brightness)
 {
-    const Vector4f opaque(colour.x, colour.y, colour.z, 1.0f);
+    const Vector4f opaque(brightness, brightness, brightness, 1.0f);
     DisplayObsolete::drawQuad({
         {Vector3f(x0, y0, 0.0f), Vector2f(0.0f, 0.0f), opaque},
         {Vector3f(x1, y0, 0.0f), Vector2f(1.0f, 0.0f), opaque},

@@ -2,8 +2,6 @@
 
 #include "display/dis_display.h"
 #include "display/dis_shader.h"
-#include "display/dis_texture.h"
-#include "display/dis_windowmode.h"
 #include "effects/common.h"
 #include "effects/picture_quad.h"
 #include "mathbase/mb_matrix4x4col.h"
@@ -27,8 +25,6 @@ using mathbase::Vector4f;
 namespace {
 
 constexpr float PI = std::numbers::pi_v<float>;
-constexpr float FIELD_OF_VIEW = 1.3962634f; // radians, vertical
-constexpr float NEAR_PLANE = 0.1f;
 constexpr float FAR_PLANE = 10000.0f;
 constexpr float CAMERA_RADIUS = 40.0f;
 constexpr float DROP_HEIGHT = 10.0f;
@@ -45,11 +41,6 @@ constexpr float OUTLINE_LIGHT = 0.02f;
 constexpr float PANEL_DISTANCE = 22.0f;
 constexpr float PANEL_WIDTH = 20.0f;  // half
 constexpr float PANEL_HEIGHT = 10.0f; // half
-
-Vector3f grey(float brightness)
-{
-    return {brightness, brightness, brightness};
-}
 
 } // namespace
 
@@ -117,11 +108,7 @@ void Plasma::placeCamera(float time)
     const Vector3f target(0.0f, DROP_HEIGHT * mDrop.get(time), 0.0f);
     ds.setCamera(eye, target, 0.0f);
 
-    const display::WindowMode& mode = mDisplay->getWindowMode();
-    const float aspect = static_cast<float>(mode.width) / static_cast<float>(mode.height);
-    Matrix4x4Col projection;
-    projection.setProject(FIELD_OF_VIEW, aspect, NEAR_PLANE, FAR_PLANE);
-    DisplayObsolete::setProject(projection);
+    setPerspective(FAR_PLANE);
 }
 
 void Plasma::drawCells(float time, float beat)
@@ -177,22 +164,16 @@ void Plasma::drawPanels(float time)
                            Vector3f(PANEL_WIDTH * side, -PANEL_HEIGHT, 1.0f));
         ds.setTransform(transform);
         mDisplay->setTexture(mLogoTexture[panel], 0);
-        drawPicture(-1.0f, -1.0f, 1.0f, 1.0f, grey(brightness[panel]));
+        drawPicture(-1.0f, -1.0f, 1.0f, 1.0f, brightness[panel]);
     }
 }
 
 void Plasma::drawInvitation(float time)
 {
-    mDisplay->setTexture(mInvite, 0);
     DisplayObsolete::setProject(Matrix4x4Col());
     ds.setCamera();
     ds.setTransform();
-
-    const display::WindowMode& mode = mDisplay->getWindowMode();
-    const display::Texture::TextureDeclaration& picture = mInvite->getDeclaration();
-    const float x = static_cast<float>(picture.width) / static_cast<float>(mode.width);
-    const float y = static_cast<float>(picture.height) / static_cast<float>(mode.height);
-    drawPicture(-x, y, x, -y, grey(mSplineInvite.get(time)));
+    drawPictureCentred(*mInvite, mSplineInvite.get(time));
 }
 
 } // namespace zavex::effects

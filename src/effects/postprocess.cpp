@@ -11,25 +11,11 @@
 namespace zavex::effects {
 
 using display::DisplayObsolete;
-using display::Shader;
-using mathbase::Vector3f;
 
 namespace {
 
 constexpr float CUTOFF = 1.0f;       // brightness from which a picture glows in full
 constexpr float SAMPLE_WIDTH = 1.0f; // texels
-
-template <typename Value>
-void setUniform(Shader& shader, const char* name, Value value)
-{
-    shader.set(shader.getUniformLocation(name), &value, 1);
-}
-
-/** From a curve's [-1, 1] to [0, 1]. */
-float unit(float value)
-{
-    return (value + 1.0f) * 0.5f;
-}
 
 } // namespace
 
@@ -70,7 +56,7 @@ void PostProcess::draw(float time, float /*delta*/, float /*progress*/)
 /** The texture's first row lands at the top: every pass mirrors its picture. */
 void PostProcess::drawQuad()
 {
-    drawPicture(-1.0f, 1.0f, 1.0f, -1.0f, Vector3f(1.0f, 1.0f, 1.0f));
+    drawPicture(-1.0f, 1.0f, 1.0f, -1.0f, 1.0f);
 }
 
 void PostProcess::minify()
