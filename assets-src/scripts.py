@@ -69,6 +69,35 @@ PLASMA = [
                           (27.9, 0.5), (28, 0.8), (30, 0.66), (34, 0.6), (36, 0.4)], "linear"),
 ]
 
+VOLUMETRIC = 32 * BAR
+SCENE = {"span": VOLUMETRIC}
+STARS = [spline("not fast enough", [(0, -1), (2, 0.2), (24, 0.6), (31, 0.8), (32, -1)], "linear", **SCENE)]
+# Through the plain in bends, over the low houses and then between the high ones.
+ROAD = [
+    colour("color", [(0, "#14102e", 0), (1, "#2a20a0", 1.2), (8, "#2038d0", 1.4), (16, "#2080f0", 1.4),
+                     (24, "#38d6ff", 1.2), (31, "#38d6ff", 1.5), (32, "#38d6ff", 0)], **SCENE),
+    colour("color_house_create", [(0, "#ff9a3c", 0), (16, "#ff9a3c", 1.3), (26, "#4030c0", 1.4), (32, "#2a30b8", 1.3)],
+           **SCENE),
+    spline("path x", [(0, 0), (4, 0.02), (9, 0.3), (14, -0.12), (20, -0.42), (26, 0.1), (32, 0.3)], **SCENE),
+    spline("path y", [(0, -0.93), (8, -0.925), (14, -0.9), (19, -0.925), (25, -0.86), (29, -0.8), (32, -0.55)], **SCENE),
+    spline("path z", [(0, -1), (8, -0.62), (16, -0.18), (24, 0.36), (32, 1)], **SCENE),
+    spline("code", held(0.9, (2, 8)), "linear", **SCENE),
+    spline("graphics", held(0.9, (10, 16)), "linear", **SCENE),
+    spline("music", held(0.9, (18, 24)), "linear", **SCENE),
+    spline("support", held(0.9, (25.5, 31.5)), "linear", **SCENE),
+]
+
+FLIGHT = {"span": 26 * BAR}
+LIGHTSPEED = [
+    spline("not fast enough", [(0, 0.2), (0.5, 1), (8, 0.5), (16, 0.8), (24, 0.3), (25.5, -0.4), (26, -1)], "linear",
+           **FLIGHT),
+    spline("greetings (to)", held(0.9, (23.5, 26)), "linear", **FLIGHT),
+    spline("explode", [(0, -0.9), (2, -0.6), (8, 0.1), (12, -0.3), (16, 0.6), (20, 0.2), (26, 1)], **FLIGHT),
+    spline("rot x", [(0, 0), (8, 0.3), (16, -0.3), (24, 0.4), (26, 0)], **FLIGHT),
+    spline("rot y", [(0, 0), (6, -0.2), (14, 0.35), (22, -0.3), (26, 0)], **FLIGHT),
+    trigger("triggerexplode", [(0, 4, 26)]),
+]
+
 EFFECTS = {
     "common.Common": [],
     "clear.clear": [colour("color", [(0, "#05040c", 1), (36, "#05040c", 1)])],
@@ -79,11 +108,28 @@ EFFECTS = {
                         (36, -0.6)], "linear"),
         spline("glownoise", [(0, -0.75), (24, -0.7), (36, -0.8)], "linear"),
     ],
+    "stars.stars": STARS,
+    "volumetric.volumetric": ROAD,
+    "lightspeed.lightspeed": LIGHTSPEED,
+    "ascii.ascii": [spline("done", [(0, 0), (1, 1)], "linear", 1, 1)],
 }
 
+# Where an effect plays, in bars, if not as long as the song.
+SPANS = {
+    "stars.stars": (32, 64),
+    "volumetric.volumetric": (32, 64),
+    "lightspeed.lightspeed": (64, 90),
+    "ascii.ascii": (90, 96),
+}
 
-def document(plugins):
-    lines = ["<effect>", '\t<option inactive="0" locked="0"/>', '\t<time start="0" end="%s"/>' % number(END)]
+# Switched off: their bars of the song are not written.
+WAITING = {"stars.stars", "volumetric.volumetric"}
+
+
+def document(name, plugins):
+    start, end = (bar * BAR for bar in SPANS.get(name, (0, END / BAR)))
+    lines = ["<effect>", '\t<option inactive="%d" locked="0"/>' % (name in WAITING),
+             '\t<time start="%s" end="%s"/>' % (number(start), number(end))]
     for kind, name, body in plugins:
         lines.append('\t<plugin type="%s" name="%s">' % (kind, name))
         lines += ["\t\t" + line for line in body]
@@ -95,7 +141,7 @@ def main():
     folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
     (folder / "script").mkdir(parents=True, exist_ok=True)
     for name, plugins in EFFECTS.items():
-        (folder / "script" / f"{name}.xml").write_text(document(plugins), newline="\n")
+        (folder / "script" / f"{name}.xml").write_text(document(name, plugins), newline="\n")
 
 
 if __name__ == "__main__":

@@ -1,10 +1,14 @@
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_main.h"
+#include "effects/ascii.h"
 #include "effects/clear.h"
 #include "effects/common.h"
 #include "effects/flash.h"
+#include "effects/lightspeed.h"
 #include "effects/plasma.h"
 #include "effects/postprocess.h"
+#include "effects/stars.h"
+#include "effects/volumetric.h"
 #include "vellum/vel_control_watch.h"
 
 #include <algorithm>
@@ -27,6 +31,10 @@ struct EffectEntry {
 constexpr EffectEntry EFFECTS[] = {
     {"common",      "Common"     },
     {"clear",       "clear"      },
+    {"stars",       "stars"      },
+    {"lightspeed",  "lightspeed" },
+    {"ascii",       "ascii"      },
+    {"volumetric",  "volumetric" },
     {"flash",       "flash"      },
     {"plasma",      "plasma"     },
     {"postprocess", "postprocess"},
@@ -75,6 +83,10 @@ void play()
     cadenza::EffectFactory<effects::Flash> flash;
     cadenza::EffectFactory<effects::Plasma> plasma;
     cadenza::EffectFactory<effects::PostProcess> postprocess;
+    cadenza::EffectFactory<effects::Stars> stars;
+    cadenza::EffectFactory<effects::Volumetric> volumetric;
+    cadenza::EffectFactory<effects::Lightspeed> lightspeed;
+    cadenza::EffectFactory<effects::Ascii> ascii;
 
     cadenza::Cadenza demo;
     demo.setup(-1.0f);
@@ -83,6 +95,10 @@ void play()
     demo.addFactory("flash", &flash);
     demo.addFactory("plasma", &plasma);
     demo.addFactory("postprocess", &postprocess);
+    demo.addFactory("stars", &stars);
+    demo.addFactory("volumetric", &volumetric);
+    demo.addFactory("lightspeed", &lightspeed);
+    demo.addFactory("ascii", &ascii);
 
     Effects effects(demo);
     effects::Common* shared = nullptr;

@@ -1,113 +1,29 @@
-#include "effects/clear.h"
-#include "effects/common.h"
+#include "effects_stage.h"
+
 #include "effects/flash.h"
 #include "effects/plasma.h"
-#include "effects/postprocess.h"
 
-#include "am/am.h"
-#include "cadenza/scratch.h"
 #include "display/dis_fbo.h"
 #include "display/dis_immediate.h"
 #include "support/allocation_counter.h"
-#include "support/gl_display.h"
-#include "support/picture.h"
 
 #include <GLFW/glfw3.h>
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 
 namespace zavex::effects {
 namespace {
-
-namespace fs = std::filesystem;
 
 using display::BlendFactor;
 using display::DisplayObsolete;
 using display::Immediate;
 using test::Picture;
 
-constexpr int WIDTH = 320;
-constexpr int HEIGHT = 240;
-constexpr float SPAN = 10.0f; // seconds that each effect lasts
-
-std::string script(const std::string& plugins)
-{
-    return "<effect>\n\t<time start=\"0\" end=\"10\"/>\n" + plugins + "</effect>\n";
-}
-
-std::string flat(const std::string& name, float value)
-{
-    return "\t<plugin type=\"spline\" name=\"" + name + "\">\n\t\t<key time=\"0\" value=\"" +
-           std::to_string(value) + "\"/>\n\t</plugin>\n";
-}
-
-std::string colour(const std::string& values)
-{
-    return "\t<plugin type=\"color\" name=\"color\">\n\t\t<key time=\"0\" " + values +
-           "/>\n\t</plugin>\n";
-}
-
-/** Effects on a display of their own, in a working directory with the show's pictures and shaders.
- */
-class Effects : public testing::Test {
+class Effects : public EffectsStage {
 protected:
-    Effects()
-    {
-        for (const char* part : {"plasma", "postprocess"})
-            fs::copy(fs::path(CADENZA_DEMO_DIR) / part, part, fs::copy_options::recursive);
-        mArchives.addArchive("./");
-        mWindow->setArchive(&mArchives);
-        prepare(mCommon, "common", "");
-    }
-
-    /** Loads and sets up an effect with this script. */
-    template <typename EffectClass>
-    void prepare(EffectClass& effect, const std::string& type, const std::string& plugins)
-    {
-        test::writeText("script/" + type + "." + type + ".xml", script(plugins));
-        effect.setIdentity(type, type);
-        effect.setSpan(0.0f, SPAN);
-        if constexpr (std::is_base_of_v<CommonEffect, EffectClass>)
-            effect.setCommon(&mCommon);
-        effect.load(&*mWindow);
-        effect.setupControl();
-        effect.setup();
-    }
-
-    /** As in the show: with glow and grain as given, 0 for none. */
-    void preparePostProcess(float glow, float noise)
-    {
-        prepare(mPostProcess, "postprocess",
-                flat("glow", 2.0f * glow - 1.0f) + flat("glownoise", 2.0f * noise - 1.0f));
-    }
-
-    template <typename Draw>
-    Picture present(Draw draw)
-    {
-        return test::pictureOf(*mWindow, [&] {
-            draw();
-            mPostProcess.draw(1.0f, 0.04f, 0.1f);
-        });
-    }
-
-    static void step(cadenza::Effect& effect, float time, float delta)
-    {
-        effect.update(time);
-        effect.draw(time, delta, time / SPAN);
-    }
-
-    test::ScratchFolder mFolder;
-    // Effects stand before the display: it deletes what they hold of it.
-    Common mCommon;
-    Clear mClear;
     Flash mFlash;
     Plasma mPlasma;
-    PostProcess mPostProcess;
-    am::ArchiveManager mArchives;
-    test::GlDisplay mWindow{WIDTH, HEIGHT};
 };
 
 /** Red, green and blue at a point, from the top left. */
