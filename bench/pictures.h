@@ -33,4 +33,16 @@ inline int differenceOf(const std::vector<std::uint8_t>& a, const std::vector<st
     return largest;
 }
 
+/** The mean difference of two pictures, in 0..255; 255 when the first of them is empty. */
+inline double meanDifferenceOf(const std::vector<std::uint8_t>& a,
+                               const std::vector<std::uint8_t>& b)
+{
+    if (std::all_of(a.begin(), a.end(), [](std::uint8_t value) { return value == 0; }))
+        return 255.0;
+    double sum = 0.0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        sum += std::abs(a[i] - b[i]);
+    return sum / static_cast<double>(a.size());
+}
+
 } // namespace zavex::bench
