@@ -15,11 +15,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int WIDTH = 720;   // the timeline has room for the whole show beside its scroll bar,
-constexpr int HEIGHT = 1340; // and for all bars
+constexpr int HEIGHT = 1500; // and for all bars
 
 constexpr const char* SETTINGS = R"(<demo>
 	<time start="30.00" loop="on"/>
-	<display width="720" height="1340" fullscreen="off" title="editor"/>
+	<display width="720" height="1500" fullscreen="off" title="editor"/>
 	<osd show="off" location="bottom" delay="2.00"/>
 	<music filename="afterglow.ogg" mute="off"/>
 	<log console="off"/>
@@ -30,6 +30,14 @@ using Files = std::vector<std::pair<std::string, std::string>>;
 
 // As they are saved. At the start time `clear` alone gives the picture its colour.
 const Files SCRIPTS = {
+    {"ascii.ascii.xml",             R"(<effect>
+	<option inactive="1" locked="1"/>
+	<time start="60" end="80"/>
+	<plugin type="spline" name="done">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+</effect>
+)"   },
     {"clear.clear.xml",             R"(<effect>
 	<option inactive="0" locked="0"/>
 	<time start="2" end="42"/>
@@ -38,12 +46,12 @@ const Files SCRIPTS = {
 		<key time="1" r="0.125" g="0" b="0.5"/>
 	</plugin>
 </effect>
-)"},
+)"   },
     {"common.Common.xml",           R"(<effect>
 	<option inactive="0" locked="0"/>
 	<time start="0" end="67.5"/>
 </effect>
-)"},
+)"   },
     {"flash.flash.xml",             R"(<effect>
 	<option inactive="0" locked="0"/>
 	<time start="2" end="22"/>
@@ -54,7 +62,30 @@ const Files SCRIPTS = {
 		<key time="1" value="0"/>
 	</plugin>
 </effect>
-)"},
+)"   },
+    {"lightspeed.lightspeed.xml",   R"xml(<effect>
+	<option inactive="1" locked="1"/>
+	<time start="60" end="80"/>
+	<plugin type="spline" name="not fast enough">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="greetings (to)">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="explode">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="rot x">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="rot y">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="trigger" name="triggerexplode">
+		<action start="0" delay="1" repeat="1"/>
+	</plugin>
+</effect>
+)xml"},
     {"plasma.plasma.xml",           R"(<effect>
 	<option inactive="0" locked="0"/>
 	<time start="45" end="60"/>
@@ -90,7 +121,7 @@ const Files SCRIPTS = {
 		<attributes type="smooth" before="constant" after="constant"/>
 	</plugin>
 </effect>
-)"},
+)"   },
     {"postprocess.postprocess.xml", R"(<effect>
 	<option inactive="0" locked="1"/>
 	<time start="0" end="67.5"/>
@@ -103,7 +134,43 @@ const Files SCRIPTS = {
 		<key time="0" value="-1"/>
 	</plugin>
 </effect>
-)"},
+)"   },
+    {"stars.stars.xml",             R"(<effect>
+	<option inactive="1" locked="1"/>
+	<time start="60" end="80"/>
+	<plugin type="spline" name="not fast enough">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+</effect>
+)"   },
+    {"volumetric.volumetric.xml",   R"(<effect>
+	<option inactive="1" locked="1"/>
+	<time start="60" end="80"/>
+	<plugin type="color" name="color"/>
+	<plugin type="color" name="color_house_create"/>
+	<plugin type="spline" name="path x">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="path y">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="path z">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="code">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="graphics">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="music">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+	<plugin type="spline" name="support">
+		<attributes type="smooth" before="constant" after="constant"/>
+	</plugin>
+</effect>
+)"   },
 };
 
 struct Point {
@@ -114,10 +181,10 @@ struct Point {
 };
 
 // On the timeline with the scripts above: ten pixels a second, the bars from the last effect to the
-// first, the one that is locked as high as its header.
+// first, those that are locked as high as their headers.
 constexpr int PLASMA = 20;
 constexpr int FLASH = PLASMA + 470;
-constexpr int CLEAR = FLASH + 70;
+constexpr int CLEAR = FLASH + 70 + 4 * 20; // behind four that are locked
 constexpr int FLASH_LANE = FLASH + 20;
 constexpr int CLEAR_SWATCHES = CLEAR + 20 + 15;
 constexpr int PLASMA_TRIGGER = PLASMA + 350;
@@ -126,7 +193,7 @@ constexpr Point PLASMA_SWATCHES{451, PLASMA + 20 + 50 + 15};
 
 constexpr Point FIRST_ROW{12, 10};  // of a menu, from where it was opened
 constexpr int PICKER_OK = 244;      // from the upper edge of the picker's field
-constexpr int PANELS = 602;         // where the editor begins
+constexpr int PANELS = 676;         // where the editor begins
 constexpr int STATUS = HEIGHT - 36; // where it shows the speed
 constexpr Point NOWHERE{360, 60};   // beside the editor
 

@@ -17,8 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int FILES = 5;
-constexpr int KILLS = 50;
+constexpr int KILLS = 50;       // while saving
+constexpr int MOST_TURNS = 150; // on a busy machine some come late
 constexpr int ENOUGH_INSIDE = KILLS / 2;
 constexpr int ENOUGH_MIXED = KILLS / 5;
 constexpr int ACTIONS = 2000; // make the longest file take its time
@@ -154,25 +154,27 @@ struct KilledSave : testing::Test {
 
 TEST_F(KilledSave, LeavesEachFileOldOrNewAtFiftyRandomMoments)
 {
+    const int files = static_cast<int>(before.size());
     EXPECT_EQ(countNew(before, before, after), 0);
-    EXPECT_EQ(countNew(after, before, after), FILES);
+    EXPECT_EQ(countNew(after, before, after), files);
 
     std::mt19937 generator(SEED);
     std::uniform_real_distribution<double> share(0.0, 1.0);
     int inside = 0;
     int mixed = 0;
-    for (int turn = 0; turn < KILLS; ++turn) {
+    int turn = 0;
+    for (; inside < KILLS && turn < MOST_TURNS; ++turn) {
         restore(show, before);
         // One in each of as many equal parts: none of them is left out by chance.
-        const double moment = (turn + share(generator)) / KILLS * duration;
+        const double moment = (turn % KILLS + share(generator)) / KILLS * duration;
         SCOPED_TRACE(moment);
         const bool begun = killAfter(moment);
         const int replaced = countNew(readLike(show, before), before, after);
-        inside += begun && replaced < FILES ? 1 : 0;
-        mixed += replaced > 0 && replaced < FILES ? 1 : 0;
+        inside += begun && replaced < files ? 1 : 0;
+        mixed += replaced > 0 && replaced < files ? 1 : 0;
     }
     std::printf("%d of %d kills while saving (%.1f ms), %d with some files old and some new\n",
-                inside, KILLS, 1e3 * duration, mixed);
+                inside, turn, 1e3 * duration, mixed);
     EXPECT_GE(inside, ENOUGH_INSIDE);
     EXPECT_GE(mixed, ENOUGH_MIXED);
 

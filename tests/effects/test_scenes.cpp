@@ -90,11 +90,6 @@ protected:
     Volumetric mVolumetric;
 };
 
-bool isBlack(const Picture& picture)
-{
-    return std::ranges::all_of(picture.rgb, [](std::uint8_t level) { return level == 0; });
-}
-
 TEST_F(Scenes, StarsStandFarAwayAndNotBelowTheHorizon)
 {
     prepareStars(0.0f);
