@@ -260,21 +260,27 @@ struct MenuCase {
     const char* name;
     Vector2f point;        // of the right press; a key is at (200, 75)
     std::vector<int> rows; // of the menu and its submenus
-    const char* expected;  // modes and keys afterwards
+    const char* action;
+    const char* expected; // modes and keys afterwards
 
     friend void PrintTo(const MenuCase& menu, std::ostream* out) { *out << menu.name; }
 };
 
 const MenuCase MENU_CASES[] = {
-    {"AddKeyWhereTheMenuWasOpened", {220, 60}, {0},       "linear 0 0 5:0.5 6:0.8"},
-    {"Square",                      {220, 60}, {2, 0},    "square 0 0 5:0.5"      },
-    {"Smooth",                      {220, 60}, {2, 2},    "smooth 0 0 5:0.5"      },
-    {"RepeatBefore",                {220, 60}, {3, 0, 1}, "linear 1 0 5:0.5"      },
-    {"AddBefore",                   {220, 60}, {3, 0, 2}, "linear 2 0 5:0.5"      },
-    {"RepeatAfter",                 {220, 60}, {3, 1, 1}, "linear 0 1 5:0.5"      },
-    {"AddAfter",                    {220, 60}, {3, 1, 2}, "linear 0 2 5:0.5"      },
-    {"TheTitleOfASubmenu",          {220, 60}, {2},       "linear 0 0 5:0.5"      },
-    {"DeleteKey",                   {203, 75}, {0},       "linear 0 0 "           },
+    {"AddKeyWhereTheMenuWasOpened", {220, 60}, {0},       "spline.add key",                 "linear 0 0 5:0.5 6:0.8"},
+    {"Separator",                   {220, 60}, {1},       "spline.-------",                 "linear 0 0 5:0.5"      },
+    {"Square",                      {220, 60}, {2, 0},    "spline.type.square",             "square 0 0 5:0.5"      },
+    {"Linear",                      {220, 60}, {2, 1},    "spline.type.linear",             "linear 0 0 5:0.5"      },
+    {"Smooth",                      {220, 60}, {2, 2},    "spline.type.smooth",             "smooth 0 0 5:0.5"      },
+    {"RepeatBefore",                {220, 60}, {3, 0, 1}, "spline.repeat.before.identical", "linear 1 0 5:0.5"      },
+    {"AddBefore",                   {220, 60}, {3, 0, 2}, "spline.repeat.before.added",     "linear 2 0 5:0.5"      },
+    {"NoneAfter",                   {220, 60}, {3, 1, 0}, "spline.repeat.after.none",       "linear 0 0 5:0.5"      },
+    {"RepeatAfter",                 {220, 60}, {3, 1, 1}, "spline.repeat.after.identical",  "linear 0 1 5:0.5"      },
+    {"AddAfter",                    {220, 60}, {3, 1, 2}, "spline.repeat.after.added",      "linear 0 2 5:0.5"      },
+    {"TheTitleOfASubmenu",          {220, 60}, {2},       "spline.type",                    "linear 0 0 5:0.5"      },
+    {"ShowTangents",                {220, 60}, {5, 0},    "spline.tangents.show",           "linear 0 0 5:0.5"      },
+    {"HideTangents",                {220, 60}, {5, 1},    "spline.tangents.hide",           "linear 0 0 5:0.5"      },
+    {"DeleteKey",                   {203, 75}, {0},       "spline.delete key",              "linear 0 0 "           },
 };
 
 class SplineMenu : public testing::TestWithParam<MenuCase> {};
@@ -282,11 +288,13 @@ class SplineMenu : public testing::TestWithParam<MenuCase> {};
 TEST_P(SplineMenu, AppliesWhatIsChosen)
 {
     SplineTree tree("5:0.5");
+    tree.spline->setCallback(&tree.observer);
     tree.openMenu(GetParam().point);
     ASSERT_NE(tree.screen.getOpen(), nullptr);
     EXPECT_EQ(tree.screen.getOpen()->getArea().mMin, GetParam().point);
 
     tree.choose(GetParam().rows);
+    EXPECT_EQ(tree.observer.chosen, std::vector<std::string>{GetParam().action});
     std::ostringstream result;
     result << getModeName(tree.curve.getInterpolation()) << ' '
            << tree.curve.getExtrapolationBefore() << ' ' << tree.curve.getExtrapolationAfter()
