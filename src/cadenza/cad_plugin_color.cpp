@@ -285,7 +285,12 @@ void Color::openPicker()
         window->setVisible(true);
 }
 
-/** @param picker  Where the colour is; nothing happens unless it is a colour chooser. */
+/**
+ * Gives the key its colour. Tangents follow at once, so that the gradient plays as it will when it
+ * is loaded again.
+ *
+ * @param picker  Where the colour is; nothing happens unless it is a colour chooser.
+ */
 void Color::takeColor(vellum::Control* picker)
 {
     const auto* chooser = dynamic_cast<vellum::ColorChooser*>(picker);

@@ -1,5 +1,7 @@
 #include "cadenza/cad_plugin_spline.h"
 #include "cadenza/plugin_body.h"
+#include "display/dis_font.h"
+#include "vellum/probe.h"
 
 #include <gtest/gtest.h>
 
@@ -123,6 +125,23 @@ TEST(Spline, TheLaneEditsTheCurve)
 
     EXPECT_EQ(spline.get(1.0f), 0.5f);
     EXPECT_NE(test::savedBody(spline).find(R"(<key time="0.5" value="0.5"/>)"), std::string::npos);
+}
+
+TEST(Spline, TheLaneHasItsNameOverTheCurve)
+{
+    vellum::test::Screen screen;
+    Spline spline;
+    spline.mName = "zoom";
+    spline.setParent(&screen);
+    spline.draw({10, 20, 110, 70}, {0, 0, 400, 300}, {30, 20, 110, 60});
+
+    const auto& texts = screen.render.texts;
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_EQ(texts[0].text, "smooth");
+    EXPECT_EQ(texts[0].position, mathbase::Vector2f(12, 24));
+    EXPECT_EQ(texts[1].text, "zoom");
+    EXPECT_EQ(texts[1].position, mathbase::Vector2f(10, 65));
+    EXPECT_EQ(texts[1].align, display::Font::ALIGN_LEFT);
 }
 
 } // namespace
