@@ -8,9 +8,9 @@
 #include "display/dis_windowmode.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_quat.h"
+#include "mathbase/mb_vector2.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace zavex::bench {
@@ -24,6 +24,7 @@ using mathbase::Euler;
 using mathbase::Matrix4x4Col;
 using mathbase::Quatf;
 using mathbase::RotationOrder;
+using mathbase::Vector2f;
 using mathbase::Vector3f;
 
 constexpr float PI = 3.14159265f;
@@ -77,12 +78,25 @@ private:
     Matrix4x4Col mCamera;
 };
 
-Matrix4x4Col perspective(const display::DisplayGL& display, float far)
+/** Pixels. */
+Vector2f sizeOf(const display::DisplayGL& display)
 {
     const display::WindowMode& mode = display.getWindowMode();
+    return {static_cast<float>(mode.width), static_cast<float>(mode.height)};
+}
+
+/** Texels. */
+Vector2f sizeOf(const Texture& picture)
+{
+    const Texture::TextureDeclaration& declaration = picture.getDeclaration();
+    return {static_cast<float>(declaration.width), static_cast<float>(declaration.height)};
+}
+
+Matrix4x4Col perspective(const display::DisplayGL& display, float far)
+{
+    const Vector2f window = sizeOf(display);
     Matrix4x4Col projection;
-    projection.setProject(
-        1.3962634f, static_cast<float>(mode.width) / static_cast<float>(mode.height), 0.1f, far);
+    projection.setProject(1.3962634f, window.x / window.y, 0.1f, far);
     return projection;
 }
 
@@ -245,6 +259,30 @@ void drawStarsPlainly(const SceneParts& parts, const Curves& curves, const effec
     }
 }
 
+namespace {
+
+/** A cell of the end picture; sizes are those of a cell on the screen and in texture coordinates.
+ */
+void drawCell(int row, int column, float offset, const Vector2f& size, const Vector2f& step)
+{
+    const float x = size.x * static_cast<float>(column - 47);
+    const float y = size.y * static_cast<float>(row - 10) + offset;
+    const float u = step.x * static_cast<float>(column);
+    const float v = step.y * static_cast<float>(row);
+    glBegin(GL_QUADS);
+    glTexCoord2f(u, v);
+    glVertex2f(x, y);
+    glTexCoord2f(u + step.x, v);
+    glVertex2f(x + size.x, y);
+    glTexCoord2f(u + step.x, v + step.y);
+    glVertex2f(x + size.x, y + size.y);
+    glTexCoord2f(u, v + step.y);
+    glVertex2f(x, y + size.y);
+    glEnd();
+}
+
+} // namespace
+
 void drawAsciiPlainly(const SceneParts& parts, const effects::Ascii& ascii, float time)
 {
     constexpr int rows = effects::Ascii::ROWS;
@@ -257,118 +295,116 @@ void drawAsciiPlainly(const SceneParts& parts, const effects::Ascii& ascii, floa
         glScalef(1.0f, -1.0f, 0.0f);
         addLight();
         glEnable(GL_TEXTURE_2D);
-        const auto& picture = parts.ascii->getDeclaration();
-        const display::WindowMode& mode = parts.display.getWindowMode();
-        const float du = 8.0f / static_cast<float>(picture.width);
-        const float dv = 8.0f / static_cast<float>(picture.height);
-        const float width = 2.0f * static_cast<float>(picture.width) /
-                            static_cast<float>(mode.width) / static_cast<float>(columns);
-        const float height = 2.0f * static_cast<float>(picture.height) /
-                             static_cast<float>(mode.height) / static_cast<float>(rows);
+        const Vector2f picture = sizeOf(*parts.ascii);
+        const Vector2f window = sizeOf(parts.display);
+        const Vector2f size(2.0f * picture.x / window.x / static_cast<float>(columns),
+                            2.0f * picture.y / window.y / static_cast<float>(rows));
+        const Vector2f step(8.0f / picture.x, 8.0f / picture.y);
         glColor3f(1.0f, 1.0f, 1.0f);
-        for (int row = 0; row < rows; ++row) {
-            for (int column = 0; column < columns; ++column) {
-                const float offset =
-                    std::max(ascii.chars()[row * columns + column].mOffset - 2.0f * time, 0.0f);
-                const float x = width * static_cast<float>(column - 47);
-                const float y = height * static_cast<float>(row - 10) + offset;
-                const float u = du * static_cast<float>(column);
-                const float v = dv * static_cast<float>(row);
-                glBegin(GL_QUADS);
-                glTexCoord2f(u, v);
-                glVertex2f(x, y);
-                glTexCoord2f(u + du, v);
-                glVertex2f(x + width, y);
-                glTexCoord2f(u + du, v + dv);
-                glVertex2f(x + width, y + height);
-                glTexCoord2f(u, v + dv);
-                glVertex2f(x, y + height);
-                glEnd();
-            }
-        }
+        for (int cell = 0; cell < rows * columns; ++cell)
+            drawCell(cell / columns, cell % columns,
+                     std::max(ascii.chars()[cell].mOffset - 2.0f * time, 0.0f), size, step);
     }
     parts.display.setTexture(nullptr, 0);
 }
 
+namespace {
+
+void drawStreaks(const SceneParts& parts, const Curves& curves,
+                 const effects::Lightspeed& lightspeed)
+{
+    Plainly plainly;
+    plainly.setProjection(perspective(parts.display, 10000.0f));
+    plainly.setCamera(camera(ORIGIN, Vector3f(0.0f, 0.0f, 10.0f), 0.0f));
+    addLight();
+    const float k = (curves.brightness + 1.0f) * 0.5f;
+    const float spread = 3.0f + 2.0f * curves.explode;
+    for (int i = 0; i < effects::Lightspeed::STREAKS; ++i) {
+        const Vector3f& place = lightspeed.streaks()[i].mPos;
+        plainly.setTransform(
+            Vector3f(spread * place.x, spread * place.y, place.z),
+            Euler(curves.rotX, curves.rotY, std::atan2(place.y, place.x), RotationOrder::ZXY),
+            ONES);
+        const float light = k * (3.0f / place.z);
+        glColor3f(light, light, light);
+        glBegin(GL_QUADS);
+        glVertex3f(0.0f, -0.1f, 1.5f);
+        glVertex3f(0.0f, 0.1f, 1.5f);
+        glVertex3f(0.0f, 0.1f, -1.5f);
+        glVertex3f(0.0f, -0.1f, -1.5f);
+        glEnd();
+    }
+}
+
+/** The top of a plate with its line of the greetings. */
+void drawLine(float index)
+{
+    glBegin(GL_QUADS);
+    glTexCoord2f(0.0f, index / 35.0f);
+    glVertex3f(-1.0f, 1.0f, -1.0f);
+    glTexCoord2f(1.0f, index / 35.0f);
+    glVertex3f(1.0f, 1.0f, -1.0f);
+    glTexCoord2f(1.0f, (index + 1.0f) / 35.0f);
+    glVertex3f(1.0f, 1.0f, 1.0f);
+    glTexCoord2f(0.0f, (index + 1.0f) / 35.0f);
+    glVertex3f(-1.0f, 1.0f, 1.0f);
+    glEnd();
+}
+
+/** The plates in one of the passes 0 to 2. */
+void drawPlates(Plainly& plainly, const effects::Lightspeed& lightspeed, float time, int pass)
+{
+    const float eye = 5.0f * time - 10.0f;
+    for (int i = 0; i < effects::Lightspeed::PLATES; ++i) {
+        const auto index = static_cast<float>(i);
+        const Vector3f& place = lightspeed.plates()[i].mPos;
+        const float d = std::abs(eye - place.z);
+        if (d > 20.0f)
+            continue;
+        const float a = std::max(4.0f * std::sin(0.5f * d - 1.0f), 0.0f);
+        plainly.setTransform(place,
+                             Euler(0.5f * PI + a * std::sin(index), a * std::cos(index),
+                                   PI + a * std::sin(time), RotationOrder::XYZ),
+                             Vector3f(1.0f, 0.1f, 0.1f));
+        const float f = 25.0f / (d * d);
+        if (pass < 2) {
+            glColor3f(0.6f * f, 0.2f * f, 0.1f * f);
+            drawBox(ORIGIN, ONES);
+        } else {
+            addLight();
+            glColor3f(0.1f * f, 0.1f * f, 0.1f * f);
+            drawLine(index);
+        }
+    }
+}
+
+} // namespace
+
 void drawLightspeedPlainly(const SceneParts& parts, const Curves& curves,
                            const effects::Lightspeed& lightspeed, float time)
 {
-    {
-        Plainly plainly;
-        plainly.setProjection(perspective(parts.display, 10000.0f));
-        plainly.setCamera(camera(ORIGIN, Vector3f(0.0f, 0.0f, 10.0f), 0.0f));
-        addLight();
-        const float k = (curves.brightness + 1.0f) * 0.5f;
-        const float spread = 3.0f + 2.0f * curves.explode;
-        for (int i = 0; i < effects::Lightspeed::STREAKS; ++i) {
-            const Vector3f& place = lightspeed.streaks()[i].mPos;
-            plainly.setTransform(
-                Vector3f(spread * place.x, spread * place.y, place.z),
-                Euler(curves.rotX, curves.rotY, std::atan2(place.y, place.x), RotationOrder::ZXY),
-                ONES);
-            const float light = k * (3.0f / place.z);
-            glColor3f(light, light, light);
-            glBegin(GL_QUADS);
-            glVertex3f(0.0f, -0.1f, 1.5f);
-            glVertex3f(0.0f, 0.1f, 1.5f);
-            glVertex3f(0.0f, 0.1f, -1.5f);
-            glVertex3f(0.0f, -0.1f, -1.5f);
-            glEnd();
-        }
-    }
+    drawStreaks(parts, curves, lightspeed);
     parts.display.setTexture(parts.greetingsLines, 0);
     Plainly plainly;
     plainly.setProjection(perspective(parts.display, 10000.0f));
-    const Vector3f eye(0.0f, 0.0f, 5.0f * time - 10.0f);
-    plainly.setCamera(camera(eye, Vector3f(0.0f, 0.0f, 5.0f * time), 0.0f));
+    plainly.setCamera(
+        camera(Vector3f(0.0f, 0.0f, 5.0f * time - 10.0f), Vector3f(0.0f, 0.0f, 5.0f * time), 0.0f));
     glEnable(GL_TEXTURE_2D);
-    for (int pass = 0; pass < 3; ++pass) {
-        if (pass == 0)
-            setupVolumetric(parts, 1.4f);
-        else if (pass == 1)
-            changeVolumetric();
-        else
-            endVolumetric(parts);
-        for (int i = 0; i < effects::Lightspeed::PLATES; ++i) {
-            const auto index = static_cast<float>(i);
-            const Vector3f& place = lightspeed.plates()[i].mPos;
-            const float d = (eye - place).length();
-            if (d > 20.0f)
-                continue;
-            const float a = std::max(4.0f * std::sin(0.5f * d - 1.0f), 0.0f);
-            plainly.setTransform(place,
-                                 Euler(0.5f * PI + a * std::sin(index), a * std::cos(index),
-                                       PI + a * std::sin(time), RotationOrder::XYZ),
-                                 Vector3f(1.0f, 0.1f, 0.1f));
-            const float f = 25.0f / (d * d);
-            if (pass < 2) {
-                glColor3f(0.6f * f, 0.2f * f, 0.1f * f);
-                drawBox(ORIGIN, ONES);
-                continue;
-            }
-            addLight();
-            glColor3f(0.1f * f, 0.1f * f, 0.1f * f);
-            glBegin(GL_QUADS);
-            glTexCoord2f(0.0f, index / 35.0f);
-            glVertex3f(-1.0f, 1.0f, -1.0f);
-            glTexCoord2f(1.0f, index / 35.0f);
-            glVertex3f(1.0f, 1.0f, -1.0f);
-            glTexCoord2f(1.0f, (index + 1.0f) / 35.0f);
-            glVertex3f(1.0f, 1.0f, 1.0f);
-            glTexCoord2f(0.0f, (index + 1.0f) / 35.0f);
-            glVertex3f(-1.0f, 1.0f, 1.0f);
-            glEnd();
-        }
-    }
+    setupVolumetric(parts, 1.4f);
+    drawPlates(plainly, lightspeed, time, 0);
+    changeVolumetric();
+    drawPlates(plainly, lightspeed, time, 1);
+    endVolumetric(parts);
+    drawPlates(plainly, lightspeed, time, 2);
+
     parts.display.setTexture(parts.greetings, 0);
     plainly.setProjection(Matrix4x4Col());
     glLoadIdentity();
     glColor3f(curves.greetings, curves.greetings, curves.greetings);
-    const display::WindowMode& mode = parts.display.getWindowMode();
-    const auto& picture = parts.greetings->getDeclaration();
-    const float x = static_cast<float>(picture.width) / static_cast<float>(mode.width);
-    const float y = static_cast<float>(picture.height) / static_cast<float>(mode.height);
-    drawPicture(-x, y, x, -y);
+    const Vector2f picture = sizeOf(*parts.greetings);
+    const Vector2f window = sizeOf(parts.display);
+    drawPicture(-picture.x / window.x, picture.y / window.y, picture.x / window.x,
+                -picture.y / window.y);
     parts.display.setTexture(nullptr, 0);
 }
 
@@ -551,13 +587,11 @@ private:
             glLoadIdentity();
             glEnable(GL_TEXTURE_2D);
             addLight();
-            const display::WindowMode& mode = mParts.display.getWindowMode();
-            const auto& picture = mParts.credits->getDeclaration();
+            const Vector2f picture = sizeOf(*mParts.credits);
+            const Vector2f window = sizeOf(mParts.display);
             glColor3f(mCurves.credits, mCurves.credits, mCurves.credits);
-            drawPicture(
-                1.0f - 2.0f * static_cast<float>(picture.width) / static_cast<float>(mode.width),
-                1.1f, 1.0f,
-                1.1f - 2.0f * static_cast<float>(picture.height) / static_cast<float>(mode.height));
+            drawPicture(1.0f - 2.0f * picture.x / window.x, 1.1f, 1.0f,
+                        1.1f - 2.0f * picture.y / window.y);
         }
         mParts.display.setTexture(nullptr, 0);
     }

@@ -222,7 +222,10 @@ void BufferObject_GL<PARENT, TARGET>::unbindObject() const
 template <typename PARENT, GLenum TARGET>
 const void* BufferObject_GL<PARENT, TARGET>::pointerGL(std::size_t offset) const
 {
-    return mID != 0 ? reinterpret_cast<const void*>(offset) : mCompPtr.data() + offset;
+    if (mID == 0)
+        return mCompPtr.data() + offset;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the driver takes the pointer's value for an offset
+    return reinterpret_cast<const void*>(offset);
 }
 
 template <typename PARENT, GLenum TARGET>

@@ -3,6 +3,7 @@
 #include "display/dis_display.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
+#include "mathbase/mb_box.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_random.h"
 
@@ -14,6 +15,7 @@ namespace zavex::effects {
 using display::BlendFactor;
 using display::DisplayObsolete;
 using display::Texture;
+using mathbase::Box2;
 using mathbase::Matrix4x4Col;
 using mathbase::Vector2f;
 using mathbase::Vector3f;
@@ -25,7 +27,23 @@ constexpr float CELL_TEXELS = 8.0f;
 constexpr float SLIDING_SPEED = 2.0f; // half screen heights a second
 constexpr float LARGEST_SHARE = 0.5f; // of a cell's offset that is drawn by chance
 constexpr float ROW_SHARE = 0.5f;     // and that each row adds
+constexpr int CELLS = Ascii::ROWS * Ascii::COLUMNS;
+constexpr int MIDDLE_ROW = Ascii::ROWS / 2;
+constexpr int MIDDLE_COLUMN = Ascii::COLUMNS / 2;
 constexpr std::size_t CORNERS = 4;
+
+/** @param corners  Four, from the top left one on, clockwise on the screen. */
+void placeCell(DisplayObsolete::Vertex* corners, const Box2& place, const Box2& texels)
+{
+    const auto set = [](DisplayObsolete::Vertex& corner, float x, float y, float u, float v) {
+        corner.position = {x, y, 0.0f};
+        corner.texcoord = {u, v};
+    };
+    set(corners[0], place.mMin.x, place.mMin.y, texels.mMin.x, texels.mMin.y);
+    set(corners[1], place.mMax.x, place.mMin.y, texels.mMax.x, texels.mMin.y);
+    set(corners[2], place.mMax.x, place.mMax.y, texels.mMax.x, texels.mMax.y);
+    set(corners[3], place.mMin.x, place.mMax.y, texels.mMin.x, texels.mMax.y);
+}
 
 } // namespace
 
@@ -40,12 +58,12 @@ void Ascii::setup()
     declaration.useMipmaps = false;
     mTexture = mDisplay->createTexture("ascii/ascii.png", declaration, false);
 
-    constexpr std::size_t CELLS = std::size_t{ROWS} * COLUMNS;
     mChar = std::make_unique<Char[]>(CELLS);
     mathbase::RandomGen_LCG<69069, 5> random(mathbase::initialSeed());
-    for (std::size_t cell = 0; cell < CELLS; ++cell) {
-        const auto row = static_cast<float>(cell / COLUMNS);
-        mChar[cell].mOffset = LARGEST_SHARE * random.nextFloat() + ROW_SHARE * row;
+    for (int cell = 0; cell < CELLS; ++cell) {
+        const int row = cell / COLUMNS;
+        mChar[cell].mOffset =
+            LARGEST_SHARE * random.nextFloat() + ROW_SHARE * static_cast<float>(row);
     }
     const DisplayObsolete::Vertex white{{}, {}, Vector4f(1.0f, 1.0f, 1.0f, 1.0f)};
     mVertices.assign(CORNERS * CELLS, white);
@@ -77,28 +95,20 @@ void Ascii::placeCells(float time)
     const Texture::TextureDeclaration& picture = mTexture->getDeclaration();
     const display::WindowMode& mode = mDisplay->getWindowMode();
     const Vector2f texels(static_cast<float>(picture.width), static_cast<float>(picture.height));
+    const Vector2f size(2.0f * (texels.x / static_cast<float>(mode.width)) / COLUMNS,
+                        2.0f * (texels.y / static_cast<float>(mode.height)) / ROWS);
     const Vector2f step(CELL_TEXELS / texels.x, CELL_TEXELS / texels.y);
-    const float width = 2.0f * (texels.x / static_cast<float>(mode.width)) / COLUMNS;
-    const float height = 2.0f * (texels.y / static_cast<float>(mode.height)) / ROWS;
 
-    for (int row = 0; row < ROWS; ++row) {
-        for (int column = 0; column < COLUMNS; ++column) {
-            const auto cell = static_cast<std::size_t>(row * COLUMNS + column);
-            const float offset = std::max(mChar[cell].mOffset - SLIDING_SPEED * time, 0.0f);
-            const float x = width * static_cast<float>(column - COLUMNS / 2);
-            const float y = height * static_cast<float>(row - ROWS / 2) + offset;
-            const float u = step.x * static_cast<float>(column);
-            const float v = step.y * static_cast<float>(row);
-            const auto place = [&](std::size_t corner, float right, float down) {
-                DisplayObsolete::Vertex& vertex = mVertices[CORNERS * cell + corner];
-                vertex.position = {x + right * width, y + down * height, 0.0f};
-                vertex.texcoord = {u + right * step.x, v + down * step.y};
-            };
-            place(0, 0.0f, 0.0f);
-            place(1, 1.0f, 0.0f);
-            place(2, 1.0f, 1.0f);
-            place(3, 0.0f, 1.0f);
-        }
+    for (int cell = 0; cell < CELLS; ++cell) {
+        const int row = cell / COLUMNS;
+        const int column = cell % COLUMNS;
+        const float offset = std::max(mChar[cell].mOffset - SLIDING_SPEED * time, 0.0f);
+        const Vector2f place(size.x * static_cast<float>(column - MIDDLE_COLUMN),
+                             size.y * static_cast<float>(row - MIDDLE_ROW) + offset);
+        const Vector2f texel(step.x * static_cast<float>(column), step.y * static_cast<float>(row));
+        DisplayObsolete::Vertex* const corners =
+            &mVertices[CORNERS * static_cast<std::size_t>(cell)];
+        placeCell(corners, {place, place + size}, {texel, texel + step});
     }
 }
 

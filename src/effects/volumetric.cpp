@@ -122,14 +122,14 @@ void Volumetric::setup()
     mRoad.reserve(ROAD_SEGMENTS);
     mNear.reserve(HOUSES);
     const Vector4f light(0.0051f, 0.007f, 0.01f, 1.0f);
-    constexpr auto EXTENT = static_cast<float>(GRID_EXTENT);
+    const auto extent = static_cast<float>(GRID_EXTENT);
     mGrid.clear();
     for (int line = -GRID_EXTENT; line < GRID_EXTENT; ++line) {
         const auto k = static_cast<float>(line);
-        mGrid.push_back({Vector3f(k, 0.0f, -EXTENT), {}, light});
-        mGrid.push_back({Vector3f(k, 0.0f, EXTENT), {}, light});
-        mGrid.push_back({Vector3f(-EXTENT, 0.0f, k), {}, light});
-        mGrid.push_back({Vector3f(EXTENT, 0.0f, k), {}, light});
+        mGrid.push_back({Vector3f(k, 0.0f, -extent), {}, light});
+        mGrid.push_back({Vector3f(k, 0.0f, extent), {}, light});
+        mGrid.push_back({Vector3f(-extent, 0.0f, k), {}, light});
+        mGrid.push_back({Vector3f(extent, 0.0f, k), {}, light});
     }
 }
 
