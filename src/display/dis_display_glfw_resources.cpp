@@ -19,6 +19,8 @@ constexpr int UNKNOWN_CHANNEL = -1;
 constexpr std::size_t BYTES_PER_RGB = 3;
 constexpr std::size_t BYTES_PER_BGRA = am::ImageObject::BYTES_PER_PIXEL;
 
+constexpr const char* DRAW_SOURCE = "dis_display_glfw"; // where drawing's errors are said to be
+
 struct Range {
     int first;
     int count;
@@ -258,13 +260,16 @@ void DisplayGLFW::draw(DrawMode outerMode, int firstIndex, int numIndices, int f
     const GLenum mode = primitiveOf(outerMode);
     if (!mCurrentIBO) {
         const Range range = rangeOf(firstVertex, numVertices, mCurrentVBO->getNumVertices());
-        GL_CHECKED(glDrawArrays(mode, range.first, range.count));
+        glDrawArrays(mode, range.first, range.count);
+        GL_REPORT_ERROR(DRAW_SOURCE, __LINE__, "glDrawArrays(mode, range.first, range.count)");
         return;
     }
     const auto& indices = static_cast<const IBO_GL&>(*mCurrentIBO);
     const Range range = rangeOf(firstIndex, numIndices, indices.getNumIndices());
-    GL_CHECKED(glDrawElements(mode, range.count, indices.getFormatGL(),
-                              indices.getPointerGL(range.first)));
+    glDrawElements(mode, range.count, indices.getFormatGL(), indices.getPointerGL(range.first));
+    GL_REPORT_ERROR(DRAW_SOURCE, __LINE__,
+                    "glDrawElements(mode, range.count, indices.getFormatGL(), "
+                    "indices.getPointerGL(range.first))");
 }
 
 void DisplayGLFW::setFBO(FBO* fbo)

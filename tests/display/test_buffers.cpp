@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <numeric>
 
@@ -277,14 +278,50 @@ TEST_P(Buffers, TellWhatTheDriverLacks)
     points(HALVES);
     EXPECT_EQ(countLogged("warning", "GL_ARB_vertex_buffer_object not supported, emulating fool"),
               GetParam() ? 0 : 1);
-    GLint recommended = 0;
-    glGetIntegerv(GL_MAX_ELEMENTS_INDICES, &recommended);
-    if (recommended < 10000000) {
-        mDisplay.createIBO(recommended + 1, IBO::FORMAT_UINT8, DisplayGL::MODE_STATIC);
-        EXPECT_EQ(countLogged("warning", "Creating index buffer with too many indices (" +
-                                             std::to_string(recommended + 1) + " when " +
+    const struct {
+        GLenum limit;
+        std::function<void(int)> create;
+        std::string message;
+    } rows[] = {
+        {GL_MAX_ELEMENTS_VERTICES,
+         [&](int count) { mDisplay.createVBO(count, &mFormat, DisplayGL::MODE_STATIC); },
+         "Creating vertex buffer with too many vertices ("},
+        {GL_MAX_ELEMENTS_INDICES,
+         [&](int count) { mDisplay.createIBO(count, IBO::FORMAT_UINT8, DisplayGL::MODE_STATIC); },
+         "Creating index buffer with too many indices ("  },
+    };
+    for (const auto& row : rows) {
+        GLint recommended = 0;
+        glGetIntegerv(row.limit, &recommended);
+        if (recommended >= 10000000)
+            continue;
+        row.create(recommended);
+        row.create(recommended + 1);
+        EXPECT_EQ(countLogged("warning", row.message), GetParam() ? 1 : 0);
+        EXPECT_EQ(countLogged("warning", row.message + std::to_string(recommended + 1) + " when " +
                                              std::to_string(recommended) + " recommended)"),
                   GetParam() ? 1 : 0);
+    }
+}
+
+TEST_P(Buffers, NameTheDrawingThatFailed)
+{
+    VBO* const vertices = points(HALVES);
+    IBO* const indices = mDisplay.createIBO(3, IBO::FORMAT_UINT8, DisplayGL::MODE_STATIC);
+    for (IBO* const each : {static_cast<IBO*>(nullptr), indices}) {
+        test::drawFrame(mDisplay, [&] {
+            mDisplay.setVBO(vertices);
+            mDisplay.setIBO(each);
+            DisplayObsolete::flush();
+            glEnable(GL_NONE); // leaves an error
+            const std::string message =
+                thrownMessage([&] { mDisplay.draw(DisplayGL::DRAW_TRIANGLES, -1, 0, -1, 0); });
+            EXPECT_NE(message.find(each ? "] dis_display_glfw\nLine: glDrawElements("
+                                        : "] dis_display_glfw\nLine: glDrawArrays("),
+                      std::string::npos)
+                << message;
+            EXPECT_TRUE(message.ends_with("\nError: 'GL_INVALID_ENUM'\n")) << message;
+        });
     }
 }
 
