@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace zavex::effects {
@@ -35,8 +36,7 @@ constexpr float RE_ENTRY = 18.0f;     // how far a streak is put back at least
 constexpr float RE_ENTRY_RANGE = 4.0f;
 constexpr float HALF_THICKNESS = 0.1f;
 constexpr float HALF_LENGTH = 1.5f;
-constexpr float STREAK_LIGHT = 3.0f;      // at distance 1
-constexpr float NEAREST_STREAK = 1.0e-3f; // keeps the light of a streak at 0 finite
+constexpr float STREAK_LIGHT = 3.0f; // at distance 1
 
 constexpr float FIRST_PLATE = 48.5f;
 constexpr float PLATE_SPACING = 4.75f;
@@ -133,7 +133,8 @@ void Lightspeed::drawStreaks(float time, float delta)
         const Vector3f centre(spread * place.x, spread * place.y, place.z);
         const Vector3f up = turned(across);
         const Vector3f far = turned(along);
-        const float distance = std::abs(place.z) < NEAREST_STREAK ? NEAREST_STREAK : place.z;
+        // Grows without bound towards 0, where alone it would not be finite.
+        const float distance = place.z == 0.0f ? std::numeric_limits<float>::min() : place.z;
         const Vector3f light = streak.mColor * (brightness * (STREAK_LIGHT / distance));
         const Vector4f colour(light.x, light.y, light.z, 1.0f);
         DisplayObsolete::drawQuad({
