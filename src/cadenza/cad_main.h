@@ -122,9 +122,10 @@ public:
      * Writes the settings into "setup.local.xml", if there is one, and every effect's script file,
      * if the scripts were loaded.
      *
-     * A file that cannot be read or written is logged with its name and the reason, keeps what it
-     * holds, and does not keep the others from being saved. Only where the root element of
-     * "setup.local.xml" is not "demo" nothing at all is saved.
+     * Nothing at all is saved while "setup.local.xml" is malformed or its root element is not
+     * "demo": that is logged, and all files stay as they are. A file that cannot be written is
+     * logged with its name and the reason, keeps what it holds, and does not keep the others from
+     * being saved.
      */
     void saveXml();
 
@@ -189,6 +190,8 @@ protected:
     bool mLogConsole = false;
 
 private:
+    static constexpr const char* LOCAL_SETUP = "setup.local.xml";
+
     void applyTime(const xml::XmlTag& tag);
     void applyArchive(const xml::XmlTag& tag);
     void applyDisplay(const xml::XmlTag& tag);

@@ -15,7 +15,6 @@ namespace zavex::cadenza {
 
 namespace {
 
-constexpr const char* LOCAL_SETUP = "setup.local.xml";
 constexpr int DECIMALS = 2; // of seconds
 
 const char* onOrOff(bool on)
@@ -81,12 +80,12 @@ bool Cadenza::saveSettings()
     try {
         parser.parse(file->data, file->length);
     } catch (const Exception& exception) {
-        ZVX_LOG("error", "app", "Could not save '%s': %s\n", LOCAL_SETUP, exception.what());
-        return true;
+        ZVX_LOG("error", "app", "%s: nothing is saved: %s\n", LOCAL_SETUP, exception.what());
+        return false;
     }
     const std::string& root = parser.createIterator("").getRoot().getName();
     if (root != "demo") {
-        ZVX_LOG("error", "app", "%s: the root element is '%s', expected 'demo': nothing is saved\n",
+        ZVX_LOG("error", "app", "%s: nothing is saved: the root element is '%s', expected 'demo'\n",
                 LOCAL_SETUP, root.c_str());
         return false;
     }

@@ -13,7 +13,6 @@ namespace zavex::cadenza {
 
 namespace {
 
-constexpr const char* LOCAL_SETUP = "setup.local.xml";
 constexpr const char* SHARED_SETUP = "setup.xml";
 constexpr std::string_view SCHEME_END = "://"; // of an archive's path
 

@@ -161,9 +161,10 @@ struct BadFile {
 };
 
 constexpr BadFile BAD_FILES[] = {
-    {"Empty",       "",                      "Could not save 'setup.local.xml': (error at line 1"   },
-    {"Malformed",   "<demo>\n<time start=1", "Could not save 'setup.local.xml': (error at line 2"   },
-    {"AnotherRoot", "<show></show>",         "setup.local.xml: the root element is 'show', expected"},
+    {"Empty",       "",                      "setup.local.xml: nothing is saved: (error at line 1"},
+    {"Malformed",   "<demo>\n<time start=1", "setup.local.xml: nothing is saved: (error at line 2"},
+    {"AnotherRoot", "<show></show>",
+     "setup.local.xml: nothing is saved: the root element is 'show'"                              },
 };
 
 class BadSettings : public SettingsFile, public testing::WithParamInterface<BadFile> {};
