@@ -118,7 +118,7 @@ void Effect::save()
 
     std::string reason;
     if (!am::writeFileAtomically(mFilename, text, reason))
-        ZVX_LOG("log", "app", "Could not save '%s': %s\n", mFilename.c_str(), reason.c_str());
+        ZVX_LOG("error", "app", "Could not save '%s': %s\n", mFilename.c_str(), reason.c_str());
 }
 
 void Effect::writeScript(xml::XmlParser& parser)

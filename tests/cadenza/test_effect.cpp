@@ -163,7 +163,7 @@ TEST_F(EffectScript, ThatCannotBeWrittenIsReportedAndLosesNothing)
     writeText("script", "in the way");
     effect.save();
 
-    EXPECT_EQ(test::countLogged("log", "script/probe.it.xml': "), 1);
+    EXPECT_EQ(test::countLogged("error", "Could not save 'script/probe.it.xml': "), 1);
     EXPECT_EQ(readText("kept/probe.it.xml"), FULL);
 }
 
