@@ -29,7 +29,7 @@ class PluginBase;
  * the effect in time, with a shift key by a tenth; each reaches the lanes at once. A drag never
  * makes a bar start before 0 or become narrower than two seconds. The other button opens a menu on
  * the header that switches the effect off or on and locks the bar, which keeps it from being
- * dragged. Opening it, or hiding the bar, ends a drag.
+ * dragged and marked. Opening it, or hiding the bar, ends a drag.
  *
  * Plugins are members of the concrete effect. Each is also a child control of this one and leaves
  * it when it is destroyed, before the base class destroys the children that remain.

@@ -157,22 +157,9 @@ int Gui::onKeyDown(const display::KeyEvent& event)
         return WHATEVER;
 
     std::printf("key tab\n");
-    if (Control* const workspace = mVellum.findControl(WORKSPACE)) {
-        if (workspace->getVisible())
-            letGo();
+    if (Control* const workspace = mVellum.findControl(WORKSPACE))
         workspace->setVisible(!workspace->getVisible());
-    }
     return WHATEVER;
-}
-
-/** Ends what is being dragged: the release of the button finds nobody while the editor is hidden.
- */
-void Gui::letGo()
-{
-    display::MouseButtonEvent release;
-    release.button = display::MOUSE_LEFT;
-    release.mousePos = {-1.0f, -1.0f};
-    mVellum.onMouseUp(release);
 }
 
 void Gui::onResize(int, int)

@@ -41,7 +41,7 @@ public:
 
     /**
      * Builds the screen; call once. The timeline has 10 pixels a second for as long as the show
-     * lasts then.
+     * lasts then. It is 1000 pixels high, or as high as its bars need.
      *
      * Throws `Exception` when the layout is missing or malformed, or when it has no control, or one
      * of another kind, of the name of one that the editor works with. Without a "workspace" TAB
@@ -74,7 +74,6 @@ private:
     void fitTimeline();
     void placeWindows();
     void fitRuler(vellum::Control& outer);
-    void letGo();
     void findPad();
     void countFrame(float time);
     void showSpeed();
