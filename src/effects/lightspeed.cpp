@@ -71,6 +71,7 @@ void Lightspeed::setup()
     for (int i = 0; i < STREAKS; ++i) {
         const float angle = 2.0f * PI * mRandom.mGen.nextFloat();
         const float radius = RADIUS_RANGE * mRandom.mGen.nextFloat() + NEAREST_RADIUS;
+        mDirection[static_cast<std::size_t>(i)] = {std::sin(angle), std::cos(angle)};
         mStar[i].mColor = {1.0f, 1.0f, 1.0f};
         mStar[i].mPos = {radius * std::sin(angle), radius * std::cos(angle),
                          TUNNEL_LENGTH * mRandom.mGen.nextFloat()};
@@ -124,11 +125,10 @@ void Lightspeed::drawStreaks(float time, float delta)
     for (int i = 0; i < STREAKS; ++i) {
         Star& streak = mStar[i];
         const Vector3f& place = streak.mPos;
-        const float radius = std::sqrt(place.x * place.x + place.y * place.y);
-        const float cosine = place.x / radius;
-        const float sine = place.y / radius;
+        const Vector2f& direction = mDirection[static_cast<std::size_t>(i)];
         const auto turned = [&](const Vector3f& v) {
-            return Vector3f(cosine * v.x - sine * v.y, sine * v.x + cosine * v.y, v.z);
+            return Vector3f(direction.x * v.x - direction.y * v.y,
+                            direction.y * v.x + direction.x * v.y, v.z);
         };
         const Vector3f centre(spread * place.x, spread * place.y, place.z);
         const Vector3f up = turned(across);

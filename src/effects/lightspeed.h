@@ -6,6 +6,7 @@
 #include "effects/common_effect.h"
 #include "effects/star.h"
 #include "mathbase/mb_random.h"
+#include "mathbase/mb_vector2.h"
 
 #include <array>
 #include <memory>
@@ -53,6 +54,7 @@ private:
     void drawGreetingsLines();
 
     std::unique_ptr<Star[]> mStar;
+    std::array<mathbase::Vector2f, STREAKS> mDirection{}; // of each streak from the tunnel's axis
     std::unique_ptr<Star[]> mCube;
     display::Shader* mShader = nullptr;     // owned by the display
     display::Texture* mTexture = nullptr;   // the lines; owned by the display

@@ -203,9 +203,9 @@ void Volumetric::findRoad()
     mRoad.clear();
     for (int i = 0; i < ROAD_SEGMENTS; ++i) {
         const float time = static_cast<float>(i) * step;
-        const Vector3f position = pathAt(time);
-        if (position.z < mCommon->from.z)
+        if (PATH_SCALE.z * mZ.get(time) < mCommon->from.z)
             continue;
+        const Vector3f position = pathAt(time);
         const float fade = 1.0f - ROAD_FADE * (mCommon->from - position).length();
         if (!(fade >= FAINTEST_ROAD))
             break;
