@@ -3,7 +3,6 @@
 #include "display/dis_display.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
-#include "mathbase/mb_box.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_random.h"
 
@@ -15,7 +14,6 @@ namespace zavex::effects {
 using display::BlendFactor;
 using display::DisplayObsolete;
 using display::Texture;
-using mathbase::Box2;
 using mathbase::Matrix4x4Col;
 using mathbase::Vector2f;
 using mathbase::Vector3f;
@@ -31,19 +29,6 @@ constexpr int CELLS = Ascii::ROWS * Ascii::COLUMNS;
 constexpr int MIDDLE_ROW = Ascii::ROWS / 2;
 constexpr int MIDDLE_COLUMN = Ascii::COLUMNS / 2;
 constexpr std::size_t CORNERS = 4;
-
-/** @param corners  Four, from the top left one on, clockwise on the screen. */
-void placeCell(DisplayObsolete::Vertex* corners, const Box2& place, const Box2& texels)
-{
-    const auto set = [](DisplayObsolete::Vertex& corner, float x, float y, float u, float v) {
-        corner.position = {x, y, 0.0f};
-        corner.texcoord = {u, v};
-    };
-    set(corners[0], place.mMin.x, place.mMin.y, texels.mMin.x, texels.mMin.y);
-    set(corners[1], place.mMax.x, place.mMin.y, texels.mMax.x, texels.mMin.y);
-    set(corners[2], place.mMax.x, place.mMax.y, texels.mMax.x, texels.mMax.y);
-    set(corners[3], place.mMin.x, place.mMax.y, texels.mMin.x, texels.mMax.y);
-}
 
 } // namespace
 
@@ -67,6 +52,7 @@ void Ascii::setup()
     }
     const DisplayObsolete::Vertex white{{}, {}, Vector4f(1.0f, 1.0f, 1.0f, 1.0f)};
     mVertices.assign(CORNERS * CELLS, white);
+    mCellSize = {};
 }
 
 void Ascii::draw(float time, float /*delta*/, float /*progress*/)
@@ -82,7 +68,8 @@ void Ascii::draw(float time, float /*delta*/, float /*progress*/)
     DisplayObsolete::setTexturing(true);
     mDisplay->setTexture(mTexture, 0);
 
-    placeCells(time);
+    layOutCells();
+    slideCells(time);
     DisplayObsolete::drawQuads(mVertices.data(), mVertices.size());
 
     mDisplay->setTexture(nullptr, 0);
@@ -90,25 +77,39 @@ void Ascii::draw(float time, float /*delta*/, float /*progress*/)
 }
 
 /** The grid has the size of the picture, in the middle of the window. */
-void Ascii::placeCells(float time)
+void Ascii::layOutCells()
 {
     const Texture::TextureDeclaration& picture = mTexture->getDeclaration();
     const display::WindowMode& mode = mDisplay->getWindowMode();
     const Vector2f texels(static_cast<float>(picture.width), static_cast<float>(picture.height));
     const Vector2f size(2.0f * (texels.x / static_cast<float>(mode.width)) / COLUMNS,
                         2.0f * (texels.y / static_cast<float>(mode.height)) / ROWS);
-    const Vector2f step(CELL_TEXELS / texels.x, CELL_TEXELS / texels.y);
+    if (size == mCellSize)
+        return;
+    mCellSize = size;
 
+    const Vector2f step(CELL_TEXELS / texels.x, CELL_TEXELS / texels.y);
+    for (std::size_t i = 0; i < mVertices.size(); ++i) {
+        const int cell = static_cast<int>(i / CORNERS);
+        const std::size_t corner = i % CORNERS; // from the top left one on, clockwise
+        const int right = cell % COLUMNS + (corner == 1 || corner == 2 ? 1 : 0);
+        const int down = cell / COLUMNS + (corner >= 2 ? 1 : 0);
+        mVertices[i].position.x = size.x * static_cast<float>(right - MIDDLE_COLUMN);
+        mVertices[i].texcoord = {step.x * static_cast<float>(right),
+                                 step.y * static_cast<float>(down)};
+    }
+}
+
+void Ascii::slideCells(float time)
+{
     for (int cell = 0; cell < CELLS; ++cell) {
-        const int row = cell / COLUMNS;
-        const int column = cell % COLUMNS;
+        const int row = cell / COLUMNS - MIDDLE_ROW;
         const float offset = std::max(mChar[cell].mOffset - SLIDING_SPEED * time, 0.0f);
-        const Vector2f place(size.x * static_cast<float>(column - MIDDLE_COLUMN),
-                             size.y * static_cast<float>(row - MIDDLE_ROW) + offset);
-        const Vector2f texel(step.x * static_cast<float>(column), step.y * static_cast<float>(row));
+        const float top = mCellSize.y * static_cast<float>(row) + offset;
         DisplayObsolete::Vertex* const corners =
             &mVertices[CORNERS * static_cast<std::size_t>(cell)];
-        placeCell(corners, {place, place + size}, {texel, texel + step});
+        for (std::size_t corner = 0; corner < CORNERS; ++corner)
+            corners[corner].position.y = corner < 2 ? top : top + mCellSize.y;
     }
 }
 

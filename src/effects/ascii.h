@@ -3,6 +3,7 @@
 #include "cadenza/cad_plugin_spline.h"
 #include "display/dis_display_obsolete.h"
 #include "effects/common_effect.h"
+#include "mathbase/mb_vector2.h"
 
 #include <memory>
 #include <vector>
@@ -34,13 +35,15 @@ public:
     const Char* chars() const { return mChar.get(); }
 
 private:
-    void placeCells(float time);
+    void layOutCells();
+    void slideCells(float time);
 
     std::unique_ptr<Char[]> mChar;
     display::DisplayObsolete ds;
     display::Texture* mTexture = nullptr;                    // owned by the display
     cadenza::Spline mDone;                                   // stored with the show; not used
-    std::vector<display::DisplayObsolete::Vertex> mVertices; // four a cell
+    std::vector<display::DisplayObsolete::Vertex> mVertices; // four a cell; only y changes
+    mathbase::Vector2f mCellSize{0.0f, 0.0f}; // that they are laid out for, on the screen
 };
 
 } // namespace zavex::effects
