@@ -32,7 +32,8 @@ endfunction()
 
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl or e2e need
-# the virtual screen that ./test provides. SERIAL lets nothing run beside its cases: they measure time.
+# the virtual screen that ./test provides: they share its pointer, keys and focus, so one runs at a time.
+# SERIAL lets nothing run beside its cases: they measure time.
 function(cadenza_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LINK;LABELS")
     add_executable(test_${name} ${arg_SOURCES})
@@ -48,10 +49,15 @@ function(cadenza_test name)
         list(APPEND properties RUN_SERIAL TRUE)
     endif()
     gtest_discover_tests(test_${name} PROPERTIES ${properties} DISCOVERY_MODE PRE_TEST)
+    set(labels ${name} ${arg_LABELS})
+    set(screen)
+    if("gl" IN_LIST labels OR "e2e" IN_LIST labels)
+        set(screen "RESOURCE_LOCK screen")
+    endif()
     # A list cannot be handed through the discovery: it would end at its first semicolon.
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake @ONLY CONTENT [[
 if(test_@name@_TESTS)
-    set_tests_properties(${test_@name@_TESTS} PROPERTIES LABELS "@name@;@arg_LABELS@")
+    set_tests_properties(${test_@name@_TESTS} PROPERTIES LABELS "@labels@" @screen@)
 endif()
 ]])
     set_property(DIRECTORY APPEND PROPERTY
