@@ -70,20 +70,20 @@ std::string readAll(int descriptor)
 
 } // namespace
 
+Files filesIn(const TemporaryFolder& folder, const std::string& part)
+{
+    Files found;
+    for (const std::string& name : folder.files())
+        if (name.starts_with(part + "/"))
+            found.emplace_back(name.substr(part.size() + 1), folder.read(name));
+    return found;
+}
+
 ShowCopy::ShowCopy(std::string_view sections)
 {
     fs::copy(CADENZA_DEMO_DIR, path(), fs::copy_options::recursive);
     fs::remove(path("setup.local.xml"));
     write("setup.xml", "<demo>\n" + std::string(sections) + "\n</demo>\n");
-}
-
-std::vector<std::pair<std::string, std::string>> ShowCopy::scripts() const
-{
-    std::vector<std::pair<std::string, std::string>> found;
-    for (const std::string& name : files())
-        if (name.starts_with("script/"))
-            found.emplace_back(name.substr(name.find('/') + 1), read(name));
-    return found;
 }
 
 VirtualScreen::VirtualScreen(int width, int height)
@@ -237,6 +237,17 @@ void Keyboard::press(const std::string& keys) const
     runProgram(command, {
                             {"DISPLAY", mDisplay}
     });
+}
+
+Files record(const TemporaryFolder& show, const VirtualScreen& screen)
+{
+    Program program(show.path(), {
+                                     {"DISPLAY",      screen.display()},
+                                     {"CADENZA_SEED", "7"             }
+    });
+    if (program.waitForEnd(240.0) != 0)
+        throw Exception("The recording does not end well:\n%s", program.output().c_str());
+    return filesIn(show, "frames");
 }
 
 std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment)

@@ -14,14 +14,19 @@ namespace zavex::test {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
+/** Files by name, in order, and what they hold. */
+using Files = std::vector<std::pair<std::string, std::string>>;
+
+/** Those below `part` of a folder, named from there on. */
+Files filesIn(const TemporaryFolder& folder, const std::string& part);
+
 /** A working copy of the show, `demo/`, with settings of its own. */
 class ShowCopy : public TemporaryFolder {
 public:
     /** @param sections  What stands inside the `demo` element of its setup file. */
     explicit ShowCopy(std::string_view sections);
 
-    /** Every script by name and content. */
-    std::vector<std::pair<std::string, std::string>> scripts() const;
+    Files scripts() const { return filesIn(*this, "script"); }
 };
 
 /** An X server without a screen, for one test. Throws when none starts. */
@@ -99,6 +104,12 @@ public:
 private:
     std::string mDisplay;
 };
+
+/**
+ * Lets the show in a folder record the frames that its setup file asks for into "frames", from a
+ * fixed seed; throws when it does not end well.
+ */
+Files record(const TemporaryFolder& show, const VirtualScreen& screen);
 
 /** Runs a program to its end. @return its standard output; throws when its status is not 0. */
 std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment);

@@ -26,8 +26,6 @@ constexpr const char* SETTINGS = R"(<demo>
 </demo>
 )";
 
-using Files = std::vector<std::pair<std::string, std::string>>;
-
 // As they are saved. At the start time `clear` alone gives the picture its colour.
 const Files SCRIPTS = {
     {"ascii.ascii.xml",             R"(<effect>

@@ -13,34 +13,21 @@ constexpr const char* RECORDING =
     R"(<time start="17"/><display width="160" height="120" title="recording"/>)"
     R"(<dump name="frames/shot.png" rate="25" length="1"/><music filename="afterglow.ogg"/>)";
 
-std::vector<std::pair<std::string, std::string>> record(const VirtualScreen& screen)
+Files recordShow(const VirtualScreen& screen)
 {
-    const ShowCopy show(RECORDING);
-    Program program(show.path(), {
-                                     {"DISPLAY",      screen.display()},
-                                     {"CADENZA_SEED", "7"             }
-    });
-    EXPECT_EQ(program.waitForEnd(240.0), 0) << program.output();
-
-    std::vector<std::pair<std::string, std::string>> frames;
-    for (const auto& entry : fs::directory_iterator(show.path() / "frames")) {
-        const std::string name = entry.path().filename().string();
-        frames.emplace_back(name, show.read("frames/" + name));
-    }
-    std::sort(frames.begin(), frames.end());
-    return frames;
+    return record(ShowCopy(RECORDING), screen);
 }
 
 TEST(Recording, WritesOnePictureAFrameAndTheSameTwice)
 {
     const VirtualScreen screen;
-    const auto frames = record(screen);
+    const auto frames = recordShow(screen);
     ASSERT_EQ(frames.size(), 25u);
     EXPECT_EQ(frames.front().first, "shot.000000.png");
     EXPECT_EQ(frames.back().first, "shot.000024.png");
     EXPECT_NE(frames.front().second, frames.back().second);
 
-    const auto again = record(screen);
+    const auto again = recordShow(screen);
     ASSERT_EQ(again.size(), frames.size());
     for (std::size_t index = 0; index < frames.size(); ++index)
         EXPECT_TRUE(again[index].second == frames[index].second) << frames[index].first;

@@ -32,8 +32,6 @@ constexpr const char* ONE_FRAME =
     R"(<display width="16" height="12" title="killed"/><music mute="nosound"/>)"
     R"(<dump name="frames/shot.png" rate="25" length="0.04"/>)";
 
-using Files = std::vector<std::pair<std::string, std::string>>;
-
 /** Scripts that hold the same as the shipped ones in other words, the longest with many actions. */
 Files oldScripts(const ShowCopy& show)
 {
