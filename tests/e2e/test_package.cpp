@@ -45,8 +45,8 @@ TEST(Package, PlaysTheArchivesSongButNotItsScripts)
                                         {"DISPLAY",        screen.display()},
                                         {"ALSOFT_DRIVERS", "null"          }
     });
+    ASSERT_GE(program.waitForLine("---"), 0) << program.output();
     const Keyboard keyboard(screen, "package");
-    EXPECT_GE(program.waitForLine("---"), 0) << program.output();
     keyboard.press("Escape");
     EXPECT_EQ(program.waitForEnd(), 0) << program.output();
     EXPECT_EQ(program.output().find("Could not open"), std::string::npos) << program.output();
