@@ -1,36 +1,188 @@
 #!/usr/bin/python3
 """Composes and renders the song of the show: demo/afterglow.ogg.
 
-128 BPM, A minor, stereo, 44.1 kHz, 36 bars. Everything is synthesised here from a fixed seed; the
-PCM is the same bytes on every run. Needs python3-numpy, python3-scipy and ffmpeg.
+128 BPM, A minor, stereo, 44.1 kHz, 96 bars, exactly three minutes. Everything is synthesised here from fixed
+seeds; the PCM is the same bytes on every run. Needs python3-numpy, python3-scipy and ffmpeg.
+
+The score comes first, as data; then the instruments, one function each; then the mix. Bars are counted from 0 and
+a step is a sixteenth.
 """
 
+import functools
 import pathlib
 import subprocess
 import sys
 import wave
 
 import numpy as np
-from scipy.signal import butter, fftconvolve, lfilter, sosfilt
+from scipy.ndimage import uniform_filter1d
+from scipy.signal import butter, oaconvolve, resample_poly, sosfilt
 
 RATE = 44100
-BPM = 128.0
-BEAT = 60.0 / BPM  # seconds
-BAR = 4 * BEAT  # seconds
-BARS = 36
+BPM = 128
+STEP = 15 / BPM  # seconds
+BAR = 16 * STEP  # seconds
+BARS = 96
 LENGTH = round(BARS * BAR * RATE)  # sample frames
-PEAK = 10 ** (-1.2 / 20)  # full scale left free for the decoder's overshoot
-RNG = np.random.default_rng(128)
+SILENT_FROM = 179.0  # seconds
+CEILING = 10 ** (-2.2 / 20)  # true peak, leaves room for the encoder's overshoot
+DRIVE = 10 ** (-2.0 / 20)  # into the limiter; sets the loudness
 
-# One bar each: A minor, F major, C major, G major, as MIDI notes of the pad voicing and the root.
-CHORDS = [((57, 60, 64, 67), 33), ((57, 60, 65, 69), 29), ((55, 60, 64, 67), 36), ((55, 59, 62, 67), 31)]
-ARPEGGIO = (0, 2, 1, 3, 2, 0, 3, 1, 0, 2, 3, 1, 2, 3, 1, 0)  # chord tone of each sixteenth
-LEAD = {  # sixteenth within four bars: (MIDI note, length in sixteenths)
-    0: (76, 3), 3: (74, 3), 6: (72, 4), 12: (71, 2), 14: (72, 2),
-    16: (69, 6), 22: (72, 4), 28: (74, 2), 30: (76, 2),
-    32: (79, 3), 35: (76, 3), 38: (74, 4), 44: (72, 4),
-    48: (71, 6), 54: (74, 4), 60: (79, 2), 62: (78, 2),
+# ---- Score ------------------------------------------------------------------------------------------------------
+
+SECTIONS = (  # first bar, what is heard
+    (0, "pad and pulse"), (4, "arpeggio"), (8, "kick"), (12, "bass, hats"),
+    (16, "drop"), (20, "drop, answer"), (24, "drop, octave"), (28, "drop, climb"),
+    (32, "breakdown"), (36, "piano"), (40, "choir"), (44, "pulse"),
+    (48, "rising"), (52, "kick, muffled"), (56, "build"), (60, "riser"),
+    (64, "finale"), (68, "finale, answer"), (72, "finale, turn"), (76, "breath"),
+    (80, "everything"), (88, "wind-up"), (90, "resolve"),
+)
+
+CHORDS = {  # bass note, then the voicing; neighbours share tones and move by step
+    "Am": "A1 A3 C4 E4 A4", "F": "F1 A3 C4 F4 A4", "C": "C2 G3 C4 E4 G4", "G": "G1 G3 B3 D4 G4",
+    "Dm": "D2 A3 D4 F4 A4", "E": "E1 G#3 B3 E4 G#4", "Am9": "A1 E3 C4 E4 B4", "F7": "F1 F3 C4 E4 A4",
 }
+HARMONY = (  # first bar, chord of each bar
+    (0, "Am9 Am9 F7 F7 Am F C G Am F C G Am F C G"),
+    (16, "Am F C G Am F C G Am F C G F G Am E"),
+    (32, "Am9 Am9 F7 F7 Am9 Am9 F7 F7 C C G G F7 F7 G G"),
+    (48, "Am F C G Am F C G F G Am C F G E E"),
+    (64, "Am F C G Am F Dm E F G Am C F G Am E"),
+    (80, "Am F C G Am F Dm E F G Am9 Am9 F7 Am9 Am9 Am9"),
+)
+
+# Melodies: note:steps, a bar between bar lines, "-" rests.
+CALL = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | C5:6 A4:6 C5:2 D5:2 | E5:3 G5:3 E5:4 D5:2 C5:2 D5:2 | B4:6 D5:6 G4:2 B4:2"
+ANSWER = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | A5:6 G5:4 F5:2 E5:2 F5:2 | G5:3 E5:3 C5:4 D5:2 E5:2 G5:2 | D5:8 E5:2 D5:2 B4:4"
+DARK = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | A5:6 G5:4 F5:2 E5:2 C5:2 | D5:3 F5:3 A5:4 G5:2 F5:2 E5:2 | E5:6 D5:4 B4:2 G#4:4"
+CLIMB = "A4:3 C5:3 F5:4 E5:2 D5:2 C5:2 | B4:3 D5:3 G5:4 F5:2 E5:2 D5:2 | C5:3 E5:3 A5:4 G5:2 E5:2 C5:2 | E5:4 G#5:4 B5:4 E6:4"
+TURN = "A5:3 A5:3 G5:2 F5:4 E5:2 F5:2 | G5:6 D5:4 D5:2 E5:2 G5:2 | A5:3 A5:3 B5:4 C6:2 B5:2 A5:2 | G5:6 E5:6 D5:2 E5:2"
+RETURN = "F5:16 | B5:6 A5:4 G5:2 A5:2 B5:2 | C6:3 A5:3 E5:4 A5:2 B5:2 C6:2 | B5:6 E5:4 G#5:2 B5:4"
+WINDUP = "A5:3 C6:3 F5:4 A5:2 C6:4 | B5:3 D6:3 G5:4 B5:2 D6:4"
+COUNTER = "-:8 C5:4 B4:4 | A4:12 G4:4 | G4:8 E4:4 G4:4 | B4:8 A4:4 G4:4"
+LULL = "A4:6 C5:6 E5:4 | D5:6 C5:6 B4:4"
+HINT = "A4:3 E5:3 D5:10 | -:16"
+FAREWELL = "-:8 A4:3 E5:5 | D5:4 C5:4 B4:8 | A4:16"
+
+MELODIES = (  # bar, instrument, melody, transposition in semitones, stretch, gain
+    (12, "bell", HINT, 0, 1, 0.19), (14, "bell", HINT, 0, 1, 0.19),
+    (16, "lead", CALL, 0, 1, 0.25), (20, "lead", ANSWER, 0, 1, 0.25), (20, "counter", COUNTER, 0, 1, 0.24),
+    (24, "lead", CALL, 0, 1, 0.24), (24, "lead", CALL, 12, 1, 0.12), (24, "counter", COUNTER, 0, 1, 0.24),
+    (28, "lead", CLIMB, 0, 1, 0.26),
+    (36, "piano", CALL, 0, 2, 0.21), (40, "counter", "C5:16 B4:16 | A4:32", 0, 1, 0.10),
+    (44, "piano", LULL, 0, 2, 0.21), (44, "bell", LULL, 12, 2, 0.10),
+    (52, "piano", ANSWER, 0, 1, 0.25), (52, "bell", ANSWER, 12, 1, 0.07),
+    (56, "lead", TURN, -12, 1, 0.14), (56, "bell", TURN, 0, 1, 0.12),
+    (64, "lead", CALL, 0, 1, 0.25), (64, "harmony", CALL, 0, 1, 0.16),
+    (68, "lead", DARK, 0, 1, 0.25), (68, "harmony", DARK, 0, 1, 0.16), (68, "counter", COUNTER, 0, 1, 0.21),
+    (72, "lead", TURN, 0, 1, 0.25), (72, "harmony", TURN, 0, 1, 0.16),
+    (76, "lead", RETURN, 0, 1, 0.25), (76, "harmony", RETURN, 0, 1, 0.16),
+    (80, "lead", CALL, 0, 1, 0.24), (80, "harmony", CALL, 0, 1, 0.16), (80, "lead", CALL, 12, 1, 0.14),
+    (84, "lead", DARK, 0, 1, 0.24), (84, "harmony", DARK, 0, 1, 0.16), (84, "lead", DARK, 12, 1, 0.14),
+    (80, "counter", COUNTER, 0, 1, 0.21), (84, "counter", COUNTER, 0, 1, 0.21),
+    (88, "lead", WINDUP, 0, 1, 0.25), (88, "harmony", WINDUP, 0, 1, 0.16),
+    (90, "lead", "A5:28", 0, 1, 0.19), (92, "piano", FAREWELL, 0, 1, 0.25), (92, "bell", FAREWELL, 12, 1, 0.09),
+)
+
+FOUR = "9...9...9...9..."
+BACKBEAT = "....9.......9..."
+OFFBEAT = "..9...9...9...9."
+SIXTEENTHS = "7395739573957395"
+PATTERNS = {  # first bar, bar after the last, strength 1..9 of each step
+    "kick": ((8, 15, FOUR), (15, 16, "9...9...9......."), (16, 32, FOUR), (52, 56, "6...6...6...6..."), (56, 62, FOUR), (64, 76, FOUR),
+             (77, 89, FOUR), (89, 90, "9...9...9.9.....")),
+    "heart": ((48, 52, "9..6...."),),
+    "clap": ((16, 31, BACKBEAT), (31, 32, "....9.......9.99"), (64, 75, BACKBEAT), (75, 76, "....9.......9..9"),
+             (77, 88, BACKBEAT)),
+    "closed": ((12, 16, "..6...6...6...6."), (20, 32, SIXTEENTHS), (56, 62, "..5...5...5...5."), (64, 76, SIXTEENTHS),
+               (77, 90, SIXTEENTHS)),
+    "open": ((14, 15, OFFBEAT), (16, 32, OFFBEAT), (64, 76, OFFBEAT), (77, 89, OFFBEAT)),
+    "ride": ((24, 28, "8.5.8.5.8.5.8.5."), (72, 76, "8.5.8.5.8.5.8.5."), (80, 88, "9.6.9.6.9.6.9.6.")),
+    "tom": ((31, 32, "........9.7.8.6."), (76, 77, "9..8..7.9.8.7.6.")),
+    "snare": ((76, 77, "..........6.7789"),),
+    "tick": ((90, 92, "9.6.8.6.9.6.8.6."), (92, 93, "7...5...3.......")),
+    "pulse": ((0, 8, FOUR), (44, 48, FOUR)),
+}
+ROLLS = (  # first bar, then (steps, steps between strokes); growing louder throughout
+    (14, ((16, 2), (8, 1), (4, 0.5))),
+    (30, ((16, 2), (16, 1))),
+    (60, ((16, 4), (16, 2), (16, 1), (12, 0.5))),
+    (88, ((16, 2), (8, 1), (8, 0.5))),
+)
+BASSLINES = (  # first bar, bar after the last, degree of each step: root, octave, fifth
+    (12, 15, "..r...r...r...r."), (15, 16, "..r...r...r....."),
+    (16, 24, "..ro.rr..ror.r5o"), (24, 28, ".rro.ror.rro.r5o"), (28, 32, "..rr..rr..rr..oo"),
+    (56, 60, "..r...r...r...r."), (60, 63, "..rr..rr..rr..rr"),
+    (64, 72, "..ro.rr..ror.r5o"), (72, 76, ".rro.ror.rro.r5o"), (77, 80, "..ro.rr..ror.r5o"),
+    (80, 88, ".rro.ror.rro.r5o"), (88, 90, "..rr..rr..rr..rr"),
+)
+CASCADE = "0213201302312310"
+ARPEGGIOS = (  # first bar, bar after the last, instrument, chord tone of each step, transposition, gain
+    (4, 16, "pluck", CASCADE, 12, 0.24), (16, 32, "pluck", CASCADE, 12, 0.20), (24, 32, "pluck", "3120", 24, 0.09),
+    (32, 36, "bell", "0.......2.....3.", 12, 0.10), (36, 44, "piano", "0..2..1.3..2..1.", 0, 0.09),
+    (40, 48, "bell", "....3.....2...1.", 24, 0.05), (44, 48, "piano", "0..2..1.3..2..1.", 0, 0.09),
+    (48, 64, "pluck", CASCADE, 12, 0.24), (56, 63, "pluck", "3120", 24, 0.09),
+    (64, 90, "pluck", CASCADE, 12, 0.20), (80, 90, "pluck", "3120", 24, 0.10),
+)
+
+# Movements: bar and value, straight lines between; two values on one bar are a jump.
+PAD_CUTOFF = ((0, 250), (4, 700), (8, 1000), (16, 2600), (16, 3600), (28, 5000), (32, 7000), (32, 1000), (40, 2200),
+              (48, 900), (64, 6000), (64, 4200), (80, 6500), (90, 8000), (90, 3500), (96, 350))  # Hz
+PAD_LEVEL = ((0, -30), (2, -10), (4, -4), (16, -3), (16, 0), (32, 0), (32, -7), (48, -7), (60, -2), (64, 0), (90, 0), (96, -8))  # dB
+ARP_CUTOFF = ((4, 350), (8, 800), (16, 5000), (16, 7000), (32, 9000), (48, 350), (56, 1800), (64, 9000), (96, 9000))  # Hz
+LEAD_CUTOFF = ((0, 9000), (56, 9000), (56, 700), (60, 4000), (64, 11000), (90, 11000), (90, 6000), (94, 600), (96, 600))  # Hz
+KICK_CUTOFF = ((0, 18000), (52, 18000), (52, 130), (56, 300), (60, 3000), (64, 18000), (96, 18000))  # Hz
+ROOM = ((0, 0.8), (16, 0.7), (16, 0.42), (32, 0.45), (32, 1.0), (60, 0.8), (64, 0.42), (90, 0.5), (90, 1.1), (96, 1.1))
+
+CHOIR = ((40, 48, 0.13), (60, 64, 0.4), (80, 90, 0.55), (90, 91, 0.55))  # first bar, bar after the last, gain
+RISERS = ((4, 2, 0.08), (8, 2, 0.11), (12, 1, 0.11), (16, 2, 0.28), (32, 4, 0.28), (48, 2, 0.08), (64, 4, 0.33), (80, 1, 0.17),
+          (90, 2, 0.28))  # bar of the end, bars, gain
+IMPACTS = ((8, 0.25), (12, 0.2), (16, 0.5), (32, 0.5), (64, 0.6), (80, 0.4), (90, 0.55))  # bar, gain
+CRASHES = ((12, 0.2), (16, 0.4), (20, 0.3), (24, 0.4), (28, 0.3), (64, 0.45), (68, 0.3), (72, 0.4), (77, 0.4), (80, 0.5),
+           (84, 0.4), (90, 0.5))  # bar, gain
+GAPS = ((15.75, 16, 0.05), (32, 32.25, 0.0), (63.75, 64, 0.05))  # from bar, to bar, gain of everything but impacts
+
+NAMES = {"C": 0, "D": 2, "E": 4, "F": 5, "G": 7, "A": 9, "B": 11}
+
+
+def midi(name):
+    """The MIDI number of a note such as "G#4"."""
+    return 12 * (int(name[-1]) + 1) + NAMES[name[0]] + name.count("#")
+
+
+def chord(bar):
+    """Bass note and voicing of a bar, as MIDI numbers."""
+    first, names = [line for line in HARMONY if line[0] <= bar][-1]
+    root, *voicing = [midi(name) for name in CHORDS[names.split()[bar - first]].split()]
+    return root, tuple(voicing)
+
+
+def notes(melody):
+    """(step, note, steps) of a written melody."""
+    step = 0
+    for number, bar in enumerate(melody.split("|")):
+        for name, steps in (word.split(":") for word in bar.split()):
+            if name != "-":
+                yield step, midi(name), int(steps)
+            step += int(steps)
+    assert step % 16 == 0 or number == 0, melody
+
+
+def steps(lines):
+    """(step of the song, symbol) of all that patterns play; a pattern repeats from its first bar on."""
+    for first, end, pattern in lines:
+        for step in range(16 * (end - first)):
+            if pattern[step % len(pattern)] != ".":
+                yield 16 * first + step, pattern[step % len(pattern)]
+
+
+def strokes(name):
+    """(time in seconds, strength 0..1) of a drum."""
+    return [(step * STEP, int(symbol) / 9) for step, symbol in steps(PATTERNS[name])]
+
+
+# ---- Sound ------------------------------------------------------------------------------------------------------
 
 
 def frequency(note):
@@ -39,6 +191,10 @@ def frequency(note):
 
 def seconds(count):
     return np.arange(count) / RATE
+
+
+def noise(seed, count):
+    return np.random.default_rng(seed).standard_normal((2, count))
 
 
 def saw(pitch, count, phase=0.0):
@@ -55,21 +211,220 @@ def saw(pitch, count, phase=0.0):
     return wave_
 
 
+def sine(pitch):
+    """A sine whose pitch is an array, in Hz."""
+    return np.sin(2 * np.pi * np.cumsum(pitch) / RATE)
+
+
+def filtered(kind, signal, cutoff, order=2):
+    return sosfilt(butter(order, cutoff, kind, fs=RATE, output="sos"), signal, axis=-1)
+
+
 def lowpass(signal, cutoff, order=2):
-    return sosfilt(butter(order, min(cutoff, 20000), fs=RATE, output="sos"), signal, axis=-1)
+    return filtered("lowpass", signal, min(cutoff, 20000), order)
 
 
 def highpass(signal, cutoff, order=2):
-    return sosfilt(butter(order, cutoff, "highpass", fs=RATE, output="sos"), signal, axis=-1)
+    return filtered("highpass", signal, cutoff, order)
 
 
-def envelope(count, attack, release, sustain=1.0):
-    """Linear attack, exponential fall, and 4 ms to silence at the end so that nothing clicks."""
+def bandpass(signal, low, high):
+    return filtered("bandpass", signal, (low, high))
+
+
+def ends(count, attack, release):
+    """Linear fades of so many seconds, so that nothing clicks."""
     t = seconds(count)
-    shape = np.minimum(t / attack, 1.0) * (sustain + (1 - sustain) * np.exp(-t / release))
-    fade = min(count, int(0.004 * RATE))
-    shape[count - fade:] *= np.linspace(1, 0, fade)
-    return shape
+    return np.minimum(np.minimum(t / attack, (t[-1] - t) / release), 1.0)
+
+
+def fall(count, *parts):
+    """A sum of exponential decays (share, seconds)."""
+    t = seconds(count)
+    return sum(share * np.exp(-t / decay) for share, decay in parts)
+
+
+def supersaw(note, count, voices, spread, seed):
+    """Detuned saws over `spread` semitones, alternating sides, with as much power as one."""
+    random = np.random.default_rng((seed, note))
+    sides = np.zeros((2, count))
+    for voice in range(voices):
+        detune = spread * (2 * voice / (voices - 1) - 1)
+        tone = saw(frequency(note + detune), count, random.random())
+        sides[voice % 2] += tone
+        sides[1 - voice % 2] += 0.35 * tone
+    return sides / np.sqrt(voices)
+
+
+# ---- Instruments: mono or stereo, peak about 1 ------------------------------------------------------------------
+
+
+def kick():
+    count = int(0.30 * RATE)
+    body = sine(47 + fall(count, (150, 0.020), (900, 0.0035))) * fall(count, (1, 0.09))
+    click = highpass(noise(1, count)[0], 2500) * fall(count, (0.25, 0.003))
+    return np.tanh(1.7 * body + click) * ends(count, 0.0003, 0.08)
+
+
+def clap():
+    """Three hands on either side, each side with its own noise, over a short snare body."""
+    count = int(0.32 * RATE)
+    t = seconds(count)
+    bursts = sum(np.where(t >= at, np.exp(-(t - at) / 0.007), 0) for at in (0, 0.010, 0.020))
+    tail = np.where(t >= 0.027, np.exp(-(t - 0.027) / 0.075), 0)
+    hands = bandpass(noise(2, count), 950, 8500) * (0.6 * bursts + 0.9 * tail)
+    middle = 0.4 * bandpass(noise(3, count)[0], 1200, 4000) * fall(count, (1, 0.05))
+    body = 0.5 * sine(185 + fall(count, (90, 0.01))) * fall(count, (1, 0.045))
+    return (hands + middle + body) * ends(count, 0.0003, 0.05)
+
+
+def snare():
+    count = int(0.20 * RATE)
+    body = sine(190 + fall(count, (120, 0.01))) * fall(count, (0.7, 0.05))
+    rattle = bandpass(noise(4, count), 1500, 9500) * fall(count, (0.7, 0.05))
+    return (body + rattle) * ends(count, 0.0005, 0.03)
+
+
+def tom(pitch):
+    count = int(0.4 * RATE)
+    skin = lowpass(noise(5, count), 900) * fall(count, (0.25, 0.02))
+    return (np.tanh(1.5 * sine(pitch + fall(count, (pitch, 0.03)))) * fall(count, (1, 0.13)) + skin) * ends(count, 0.001, 0.05)
+
+
+def hat(decay):
+    count = int(6 * decay * RATE)
+    return highpass(noise(6, count), 7500, 4) * fall(count, (1, decay)) * ends(count, 0.0005, decay)
+
+
+def metal(count, seed, pitch, share):
+    """Inharmonic square partials and noise: what cymbals are made of."""
+    partials = sum(np.sign(sine(np.full(count, pitch * ratio))) for ratio in (1, 1.342, 1.731, 2.137, 2.541, 2.973))
+    return highpass(share * partials / 6 + (1 - share) * noise(seed, count), 5500, 4)
+
+
+def ride():
+    count = int(0.5 * RATE)
+    return metal(count, 7, 620, 0.7) * fall(count, (0.8, 0.03), (0.4, 0.14)) * ends(count, 0.0005, 0.1)
+
+
+def crash():
+    count = int(2.6 * RATE)
+    return highpass(metal(count, 8, 410, 0.25), 3500) * fall(count, (0.7, 0.06), (0.6, 0.6)) * ends(count, 0.001, 0.5)
+
+
+@functools.cache
+def bass(note):
+    """One step long: bright for an instant, then dark; the sub stays."""
+    count = int(0.95 * STEP * RATE)
+    tone = saw(frequency(note), count) + 0.6 * saw(frequency(note + 12.07), count, 0.3)
+    blend = fall(count, (1, 0.045))
+    sub = sine(np.full(count, frequency(note)))
+    growl = lowpass(tone, 2200, 4) * blend + lowpass(tone, 420, 4) * (1 - blend)
+    return np.tanh(0.9 * growl + 0.9 * sub) * ends(count, 0.003, 0.02)
+
+
+@functools.cache
+def pad(voicing, length):
+    count = int((length + 0.5) * RATE)
+    voices = sum(supersaw(note, count, 7, 0.2, 10) for note in voicing)
+    return highpass(voices, 200) * ends(count, 0.2, 0.5) / 5
+
+
+@functools.cache
+def choir(voicing, length):
+    """Saws through the resonances of an open vowel."""
+    count = int((length + 0.6) * RATE)
+    voices = sum(supersaw(note + 12, count, 5, 0.16, 11) for note in voicing) + 0.3 * noise(12, count)
+    vowel = sum(gain * bandpass(voices, centre / 1.12, centre * 1.12)
+                for centre, gain in ((640, 1.0), (1120, 0.8), (2700, 0.45), (3600, 0.25)))
+    return vowel * ends(count, 0.3, 0.6) / 2
+
+
+@functools.cache
+def pluck(note, length):
+    count = int((length + 0.25) * RATE)
+    tone = saw(frequency(note), count, 0.1) + 0.6 * saw(frequency(note + 12.04), count, 0.6)
+    return lowpass(tone, 9000) * fall(count, (0.75, 0.07), (0.15, 0.25)) * ends(count, 0.002, 0.05) * 0.6
+
+
+@functools.cache
+def piano(note, length):
+    """Stretched partials, the high ones short, and the felt of the hammer."""
+    count = int((length + 1.2) * RATE)
+    pitch = frequency(note)
+    partials = sum(0.62 ** order / order ** 0.4 * sine(np.full(count, pitch * order * np.sqrt(1 + 0.0004 * order ** 2)))
+                   * fall(count, (0.5, 1.1 / order ** 0.7), (0.5, 0.35 / order ** 0.5)) for order in range(1, 11))
+    felt = bandpass(noise((13, note), count), 300, 2200) * fall(count, (0.12, 0.012))
+    return (0.6 * partials + felt) * ends(count, 0.002, 0.9)
+
+
+@functools.cache
+def bell(note, length):
+    """Two sines that bend each other, in a ratio that does not ring true, as bells do."""
+    count = int((length + 2.0) * RATE)
+    t = seconds(count)
+    pitch = 2 * np.pi * frequency(note)
+    ring = np.sin(pitch * t + 1.6 * fall(count, (1, 0.35)) * np.sin(pitch * 3.5 * t))
+    shimmer = 0.4 * np.sin(2.003 * pitch * t) * fall(count, (1, 0.5))
+    return (ring * fall(count, (0.7, 0.9), (0.3, 0.12)) + shimmer) * ends(count, 0.002, 0.8)
+
+
+@functools.cache
+def lead(note, length):
+    count = int((length + 0.14) * RATE)
+    t = seconds(count)
+    vibrato = frequency(note) * (1 + 0.004 * np.clip((t - 0.25) / 0.3, 0, 1) * np.sin(2 * np.pi * 5.3 * t))
+    body = 0.5 * sine(vibrato) + 0.3 * sine(vibrato / 2)
+    bite = fall(count, (1, 0.10))
+    voices = supersaw(note, count, 7, 0.13, 14)
+    return (lowpass(voices, 4200) * (1 - bite) + lowpass(voices, 9500) * bite + body) * ends(count, 0.006, 0.12) / 2
+
+
+@functools.cache
+def counter(note, length):
+    """Softer than the lead, slow to speak, one octave of warmth under it."""
+    count = int((length + 0.3) * RATE)
+    voices = supersaw(note, count, 5, 0.09, 15) + 0.4 * supersaw(note - 12, count, 3, 0.05, 16)
+    return lowpass(voices, 2300) * ends(count, 0.09, 0.3) / 2
+
+
+def pulse():
+    count = int(0.45 * RATE)
+    tone = sine(np.full(count, 55.0)) + 0.35 * sine(np.full(count, 110.0)) + 0.12 * sine(np.full(count, 220.0))
+    return tone * fall(count, (1, 0.12)) * ends(count, 0.012, 0.1)
+
+
+def heart():
+    count = int(0.35 * RATE)
+    return sine(45 + fall(count, (45, 0.03))) * fall(count, (1, 0.12)) * ends(count, 0.004, 0.1)
+
+
+def tick(note):
+    count = int(0.25 * RATE)
+    return sine(np.full(count, frequency(note))) * fall(count, (0.7, 0.02), (0.3, 0.07)) * ends(count, 0.001, 0.05)
+
+
+def riser(length):
+    """Noise that climbs through five bands, and a tone that climbs two octaves."""
+    count = int(length * RATE)
+    t = seconds(count) / length
+    hiss = noise(20, count)
+    swept = sum(bandpass(hiss, low, low * 1.8) * np.exp(-((t - at) / 0.22) ** 2)
+                for at, low in ((0.1, 300), (0.35, 800), (0.6, 1900), (0.85, 4200), (1.05, 8000)))
+    tone = sine(220 * 4 ** t) + 0.5 * sine(221.5 * 4 ** t)
+    return (swept + 0.25 * tone) * t ** 2 * ends(count, 0.01, 0.02)
+
+
+def impact():
+    count = int(3.4 * RATE)
+    boom = np.tanh(1.5 * sine(36 + fall(count, (70, 0.08)))) * fall(count, (1, 0.55))
+    air = lowpass(noise(21, count), 4500) * fall(count, (0.5, 0.08), (0.22, 0.5))
+    return (boom + air) * ends(count, 0.001, 0.8)
+
+
+INSTRUMENTS = {"lead": lead, "harmony": lead, "counter": counter, "piano": piano, "bell": bell, "pluck": pluck}
+
+# ---- Parts ------------------------------------------------------------------------------------------------------
 
 
 class Track:
@@ -83,121 +438,167 @@ class Track:
         start = round(time * RATE)
         sound = np.atleast_2d(sound)
         count = min(sound.shape[1], LENGTH - start)
-        if count <= 0:
-            return
         angle = (pan + 1) * np.pi / 4
         sides = gain * np.sqrt(2) * np.array([[np.cos(angle)], [np.sin(angle)]])
         self.data[:, start:start + count] += sides * sound[:, :count]
 
-
-def kick():
-    t = seconds(int(0.32 * RATE))
-    pitch = 46 + 130 * np.exp(-t / 0.022) + 60 * np.exp(-t / 0.006)
-    body = np.sin(2 * np.pi * np.cumsum(pitch) / RATE) * np.exp(-t / 0.13)
-    click = highpass(RNG.standard_normal(t.size), 3000) * np.exp(-t / 0.003) * 0.12
-    return np.tanh(1.9 * (body + click)) * envelope(t.size, 0.0007, 9.0)
+    def play(self, drum, sound, gain, pan=0.0):
+        for time, strength in strokes(drum):
+            self.add(time, sound, gain * strength, pan)
 
 
-def clap():
-    t = seconds(int(0.28 * RATE))
-    bursts = sum(np.where(t >= d, np.exp(-(t - d) / 0.008), 0) for d in (0.0, 0.011, 0.021))
-    tail = np.where(t >= 0.028, np.exp(-(t - 0.028) / 0.07), 0)
-    noise = sosfilt(butter(2, (900, 7500), "bandpass", fs=RATE, output="sos"), RNG.standard_normal((2, t.size)))
-    return noise * (0.7 * bursts + tail) * 0.6
+def kicks():
+    track = Track()
+    track.play("kick", kick(), 0.62)
+    track.data = swept(track.data, KICK_CUTOFF)
+    track.play("heart", heart(), 0.42)
+    return track.data
 
 
-def hat(decay):
-    t = seconds(int(6 * decay * RATE))
-    return highpass(RNG.standard_normal(t.size), 7500, 4) * np.exp(-t / decay) * envelope(t.size, 0.0005, 9)
+def claps():
+    track = Track()
+    track.play("clap", clap(), 0.40)
+    stroke = snare()
+    track.play("snare", stroke, 0.5)
+    for first, runs in ROLLS:
+        total, done = sum(run for run, _ in runs), 0
+        for run, spacing in runs:
+            for hit in np.arange(done, done + run, spacing):
+                track.add(first * BAR + hit * STEP, stroke, 0.06 + 0.34 * (hit / total) ** 1.5)
+            done += run
+    for index, (time, strength) in enumerate(strokes("tom")):
+        track.add(time, tom((180, 150, 120, 95)[index % 4]), 0.45 * strength, 0.5 - index % 4 / 3)
+    return track.data
 
 
-def bass(note, length):
-    count = int(length * RATE)
-    t = seconds(count)
-    tone = 0.7 * saw(frequency(note), count) + 0.5 * saw(frequency(note) * 1.006, count, 0.3)
-    bright = lowpass(tone, 1500, 4)
-    dark = lowpass(tone, 260, 4)
-    blend = np.exp(-t / 0.09)
-    sub = np.sin(2 * np.pi * frequency(note) * t)
-    return np.tanh(1.3 * (bright * blend + dark * (1 - blend) + 0.8 * sub)) * envelope(count, 0.003, 0.25, 0.55)
+def cymbals():
+    track = Track()
+    track.play("closed", hat(0.020), 0.13, 0.2)
+    track.play("open", hat(0.085), 0.17, -0.1)
+    track.play("ride", ride(), 0.22, -0.35)
+    for bar, gain in CRASHES:
+        track.add(bar * BAR, crash(), gain)
+    return track.data
 
 
-def pad(notes, length, cutoff):
-    count = int((length + 0.35) * RATE)
-    sides = np.zeros((2, count))
-    for note in notes:
-        for voice in range(7):
-            detune = 2 ** ((voice - 3) * 0.07 / 12)
-            tone = saw(frequency(note) * detune, count, RNG.random())
-            sides[voice % 2] += tone
-            sides[1 - voice % 2] += 0.35 * tone
-    t = seconds(count)
-    shape = np.minimum(t / 0.25, 1) * np.clip((length + 0.35 - t) / 0.35, 0, 1)
-    return highpass(lowpass(sides, cutoff, 2), 140) * shape / 14
+def basses():
+    track = Track()
+    for step, degree in steps(BASSLINES):
+        track.add(step * STEP, bass(chord(step // 16)[0] + {"r": 0, "o": 12, "5": 7}[degree]), 0.50)
+    return track.data
 
 
-def pluck(note, length, bright):
-    count = int(length * RATE)
-    t = seconds(count)
-    tone = saw(frequency(note), count, 0.1) + 0.6 * saw(frequency(note) * 2.003, count, 0.6)
-    sound = lowpass(tone, 900 + 5200 * bright, 2)
-    return sound * envelope(count, 0.002, 0.08) * 0.5
+def pads():
+    track = Track()
+    for bar in range(BARS - 2):
+        track.add(bar * BAR, pad(chord(bar)[1], BAR), 0.55)
+    return swept(track.data, PAD_CUTOFF) * 10 ** (movement(PAD_LEVEL) / 20)
 
 
-def lead(note, length):
-    count = int((length + 0.12) * RATE)
-    t = seconds(count)
-    sides = np.zeros((2, count))
-    for voice, detune in enumerate((-0.11, -0.04, 0.04, 0.11)):
-        tone = saw(frequency(note + detune), count, RNG.random())
-        sides[voice % 2] += tone
-        sides[1 - voice % 2] += 0.5 * tone
-    sides += np.sin(2 * np.pi * (frequency(note) * t + 0.004 * np.sin(2 * np.pi * 5.2 * t)))
-    shape = np.minimum(t / 0.008, 1) * np.clip((length + 0.12 - t) / 0.12, 0, 1)
-    return lowpass(sides, 5200) * shape * (0.7 + 0.3 * np.exp(-t / 0.12)) / 4
+def choirs():
+    track = Track()
+    for first, end, gain in CHOIR:
+        for bar in range(first, end):
+            track.add(bar * BAR, choir(chord(bar)[1], BAR), gain)
+    return track.data
 
 
-def riser(length):
-    count = int(length * RATE)
-    t = seconds(count) / length
-    noise = RNG.standard_normal((2, count))
-    swept = sum(sosfilt(butter(2, (c, c * 1.7), "bandpass", fs=RATE, output="sos"), noise)
-                * np.exp(-((t - at) / 0.22) ** 2)
-                for at, c in ((0.1, 300), (0.35, 800), (0.6, 1900), (0.85, 4200), (1.05, 8000)))
-    return swept * t ** 2 * np.minimum((1 - t) * length / 0.01, 1)
+def arpeggios():
+    """The plucked synthesiser, and apart from it the bells and the piano, which keep their own brightness."""
+    plucks, keys = Track(), Track()
+    for first, end, instrument, pattern, transposition, gain in ARPEGGIOS:
+        for step, tone in steps(((first, end, pattern),)):
+            note = chord(step // 16)[1][int(tone)] + transposition
+            track, length = (plucks, STEP) if instrument == "pluck" else (keys, 4 * STEP)
+            track.add(step * STEP, INSTRUMENTS[instrument](note, length), gain, 0.55 * np.sin(step * 1.7))
+    return swept(plucks.data, ARP_CUTOFF, 1.8), keys.data
 
 
-def impact():
-    t = seconds(int(3.2 * RATE))
-    boom = np.sin(2 * np.pi * np.cumsum(34 + 60 * np.exp(-t / 0.09)) / RATE) * np.exp(-t / 0.7)
-    air = lowpass(RNG.standard_normal((2, t.size)), 5200) * np.exp(-t / 0.55) * 0.28
-    return (boom + air) * envelope(t.size, 0.002, 9)
+def below(note, bar):
+    """The nearest tone of the bar's chord that is a third or more under a note."""
+    tones = {tone % 12 for tone in chord(bar)[1]}
+    return next(lower for lower in range(note - 3, 0, -1) if lower % 12 in tones)
+
+
+def melodies():
+    """Leads in one track, whose filter moves, and the rest in another."""
+    leads, others = Track(), Track()
+    for bar, instrument, melody, transposition, stretch, gain in MELODIES:
+        for step, note, length in notes(melody):
+            start = 16 * bar + stretch * step
+            note = below(note, start // 16) if instrument == "harmony" else note
+            sound = INSTRUMENTS[instrument](note + transposition, stretch * length * STEP)
+            track = leads if INSTRUMENTS[instrument] is lead else others
+            track.add(start * STEP, sound, gain, {"harmony": 0.35, "counter": -0.4}.get(instrument, 0.0))
+    return swept(leads.data, LEAD_CUTOFF), others.data
+
+
+def pulses():
+    track = Track()
+    track.play("pulse", pulse(), 0.17)
+    for index, (time, strength) in enumerate(strokes("tick")):
+        track.add(time, tick(midi("A6") + (0, 7, 3, 10)[index % 4]), 0.22 * strength, 0.7 * np.sin(2.4 * index))
+    track.add(2 * BAR, bell(midi("A5"), 2.0), 0.16)
+    track.add(2 * BAR, bell(midi("E4"), 2.0), 0.12)
+    return track.data
+
+
+def transitions():
+    """Risers, kept apart from the impacts, which sound through the gaps."""
+    risers, impacts = Track(), Track()
+    for end, bars, gain in RISERS:
+        stop = min([gap for gap, until, _ in GAPS if until == end], default=end)
+        risers.add((end - bars) * BAR, riser((stop - end + bars) * BAR), gain)
+    hit = impact()
+    for bar, gain in IMPACTS:
+        impacts.add(bar * BAR, hit, gain)
+    return risers.data, impacts.data
+
+
+# ---- Mix --------------------------------------------------------------------------------------------------------
+
+
+def movement(points):
+    """A line of (bar, value) as an array over the song."""
+    bars, values = zip(*points)
+    return np.interp(seconds(LENGTH) / BAR, bars, values)
+
+
+def resonant(cutoff, q):
+    """A second-order low-pass filter."""
+    angle = 2 * np.pi * cutoff / RATE
+    width, cosine = np.sin(angle) / (2 * q), np.cos(angle)
+    return np.array([[(1 - cosine) / 2, 1 - cosine, (1 - cosine) / 2, 1 + width, -2 * cosine, 1 - width]]) / (1 + width)
+
+
+def swept(signal, points, q=0.8):
+    """A low-pass filter whose cutoff moves: a bank of fixed ones half an octave apart, cross-faded."""
+    place = 2 * np.log2(movement(points) / 100)
+    out = np.zeros_like(signal)
+    for index in range(int(place.min()), int(np.ceil(place.max())) + 1):
+        share = np.maximum(1 - np.abs(place - index), 0)
+        if share.any():
+            out += share * sosfilt(resonant(min(100 * 2 ** (index / 2), 20000), q), signal, axis=-1)
+    return out
 
 
 def sidechain():
-    """Gain that dips on every beat of the bars with a kick."""
-    phase = (seconds(LENGTH) % BEAT) / BEAT
-    duck = 1 - 0.72 * np.exp(-phase / 0.22) * (1 - np.exp(-phase / 0.004))
+    """Gain that dips on every kick and is back before the next."""
+    t = seconds(int(4 * STEP * RATE))
+    dip = np.clip(t / 0.002, 0, 1) * np.clip((0.40 - t) / 0.34, 0, 1) ** 1.4
     gain = np.ones(LENGTH)
-    for bar in range(BARS):
-        if has_kick(bar):
-            part = slice(round(bar * BAR * RATE), round((bar + 1) * BAR * RATE))
-            gain[part] = duck[part]
+    for time, strength in strokes("kick"):
+        start = round(time * RATE)
+        gain[start:start + t.size] = 1 - 0.85 * strength * dip
     return gain
-
-
-def has_kick(bar):
-    return 8 <= bar < 24 or 26 <= bar < 34
 
 
 def reverb(signal, decay, length):
     """Convolution with decaying, darkening noise; wide, without early reflections."""
     count = int(length * RATE)
-    t = seconds(count)
-    tail = np.random.default_rng(7).standard_normal((2, count)) * np.exp(-t / decay)
-    tail = highpass(lowpass(tail, 6500), 220)
+    tail = highpass(lowpass(noise(30, count), 6500), 250) * fall(count, (1, decay))
     tail /= np.sqrt((tail ** 2).sum(axis=1, keepdims=True))
-    return np.stack([fftconvolve(signal[c], tail[c])[:LENGTH] for c in range(2)])
+    return oaconvolve(signal, tail, axes=1)[:, :LENGTH]
 
 
 def echo(signal, time, feedback, turns=5):
@@ -210,115 +611,53 @@ def echo(signal, time, feedback, turns=5):
     return out
 
 
-def drums():
-    track, snare, cymbals = Track(), Track(), Track()
-    kick_sound, clap_sound, closed, open_ = kick(), clap(), hat(0.018), hat(0.09)
-    for bar in range(BARS):
-        for beat in range(4):
-            time = bar * BAR + beat * BEAT
-            if has_kick(bar) and not (bar in (15, 23) and beat == 3):
-                track.add(time, kick_sound, 0.92)
-            if (12 <= bar < 24 or 28 <= bar < 34) and beat % 2 == 1:
-                snare.add(time, clap_sound, 0.42)
-            if 10 <= bar < 24 or 26 <= bar < 34:
-                cymbals.add(time + BEAT / 2, open_, 0.16, 0.1)
-            if 4 <= bar < 24 or 27 <= bar < 34:
-                for sixteenth in range(4):
-                    accent = (0.11, 0.05, 0.085, 0.055)[sixteenth]
-                    cymbals.add(time + sixteenth * BEAT / 4, closed, accent, -0.25 if sixteenth % 2 else 0.25)
-    for bar, spacing in ((15, 8), (27, 8)):
-        for hit in range(spacing):
-            snare.add(bar * BAR + 2 * BEAT + hit * 2 * BEAT / spacing, clap_sound, 0.1 + 0.03 * hit)
-    return track, snare, cymbals
+def gaps():
+    gain = np.ones(LENGTH)
+    for first, end, level in GAPS:
+        gain[round(first * BAR * RATE):round(end * BAR * RATE)] = level
+    return uniform_filter1d(gain, int(0.008 * RATE))
 
 
-def basses():
-    track = Track()
-    for bar in range(BARS):
-        if not (8 <= bar < 24 or 26 <= bar < 34):
-            continue
-        root = CHORDS[bar % 4][1]
-        for sixteenth in range(16):
-            if sixteenth % 4 == 0:
-                continue
-            octave = 12 if bar >= 16 and sixteenth % 4 == 3 else 0
-            note = root + octave
-            track.add(bar * BAR + sixteenth * BEAT / 4, bass(note, BEAT / 4 * 0.92), 0.5)
-    return track
+def narrow(mix):
+    """The same with everything under 120 Hz in the middle."""
+    middle, side = (mix[0] + mix[1]) / 2, highpass((mix[0] - mix[1]) / 2, 150, 4)
+    return np.stack([middle + side, middle - side])
 
 
-def pads():
-    track = Track()
-    for bar in range(BARS):
-        opening = {0: 700, 4: 1000, 8: 1500, 16: 2600, 24: 1100, 28: 3000, 34: 900}
-        cutoff = [opening[first] for first in opening if first <= bar][-1]
-        track.add(bar * BAR, pad(CHORDS[bar % 4][0], BAR, cutoff), 0.85)
-    for beat in range(32):
-        strength = 0.18 + 0.12 * min(beat / 16, 1)
-        count = int(0.5 * RATE)
-        pulse = np.sin(2 * np.pi * 55 * seconds(count)) * envelope(count, 0.012, 0.12)
-        track.add(beat * BEAT, pulse, strength)
-    return track
-
-
-def arpeggios():
-    track = Track()
-    for bar in range(4, 35):
-        if 24 <= bar < 25:
-            continue
-        notes = CHORDS[bar % 4][0]
-        bright = min(max((bar - 4) / 12, 0), 1) if bar < 24 else 0.4 + 0.06 * (bar - 24)
-        for sixteenth in range(16):
-            note = notes[ARPEGGIO[sixteenth]] + (12 if sixteenth % 3 else 24)
-            track.add(bar * BAR + sixteenth * BEAT / 4, pluck(note, 0.3, bright), 0.2,
-                      0.5 * np.sin(sixteenth * 1.7 + bar))
-    return track
-
-
-def leads():
-    track = Track()
-    for first in (16, 20, 28, 32):
-        for sixteenth, (note, length) in LEAD.items():
-            if first == 32 and sixteenth >= 32:
-                break
-            track.add(first * BAR + sixteenth * BEAT / 4, lead(note, length * BEAT / 4), 0.42)
-    for sixteenth, (note, length) in LEAD.items():
-        if sixteenth < 32:
-            track.add(24 * BAR + sixteenth * BEAT / 4, lead(note - 12, length * BEAT / 4), 0.26)
-    return track
-
-
-def transitions():
-    track = Track()
-    for bar, bars in ((4, 2), (8, 2), (16, 4), (28, 4)):
-        track.add((bar - bars) * BAR, riser(bars * BAR), 0.5 if bars == 4 else 0.3)
-    for bar in (8, 16, 24, 28, 34):
-        track.add(bar * BAR, impact(), 0.55)
-    return track
+def limited(mix):
+    """Look-ahead limiter on the true peak: gain in dB falls ahead of a peak, comes back at 40 dB a second."""
+    peak = np.max([np.abs(resample_poly(side, 4, 1)).reshape(LENGTH, 4).max(axis=1) for side in mix], axis=0)
+    ahead = int(0.006 * RATE)
+    excess = np.maximum(20 * np.log10(np.maximum(peak, CEILING) / CEILING), 0)
+    release = np.arange(LENGTH) * (40 / RATE)
+    held = np.maximum.accumulate(np.concatenate([excess[ahead:], np.zeros(ahead)]) + release) - release
+    reduction = uniform_filter1d(np.maximum(held, 0), ahead, origin=(ahead - 1) // 2)
+    return mix * 10 ** (-reduction / 20)
 
 
 def master(mix):
-    """Gentle bus compression, saturation, silence at both ends, and the peak where it belongs."""
-    level = lfilter([0.0006], [1, -0.9994], np.abs(mix).max(axis=0))
-    mix = 0.42 * mix / np.sqrt(1 + (level / 1.4) ** 2)
-    mix = np.tanh(mix)
-    fade = int(0.005 * RATE)
-    mix[:, :fade] *= np.linspace(0, 1, fade)
-    tail = int(2.2 * RATE)
-    mix[:, -tail:] *= np.cos(np.linspace(0, np.pi / 2, tail)) ** 2
-    return mix * PEAK / np.abs(mix).max()
+    """Mono bass, loudness, limit, and silence at both ends."""
+    mix = limited(DRIVE * narrow(highpass(mix, 26)))
+    t = seconds(LENGTH)
+    fade_in = np.minimum(t / 0.01, 1)
+    fade_out = np.cos(np.pi / 2 * np.clip((t - 93 * BAR) / (SILENT_FROM - 93 * BAR), 0, 1)) ** 2
+    return mix * fade_in * fade_out * (t < SILENT_FROM)
 
 
 def render():
-    drum, snare, cymbals = drums()
     duck = sidechain()
-    chords, arps, melody = pads().data * duck, arpeggios().data * (0.4 + 0.6 * duck), leads().data
-    low = basses().data * (0.35 + 0.65 * duck)
-    wet = reverb(snare.data * 0.5 + chords * 0.55 + arps * 0.6 + melody * 0.6, 0.85, 2.8)
-    delayed = echo(arps * 0.55 + melody * 0.5, 3 * BEAT / 4, 0.52)
-    mix = (drum.data + low * 0.95 + snare.data + cymbals.data + chords * 1.15 + arps + melody
-           + delayed * 0.8 + wet * 0.55 + transitions().data)
-    return master(highpass(mix, 24))
+    drum, hands, metals = kicks(), claps(), cymbals()
+    chords, voices = pads() * duck, choirs() * (0.3 + 0.7 * duck)
+    (plucks, keys), (leads, others) = arpeggios(), melodies()
+    melody = leads * (0.35 + 0.65 * duck) + others
+    plucks *= 0.4 + 0.6 * duck
+    soft, (risers, impacts) = pulses(), transitions()
+    delayed = echo(0.5 * plucks + 0.45 * keys + 0.5 * melody, 3 * STEP, 0.52)
+    wet = reverb(0.35 * hands + 0.5 * chords + 0.5 * voices + 0.5 * plucks + 0.9 * keys + 0.6 * melody + 0.4 * soft
+                 + 0.3 * risers + 0.3 * delayed, 0.8, 3.2) * movement(ROOM)
+    mix = (hands + metals + basses() * duck + chords + voices + plucks + keys + melody + soft + 0.7 * delayed
+           + wet * (0.4 + 0.6 * duck) + risers)
+    return master(mix * gaps() + drum + impacts)
 
 
 def main():
