@@ -119,7 +119,7 @@ VirtualScreen::~VirtualScreen()
 }
 
 Program::Program(const fs::path& folder, const Environment& environment,
-                 std::optional<std::size_t> fileSize)
+                 std::optional<std::size_t> fileSize, const std::string& executable)
 {
     termios raw{};
     cfmakeraw(&raw);
@@ -137,7 +137,7 @@ Program::Program(const fs::path& folder, const Environment& environment,
             const rlimit limit{*fileSize, *fileSize};
             setrlimit(RLIMIT_FSIZE, &limit);
         }
-        execute({CADENZA_PROGRAM}, environment);
+        execute({executable}, environment);
     }
 }
 

@@ -60,9 +60,13 @@ class Program {
 public:
     static constexpr double PATIENCE = 60.0; // seconds; generous: software rendering, sanitizers
 
-    /** @param fileSize  Largest file that it may write, bytes; a stand-in for a full disk. */
+    /**
+     * @param fileSize    Largest file that it may write, bytes; a stand-in for a full disk.
+     * @param executable  Another program, such as a launcher of the built one.
+     */
     Program(const std::filesystem::path& folder, const Environment& environment,
-            std::optional<std::size_t> fileSize = std::nullopt);
+            std::optional<std::size_t> fileSize = std::nullopt,
+            const std::string& executable = CADENZA_PROGRAM);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();

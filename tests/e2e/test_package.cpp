@@ -10,10 +10,10 @@ namespace fs = std::filesystem;
 /** What `./package` makes, with sections added to its setup file. */
 class PackagedShow : public TemporaryFolder {
 public:
-    explicit PackagedShow(const std::string& sections)
+    explicit PackagedShow(const std::string& sections, const Environment& environment = {})
     {
         fs::remove(path());
-        runProgram({CADENZA_SOURCE_DIR "/package", path().string()}, {});
+        runProgram({CADENZA_SOURCE_DIR "/package", path().string()}, environment);
         const std::string setup = read("setup.xml");
         write("setup.xml", setup.substr(0, setup.rfind("</demo>")) + sections + "</demo>");
     }
@@ -21,16 +21,25 @@ public:
 
 TEST(Package, ShowsTheSameWithItsScriptsBesideOneArchive)
 {
-    const std::string sections = R"(<display width="160" height="120" title="package"/>)"
-                                 R"(<dump name="frames/shot.png" rate="0.1" length="60"/><music/>)";
+    const std::string sections =
+        R"(<display width="160" height="120" title="package"/>)"
+        R"(<dump name="frames/shot.png" rate="0.05" length="160"/><music/>)";
     const PackagedShow package(sections);
     EXPECT_EQ(package.files().size(), filesIn(package, "script").size() + 2);
-    EXPECT_TRUE(package.read("demo.zip") == PackagedShow("").read("demo.zip"));
+    const PackagedShow elsewhere("", {
+                                         {"TZ", "XYZ-9"}
+    });
+    EXPECT_TRUE(package.read("demo.zip") == elsewhere.read("demo.zip"));
+    constexpr std::size_t DATE = 12; // offset of the first file's date in the archive
+    EXPECT_EQ(package.read("demo.zip").substr(DATE, 2),
+              "\x21" + std::string(1, '\0')); // 1980-01-01
 
     const VirtualScreen screen;
-    const Files expected = record(ShowCopy(sections), screen);
+    const ShowCopy folder("");
+    folder.write("setup.xml", package.read("setup.xml")); // its archive is not there
+    const Files expected = record(folder, screen);
     const Files found = record(package, screen);
-    ASSERT_EQ(expected.size(), 6u);
+    ASSERT_EQ(expected.size(), 8u);
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t index = 0; index < found.size(); ++index)
         EXPECT_TRUE(found[index] == expected[index]) << expected[index].first;
