@@ -10,7 +10,8 @@ import sys
 
 BAR = 1.875  # seconds, 128 BPM
 BEAT = BAR / 4
-END = 36 * BAR
+SONG = 96  # bars
+END = (SONG + 1) * BAR  # of the effects that make every frame: the song's very last is shown too
 
 
 def number(value):
@@ -49,66 +50,116 @@ def held(level, *spans, fade=0.5):
     return keys
 
 
+def beats(first, last, skipped=()):
+    """The beats from bar `first` until bar `last`, in bars, without those that are `skipped`."""
+    return [beat / 4 for beat in range(first * 4, last * 4) if beat / 4 not in skipped]
+
+
+NEAR = 0.002  # bars between two keys that make a jump
+
+
+def hold(first, last, text, brightness=1):
+    """Keys of a gradient that keeps a colour from bar `first` to bar `last`. The automatic tangents of
+    a key swing as far as its longer neighbouring segment is long: a second key close by stops that."""
+    return [(time, text, brightness) for time in (first, first + NEAR, last - NEAR, last)]
+
+
+def pulses(base, peak, times, fall=0.22):
+    """Keys of a linear curve that jumps from `base` to `peak` at each time and falls back within `fall` bars."""
+    keys = []
+    for time in times:
+        keys += [(time - NEAR, base), (time, peak), (time + fall, base)]
+    return keys
+
+
+# The song's sections, in bars.
+DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90
+NO_KICK = (15.75, 31.75)
+
+PLASMA_SPAN = {"span": CUT * BAR}
 PLASMA = [
-    spline("invite", held(0.9, (29, 33)), "linear"),
-    colour("color", [(0, "#000000", 0), (2, "#2030a0", 1.0), (8, "#1c50c8", 1.1), (15, "#1890d8", 1.0),
-                     (15.5, "#1890d8", 1.0), (16, "#20c8ff", 0.48), (16.5, "#20c8ff", 0.48), (22, "#1cb0ff", 0.5),
-                     (23.5, "#1cb0ff", 0.5), (24.5, "#3038c0", 1.0), (27, "#2848c0", 1.0), (27.5, "#2848c0", 1.0),
-                     (28, "#20c8ff", 0.48), (28.5, "#20c8ff", 0.48), (30.5, "#20a0ff", 0.5), (32, "#ff8c30", 0.5),
-                     (34, "#ff7c28", 0.55), (35.5, "#301040", 0.5), (36, "#000000", 0)]),
-    spline("stop", [(0, 0.3), (8, 0.3), (15, 0.34), (16, 0.6), (24, 0.45), (25, 0.2), (27, 0.2), (28, 0.62),
-                    (34, 0.4), (36, 0.1)], "linear"),
-    spline("drop", [(0, 0), (8, 0.4), (12, 0), (16, 0), (20, 0.5), (26, -0.3), (32, 0.2), (36, 0)]),
+    spline("invite", held(0.9, (28, 32), fade=0.25), "linear", **PLASMA_SPAN),
+    colour("color", [(0, "#000000", 0), (1, "#2030a0", 1.3), (2, "#2030a0", 1.2), (8, "#1c50c8", 1.2)] + hold(11, 12, "#1c60d0", 1.0)
+           + hold(12.5, 15, "#1c50c8", 0.75) + [(15.5, "#1890d8", 1.0)] + hold(15.75, DROP - NEAR, "#1430a0", 0.3)
+           + hold(DROP, 17, "#20c8ff", 0.5) + hold(20, 21, "#1cb0ff", 0.5) + [(22, "#3058e0", 0.7)]
+           + hold(24, 25, "#4038d0", 0.9) + [(26, "#2868e0", 0.75)] + hold(27, 27.75, "#20b0ff", 0.6)
+           + hold(28, 30, "#2838b0", 0.65) + hold(31, 31.5, "#2060d0", 0.5) + [(32, "#20c8ff", 0.5)], **PLASMA_SPAN),
+    spline("stop", [(0, 0.3), (8, 0.3), (15, 0.34), (15.75, 0.05), (16, 0.6), (24, 0.5), (28, 0.4), (30, 0.5),
+                    (32, 0.9)], "linear", **PLASMA_SPAN),
+    spline("drop", [(0, 0), (8, 0.4), (12, 0), (16, 0), (20, 0.5), (25, -0.3), (28, 0), (32, 0)], **PLASMA_SPAN),
     spline("camera", [(0, -1.0), (5, -1.0), (9, -0.35), (12.5, 1), (15.5, 1), (20, 0.1), (24, -0.5), (28, -1),
-                      (33, -0.4), (36, 0)]),
-    spline("logo1", held(0.85, (2, 6)), "linear"),
-    spline("logo2", held(0.85, (12, 16)), "linear"),
-    trigger("beat trigger", [(8, 1, 31), (16, 1, 31), (26, 1, 32)]),
+                      (32, -0.6)], **PLASMA_SPAN),
+    spline("logo1", held(0.85, (2, 6.5)), "linear", **PLASMA_SPAN),
+    spline("logo2", held(0.9, (12, 15.75)), "linear", **PLASMA_SPAN),
+    trigger("beat trigger", [(8, 1, 30), (16, 1, 62)]),
     spline("beat spline", [(0, 1), (0.06, 0.85), (0.2, 0.3), (0.45, 0)], unit=1, span=1),
-    spline("hammertime", [(0, 0.5), (8, 0.55), (15.9, 0.55), (16, 0.8), (18, 0.68), (23.5, 0.66), (25, 0.5),
-                          (27.9, 0.5), (28, 0.8), (30, 0.66), (34, 0.6), (36, 0.4)], "linear"),
+    # Higher where the pattern leaves few cells lit.
+    spline("hammertime", [(0, 0.8), (2, 0.6), (5, 0.55), (6.5, 1), (8, 0.85), (8.5, 0.55), (11, 0.6), (12.5, 0.85),
+                          (14, 0.8), (14.5, 0.58), (15.75, 0.58), (15.99, 0.3), (16, 0.8), (17.3, 0.7), (17.8, 1),
+                          (18.5, 1), (19, 0.68), (20, 0.7), (20.6, 1), (21.7, 1), (22.2, 0.68), (23.9, 0.64), (24, 0.76),
+                          (24.8, 0.9), (25.8, 1), (26.5, 0.66), (28, 0.6), (29, 0.85), (30.5, 0.85), (31, 0.55),
+                          (32, 0.6)], "linear", **PLASMA_SPAN),
 ]
 
-VOLUMETRIC = 32 * BAR
-SCENE = {"span": VOLUMETRIC}
-STARS = [spline("not fast enough", [(0, -1), (2, 0.2), (24, 0.6), (31, 0.8), (32, -1)], "linear", **SCENE)]
-# Through the plain in bends, over the low houses and then between the high ones.
+SCENE = {"span": (IMPACT - CUT) * BAR}
+# High over the low houses, down between those that grow, and up again. Bars of the scene.
 ROAD = [
-    colour("color", [(0, "#14102e", 0), (1, "#2a20a0", 1.2), (8, "#2038d0", 1.4), (16, "#2080f0", 1.4),
+    colour("color", [(0, "#14102e", 0), (1, "#2a20a0", 0.8), (8, "#2038d0", 1.2), (16, "#2080f0", 1.3),
                      (24, "#38d6ff", 1.2), (31, "#38d6ff", 1.5), (32, "#38d6ff", 0)], **SCENE),
-    colour("color_house_create", [(0, "#ff9a3c", 0), (16, "#ff9a3c", 1.3), (26, "#4030c0", 1.4), (32, "#2a30b8", 1.3)],
+    # Not bars: how far a house has come, from 0 to 32.
+    colour("color_house_create", [(0, "#ff9a3c", 0), (16, "#ff9a3c", 1.3), (26, "#3830c0", 1.0), (32, "#1c2ca0", 0.8)],
            **SCENE),
-    spline("path x", [(0, 0), (4, 0.02), (9, 0.3), (14, -0.12), (20, -0.42), (26, 0.1), (32, 0.3)], **SCENE),
-    spline("path y", [(0, -0.93), (8, -0.925), (14, -0.9), (19, -0.925), (25, -0.86), (29, -0.8), (32, -0.55)], **SCENE),
-    spline("path z", [(0, -1), (8, -0.62), (16, -0.18), (24, 0.36), (32, 1)], **SCENE),
-    spline("code", held(0.9, (2, 8)), "linear", **SCENE),
-    spline("graphics", held(0.9, (10, 16)), "linear", **SCENE),
-    spline("music", held(0.9, (18, 24)), "linear", **SCENE),
-    spline("support", held(0.9, (25.5, 31.5)), "linear", **SCENE),
+    spline("path x", [(0, 0), (3, 0), (8, 0.35), (13, -0.25), (17, -0.1), (21, 0.5), (25, -0.2), (29, 0.15), (32, 0.2)],
+           **SCENE),
+    spline("path y", [(0, -0.48), (5, -0.8), (11, -0.92), (16, -0.9), (22, -0.925), (26, -0.8), (30, -0.66),
+                      (32, -0.6)], **SCENE),
+    spline("path z", [(0, -1), (8, -0.44), (16, -0.06), (24, 0.36), (32, 1)], **SCENE),
+    spline("code", held(0.9, (1, 7)), "linear", **SCENE),
+    spline("graphics", held(0.9, (9, 15)), "linear", **SCENE),
+    spline("music", held(0.9, (17, 23)), "linear", **SCENE),
+    spline("support", held(0.9, (25, 31)), "linear", **SCENE),
 ]
 
-FLIGHT = {"span": 26 * BAR}
+# The stars are dark behind the streaks and come back behind the end picture. Bars of the stars.
+SKY = {"span": (SONG - CUT) * BAR}
+STARS = [spline("not fast enough", [(0, -1), (1, 0.4), (4, 1), (31.99, 1), (32, -1), (58, -1), (60, 0.8),
+                                    (64, 0.8)], "linear", **SKY)]
+
+# The streaks flash on every beat and go out behind the end picture. Bars of the flight.
+FLIGHT = {"span": (SONG - IMPACT) * BAR}
 LIGHTSPEED = [
-    spline("not fast enough", [(0, 0.2), (0.5, 1), (8, 0.6), (16, 0.9), (23, 0.5), (25.5, -0.4), (26, -1)], "linear",
-           **FLIGHT),
-    spline("greetings (to)", held(0.9, (23.5, 26)), "linear", **FLIGHT),
-    spline("explode", [(0, -1), (2, -0.9), (8, -0.45), (12, -0.85), (16, -0.3), (20, -0.8), (24, -0.6), (26, 0.6)],
-           **FLIGHT),
-    spline("rot x", [(0, 0), (8, 0.3), (16, -0.3), (24, 0.4), (26, 0)], **FLIGHT),
-    spline("rot y", [(0, 0), (6, -0.2), (14, 0.35), (22, -0.3), (26, 0)], **FLIGHT),
-    trigger("triggerexplode", [(0, 4, 26)]),
+    spline("not fast enough", [(0, 1), (0.5, 0.2)] + pulses(0, 0.9, [b - IMPACT for b in beats(65, 87)])
+           + pulses(-0.5, 0.2, [b - IMPACT for b in beats(87, 90)])
+           + [(26, -0.2), (28, -1), (32, -1)], "linear", **FLIGHT),
+    spline("greetings (to)", held(0.9, (23.5, 25.9)), "linear", **FLIGHT),
+    spline("explode", [(0, -0.9), (4, -0.7), (7.5, -0.95), (8, -0.95), (10, -0.45), (13, -0.75), (15.5, -0.9), (16, -0.9),
+                       (17.5, -0.35), (20, -0.75), (24.5, -0.8), (25, -0.8), (26, 0.5), (32, 1)], **FLIGHT),
+    spline("rot x", [(0, 0), (4, 0.5), (8, 0), (12, -0.5), (16, 0.3), (20, -0.3), (24, 0), (32, 0)], **FLIGHT),
+    spline("rot y", [(0, 0), (3, -0.3), (6, 0.2), (9, 0), (14, 0.4), (18, 0), (22, -0.3), (26, 0), (32, 0)], **FLIGHT),
+    trigger("triggerexplode", [(0, 4, 25)]),
+]
+
+NIGHT = "#05040c"
+CLEAR = [colour("color", hold(0, DROP - NEAR, NIGHT) + hold(DROP, DROP + 2 * NEAR, "#ffffff", 0.9)
+                + hold(DROP + 0.25, CUT, NIGHT) + hold(48, IMPACT - NEAR, "#0a0a20")
+                + hold(IMPACT, IMPACT + 2 * NEAR, "#ffffff") + hold(IMPACT + 0.25, RESOLVE - NEAR, NIGHT)
+                + hold(RESOLVE, RESOLVE + 2 * NEAR, "#ffffff", 0.7) + hold(RESOLVE + 0.25, 91, "#140b12")
+                + hold(93, 94, "#0c0a1c") + [(95.25, "#000000", 0)])]
+FLASH = [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (31.998, 0), (32, 0.5), (32.05, 0.5), (32.25, 0), (94, 0),
+                          (95.25, 0.5), (97, 0.5)], "linear")]
+GLOW = [
+    spline("glow", [(0, -0.1), (8, 0), (15.75, 0.1), (15.99, -0.2), (16, 0.6), (18, 0.3), (24, 0.2), (28, 0.1),
+                    (31.9, 0.5), (32, -0.1), (48, 0.1), (63.99, 0.3)]
+           + pulses(0.1, 0.4, beats(64, 90)) + [(90, 0.6), (92, 0.2), (94, 0), (95.25, -1), (97, -1)], "linear"),
+    spline("glownoise", [(0, -0.75), (24, -0.7), (97, -0.8)], "linear"),
 ]
 
 EFFECTS = {
     "common.Common": [],
-    "clear.clear": [colour("color", [(0, "#05040c", 1), (36, "#05040c", 1)])],
-    "flash.flash": [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (34.5, 0), (35.7, 0.5), (36, 0.5)], "linear")],
+    "clear.clear": CLEAR,
+    "flash.flash": FLASH,
     "plasma.plasma": PLASMA,
-    "postprocess.postprocess": [
-        spline("glow", [(0, -0.1), (8, 0), (15.9, 0.1), (16, 0.5), (24, 0.1), (27.9, 0.1), (28, 0.5), (34, 0.2),
-                        (36, -0.6)], "linear"),
-        spline("glownoise", [(0, -0.75), (24, -0.7), (36, -0.8)], "linear"),
-    ],
+    "postprocess.postprocess": GLOW,
     "stars.stars": STARS,
     "volumetric.volumetric": ROAD,
     "lightspeed.lightspeed": LIGHTSPEED,
@@ -117,19 +168,17 @@ EFFECTS = {
 
 # Where an effect plays, in bars, if not as long as the song.
 SPANS = {
-    "stars.stars": (32, 64),
-    "volumetric.volumetric": (32, 64),
-    "lightspeed.lightspeed": (64, 90),
-    "ascii.ascii": (90, 96),
+    "plasma.plasma": (0, CUT),
+    "stars.stars": (CUT, SONG),
+    "volumetric.volumetric": (CUT, IMPACT),
+    "lightspeed.lightspeed": (IMPACT, SONG),
+    "ascii.ascii": (RESOLVE, SONG),
 }
-
-# Switched off: their bars of the song are not written.
-WAITING = {"stars.stars", "volumetric.volumetric"}
 
 
 def document(name, plugins):
     start, end = (bar * BAR for bar in SPANS.get(name, (0, END / BAR)))
-    lines = ["<effect>", '\t<option inactive="%d" locked="0"/>' % (name in WAITING),
+    lines = ["<effect>", '\t<option inactive="0" locked="0"/>',
              '\t<time start="%s" end="%s"/>' % (number(start), number(end))]
     for kind, name, body in plugins:
         lines.append('\t<plugin type="%s" name="%s">' % (kind, name))

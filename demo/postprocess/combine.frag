@@ -1,4 +1,4 @@
-// The picture, its glow over it, and film grain over both.
+// The picture, its glow over it, toned, darker towards the corners, and film grain over all.
 //
 // Every pass before this one mirrored its picture: the original has been drawn once, bottom row
 // first, and the glow three more times, so only the original is turned over here.
@@ -15,6 +15,11 @@ varying vec2 position;
 const float GLOW_GAIN = 1.5;
 const float GRAIN = 0.16;      // amplitude of full noise where the picture is half bright
 const float SHOULDER = 0.75;   // brightness from which highlights are rolled off
+
+const vec3 SHADE = vec3(0.30, 0.26, 1.0) ;  // hue that a faint light without one takes: indigo
+const vec3 SHINE = vec3(0.22, 0.84, 1.0);   // and a bright one: cyan; the brightest stay white
+const float AMBER = 0.6;                    // green of a warm light, of its red
+const float CORNER = 0.4;                   // of the light is lost in the corners
 
 // A hash without sine, so that every driver draws the same grain.
 float noise(vec2 cell, float seed)
@@ -36,11 +41,25 @@ vec3 rollOff(vec3 colour)
     return min(colour, SHOULDER) + (1.0 - SHOULDER) * (1.0 - exp(-over / (1.0 - SHOULDER)));
 }
 
+// Gives light without a hue one of the show's, and makes warm light amber; the other hues stay.
+vec3 tone(vec3 colour)
+{
+    float peak = max(colour.r, max(colour.g, colour.b));
+    float low = min(colour.r, min(colour.g, colour.b));
+    float hue = (peak - low) / max(peak, 1.0e-4);
+    vec3 tint = mix(SHADE, SHINE, smoothstep(0.05, 0.7, peak));
+    tint = mix(tint, vec3(1.0), smoothstep(0.6, 0.88, peak));
+    colour.g = mix(colour.g, AMBER * colour.r, smoothstep(0.1, 0.5, (colour.r - colour.b) / max(peak, 1.0e-4)));
+    return mix(peak * tint, colour, smoothstep(0.05, 0.4, hue));
+}
+
 void main()
 {
     vec3 colour = texture2D(originalTexture, vec2(position.x, 1.0 - position.y)).rgb;
     colour += GLOW_GAIN * max(glow, 0.0) * texture2D(glowTexture, position).rgb;
-    colour = rollOff(max(colour, 0.0));
+    vec2 aside = 2.0 * position - 1.0;
+    colour *= 1.0 - CORNER * smoothstep(0.5, 2.0, dot(aside, aside));
+    colour = tone(rollOff(max(colour, 0.0)));
 
     // Grain lives in the light; the last term dithers away the banding of eight bits. Both leave
     // black alone.
