@@ -12,7 +12,6 @@ import functools
 import pathlib
 import subprocess
 import sys
-import wave
 
 import numpy as np
 from scipy.ndimage import uniform_filter1d
@@ -26,17 +25,15 @@ BARS = 96
 LENGTH = round(BARS * BAR * RATE)  # sample frames
 SILENT_FROM = 179.0  # seconds
 CEILING = 10 ** (-2.2 / 20)  # true peak, leaves room for the encoder's overshoot
-DRIVE = 10 ** (-2.0 / 20)  # into the limiter; sets the loudness
+DRIVE = 10 ** (-2.2 / 20)  # into the limiter; sets the loudness
 
 # ---- Score ------------------------------------------------------------------------------------------------------
 
 SECTIONS = (  # first bar, what is heard
-    (0, "pad and pulse"), (4, "arpeggio"), (8, "kick"), (12, "bass, hats"),
-    (16, "drop"), (20, "drop, answer"), (24, "drop, octave"), (28, "drop, climb"),
-    (32, "breakdown"), (36, "piano"), (40, "choir"), (44, "pulse"),
-    (48, "rising"), (52, "kick, muffled"), (56, "build"), (60, "riser"),
-    (64, "finale"), (68, "finale, answer"), (72, "finale, turn"), (76, "breath"),
-    (80, "everything"), (88, "wind-up"), (90, "resolve"),
+    (0, "pad and pulse"), (4, "arpeggio"), (8, "kick"), (12, "bass, hats"), (16, "drop"), (20, "drop, answer"),
+    (24, "drop, octave"), (28, "drop, climb"), (32, "breakdown"), (36, "piano"), (40, "choir"), (44, "pulse"),
+    (48, "rising"), (52, "kick, muffled"), (56, "build"), (60, "riser"), (64, "finale"), (68, "finale, answer"),
+    (72, "finale, turn"), (76, "breath"), (80, "everything"), (88, "wind-up"), (90, "resolve"),
 )
 
 CHORDS = {  # bass note, then the voicing; neighbours share tones and move by step
@@ -53,10 +50,12 @@ HARMONY = (  # first bar, chord of each bar
 )
 
 # Melodies: note:steps, a bar between bar lines, "-" rests.
-CALL = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | C5:6 A4:6 C5:2 D5:2 | E5:3 G5:3 E5:4 D5:2 C5:2 D5:2 | B4:6 D5:6 G4:2 B4:2"
-ANSWER = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | A5:6 G5:4 F5:2 E5:2 F5:2 | G5:3 E5:3 C5:4 D5:2 E5:2 G5:2 | D5:8 E5:2 D5:2 B4:4"
-DARK = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2 | A5:6 G5:4 F5:2 E5:2 C5:2 | D5:3 F5:3 A5:4 G5:2 F5:2 E5:2 | E5:6 D5:4 B4:2 G#4:4"
-CLIMB = "A4:3 C5:3 F5:4 E5:2 D5:2 C5:2 | B4:3 D5:3 G5:4 F5:2 E5:2 D5:2 | C5:3 E5:3 A5:4 G5:2 E5:2 C5:2 | E5:4 G#5:4 B5:4 E6:4"
+HEAD = "A4:3 E5:3 D5:4 C5:2 D5:2 E5:2"
+CALL = HEAD + "| C5:6 A4:6 C5:2 D5:2 | E5:3 G5:3 E5:4 D5:2 C5:2 D5:2 | B4:6 D5:6 G4:2 B4:2"
+ANSWER = HEAD + "| A5:6 G5:4 F5:2 E5:2 F5:2 | G5:3 E5:3 C5:4 D5:2 E5:2 G5:2 | D5:8 E5:2 D5:2 B4:4"
+DARK = HEAD + "| A5:6 G5:4 F5:2 E5:2 C5:2 | D5:3 F5:3 A5:4 G5:2 F5:2 E5:2 | E5:6 D5:4 B4:2 G#4:4"
+CLIMB = ("A4:3 C5:3 F5:4 E5:2 D5:2 C5:2 | B4:3 D5:3 G5:4 F5:2 E5:2 D5:2 | C5:3 E5:3 A5:4 G5:2 E5:2 C5:2 |"
+         "E5:4 G#5:4 B5:4 E6:4")
 TURN = "A5:3 A5:3 G5:2 F5:4 E5:2 F5:2 | G5:6 D5:4 D5:2 E5:2 G5:2 | A5:3 A5:3 B5:4 C6:2 B5:2 A5:2 | G5:6 E5:6 D5:2 E5:2"
 RETURN = "F5:16 | B5:6 A5:4 G5:2 A5:2 B5:2 | C6:3 A5:3 E5:4 A5:2 B5:2 C6:2 | B5:6 E5:4 G#5:2 B5:4"
 WINDUP = "A5:3 C6:3 F5:4 A5:2 C6:4 | B5:3 D6:3 G5:4 B5:2 D6:4"
@@ -66,23 +65,25 @@ HINT = "A4:3 E5:3 D5:10 | -:16"
 FAREWELL = "-:8 A4:3 E5:5 | D5:4 C5:4 B4:8 | A4:16"
 
 MELODIES = (  # bar, instrument, melody, transposition in semitones, stretch, gain
+    (2, "bell", "A5:16", 0, 1, 0.16), (2, "bell", "E4:16", 0, 1, 0.12),
     (12, "bell", HINT, 0, 1, 0.19), (14, "bell", HINT, 0, 1, 0.19),
-    (16, "lead", CALL, 0, 1, 0.25), (20, "lead", ANSWER, 0, 1, 0.25), (20, "counter", COUNTER, 0, 1, 0.24),
-    (24, "lead", CALL, 0, 1, 0.24), (24, "lead", CALL, 12, 1, 0.12), (24, "counter", COUNTER, 0, 1, 0.24),
-    (28, "lead", CLIMB, 0, 1, 0.26),
-    (36, "piano", CALL, 0, 2, 0.21), (40, "counter", "C5:16 B4:16 | A4:32", 0, 1, 0.10),
+    (16, "lead", CALL, 0, 1, 0.28), (20, "lead", ANSWER, 0, 1, 0.28), (20, "counter", COUNTER, 0, 1, 0.24),
+    (24, "lead", CALL, 0, 1, 0.27), (24, "lead", CALL, 12, 1, 0.12), (24, "counter", COUNTER, 0, 1, 0.24),
+    (28, "lead", CLIMB, 0, 1, 0.29),
+    (36, "piano", CALL, 0, 2, 0.21), (40, "counter", "G4:32 | B4:32", 0, 1, 0.10),
     (44, "piano", LULL, 0, 2, 0.21), (44, "bell", LULL, 12, 2, 0.10),
     (52, "piano", ANSWER, 0, 1, 0.25), (52, "bell", ANSWER, 12, 1, 0.07),
     (56, "lead", TURN, -12, 1, 0.14), (56, "bell", TURN, 0, 1, 0.12),
-    (64, "lead", CALL, 0, 1, 0.25), (64, "harmony", CALL, 0, 1, 0.16),
-    (68, "lead", DARK, 0, 1, 0.25), (68, "harmony", DARK, 0, 1, 0.16), (68, "counter", COUNTER, 0, 1, 0.21),
-    (72, "lead", TURN, 0, 1, 0.25), (72, "harmony", TURN, 0, 1, 0.16),
-    (76, "lead", RETURN, 0, 1, 0.25), (76, "harmony", RETURN, 0, 1, 0.16),
-    (80, "lead", CALL, 0, 1, 0.24), (80, "harmony", CALL, 0, 1, 0.16), (80, "lead", CALL, 12, 1, 0.14),
-    (84, "lead", DARK, 0, 1, 0.24), (84, "harmony", DARK, 0, 1, 0.16), (84, "lead", DARK, 12, 1, 0.14),
+    (64, "lead", CALL, 0, 1, 0.31), (64, "harmony", CALL, 0, 1, 0.16),
+    (68, "lead", DARK, 0, 1, 0.31), (68, "harmony", DARK, 0, 1, 0.16), (68, "counter", COUNTER, 0, 1, 0.21),
+    (72, "lead", TURN, 0, 1, 0.31), (72, "harmony", TURN, 0, 1, 0.16),
+    (76, "lead", RETURN, 0, 1, 0.31), (76, "harmony", RETURN, 0, 1, 0.16),
+    (80, "lead", CALL, 0, 1, 0.27), (80, "harmony", CALL, 0, 1, 0.16), (80, "lead", CALL, 12, 1, 0.14),
+    (84, "lead", DARK, 0, 1, 0.27), (84, "harmony", DARK, 0, 1, 0.16), (84, "lead", DARK, 12, 1, 0.14),
     (80, "counter", COUNTER, 0, 1, 0.21), (84, "counter", COUNTER, 0, 1, 0.21),
-    (88, "lead", WINDUP, 0, 1, 0.25), (88, "harmony", WINDUP, 0, 1, 0.16),
-    (90, "lead", "A5:28", 0, 1, 0.19), (92, "piano", FAREWELL, 0, 1, 0.25), (92, "bell", FAREWELL, 12, 1, 0.09),
+    (88, "lead", WINDUP, 0, 1, 0.28), (88, "harmony", WINDUP, 0, 1, 0.16),
+    (90, "lead", "A5:28", 0, 1, 0.19), (90, "lead", "E6:28", 0, 1, 0.12),
+    (92, "piano", FAREWELL, 0, 1, 0.25), (92, "bell", FAREWELL, 12, 1, 0.09),
 )
 
 FOUR = "9...9...9...9..."
@@ -90,10 +91,10 @@ BACKBEAT = "....9.......9..."
 OFFBEAT = "..9...9...9...9."
 SIXTEENTHS = "7395739573957395"
 PATTERNS = {  # first bar, bar after the last, strength 1..9 of each step
-    "kick": ((8, 15, FOUR), (15, 16, "9...9...9......."), (16, 32, FOUR), (52, 56, "6...6...6...6..."), (56, 62, FOUR), (64, 76, FOUR),
-             (77, 89, FOUR), (89, 90, "9...9...9.9.....")),
+    "kick": ((8, 15, FOUR), (15, 16, "9...9...9......."), (16, 32, FOUR), (52, 56, "7...7...7...7..."),
+             (56, 62, FOUR), (64, 76, FOUR), (77, 89, FOUR), (89, 90, "9...9...9.9.....")),
     "heart": ((48, 52, "9..6...."),),
-    "clap": ((16, 31, BACKBEAT), (31, 32, "....9.......9.99"), (64, 75, BACKBEAT), (75, 76, "....9.......9..9"),
+    "clap": ((16, 31, BACKBEAT), (31, 32, "....9..........."), (64, 75, BACKBEAT), (75, 76, "....9.......9..9"),
              (77, 88, BACKBEAT)),
     "closed": ((12, 16, "..6...6...6...6."), (20, 32, SIXTEENTHS), (56, 62, "..5...5...5...5."), (64, 76, SIXTEENTHS),
                (77, 90, SIXTEENTHS)),
@@ -102,7 +103,7 @@ PATTERNS = {  # first bar, bar after the last, strength 1..9 of each step
     "tom": ((31, 32, "........9.7.8.6."), (76, 77, "9..8..7.9.8.7.6.")),
     "snare": ((76, 77, "..........6.7789"),),
     "tick": ((90, 92, "9.6.8.6.9.6.8.6."), (92, 93, "7...5...3.......")),
-    "pulse": ((0, 8, FOUR), (44, 48, FOUR)),
+    "pulse": ((0, 1, "2...3...4...5..."), (1, 2, "6...7...7...8..."), (2, 8, FOUR), (44, 48, FOUR)),
 }
 ROLLS = (  # first bar, then (steps, steps between strokes); growing louder throughout
     (14, ((16, 2), (8, 1), (4, 0.5))),
@@ -110,13 +111,13 @@ ROLLS = (  # first bar, then (steps, steps between strokes); growing louder thro
     (60, ((16, 4), (16, 2), (16, 1), (12, 0.5))),
     (88, ((16, 2), (8, 1), (8, 0.5))),
 )
+ROLLING, DRIVING, CLIMBING = "..ro.rr..ror.r5o", ".rrr.rro.rrr.ro5", "..rr..rr..rr..oo"
 BASSLINES = (  # first bar, bar after the last, degree of each step: root, octave, fifth
-    (12, 15, "..r...r...r...r."), (15, 16, "..r...r...r....."),
-    (16, 24, "..ro.rr..ror.r5o"), (24, 28, ".rro.ror.rro.r5o"), (28, 32, "..rr..rr..rr..oo"),
-    (56, 60, "..r...r...r...r."), (60, 63, "..rr..rr..rr..rr"),
-    (64, 72, "..ro.rr..ror.r5o"), (72, 76, ".rro.ror.rro.r5o"), (77, 80, "..ro.rr..ror.r5o"),
-    (80, 88, ".rro.ror.rro.r5o"), (88, 90, "..rr..rr..rr..rr"),
+    (12, 15, "..r...r...r...r."), (15, 16, "..r...r...r....."), (16, 24, ROLLING), (24, 28, ".rro.ror.rro.r5o"),
+    (28, 32, CLIMBING), (56, 60, "..r...r...r...r."), (60, 63, CLIMBING), (64, 72, ROLLING), (72, 76, DRIVING),
+    (77, 80, ROLLING), (80, 88, DRIVING), (88, 90, CLIMBING),
 )
+DEEP = ((36, 44, 0.06), (44, 48, 0.05), (48, 56, 0.08), (90, 95, 0.14))  # first bar, bar after the last, gain
 CASCADE = "0213201302312310"
 ARPEGGIOS = (  # first bar, bar after the last, instrument, chord tone of each step, transposition, gain
     (4, 16, "pluck", CASCADE, 12, 0.24), (16, 32, "pluck", CASCADE, 12, 0.20), (24, 32, "pluck", "3120", 24, 0.09),
@@ -127,21 +128,25 @@ ARPEGGIOS = (  # first bar, bar after the last, instrument, chord tone of each s
 )
 
 # Movements: bar and value, straight lines between; two values on one bar are a jump.
-PAD_CUTOFF = ((0, 250), (4, 700), (8, 1000), (16, 2600), (16, 3600), (28, 5000), (32, 7000), (32, 1000), (40, 2200),
-              (48, 900), (64, 6000), (64, 4200), (80, 6500), (90, 8000), (90, 3500), (96, 350))  # Hz
-PAD_LEVEL = ((0, -30), (2, -10), (4, -4), (16, -3), (16, 0), (32, 0), (32, -7), (48, -7), (60, -2), (64, 0), (90, 0), (96, -8))  # dB
-ARP_CUTOFF = ((4, 350), (8, 800), (16, 5000), (16, 7000), (32, 9000), (48, 350), (56, 1800), (64, 9000), (96, 9000))  # Hz
-LEAD_CUTOFF = ((0, 9000), (56, 9000), (56, 700), (60, 4000), (64, 11000), (90, 11000), (90, 6000), (94, 600), (96, 600))  # Hz
-KICK_CUTOFF = ((0, 18000), (52, 18000), (52, 130), (56, 300), (60, 3000), (64, 18000), (96, 18000))  # Hz
-ROOM = ((0, 0.8), (16, 0.7), (16, 0.42), (32, 0.45), (32, 1.0), (60, 0.8), (64, 0.42), (90, 0.5), (90, 1.1), (96, 1.1))
+PAD_CUTOFF = ((0, 250), (4, 700), (8, 1000), (16, 2600), (16, 3600), (28, 5000), (32, 7000), (32, 800), (40, 2600),
+              (48, 900), (64, 6000), (64, 4500), (80, 7000), (90, 9000), (90, 3500), (96, 350))  # Hz
+PAD_LEVEL = ((0, -30), (2, -10), (4, -4), (16, -3), (16, -2), (32, -1), (32, -30), (32.25, -20), (33, -8), (48, -8),
+             (60, -2), (64, -1), (90, -1), (90, 0), (96, -8))  # dB
+ARP_CUTOFF = ((4, 350), (8, 800), (16, 5000), (16, 7000), (32, 9000), (48, 350), (56, 1800), (64, 9000), (96, 9000))
+LEAD_CUTOFF = ((16, 5500), (24, 7500), (32, 11000), (56, 700), (60, 4000), (64, 9000), (80, 13000), (90, 13000),
+               (90, 6000), (94, 600))
+KICK_CUTOFF = ((52, 18000), (52, 250), (56, 600), (60, 3000), (64, 18000))
+ROOM = ((0, 0.8), (16, 0.7), (16, 0.42), (32, 0.45), (32, 1.0), (60, 0.8), (64, 0.42), (90, 0.5), (90, 1.1))
+FADER = ((32, 0), (32, -1.5), (48, -1.5), (60, 0), (64, 0), (64, 1.2), (90, 1.2), (90, 0))  # dB
 
-CHOIR = ((40, 48, 0.13), (60, 64, 0.4), (80, 90, 0.55), (90, 91, 0.55))  # first bar, bar after the last, gain
-RISERS = ((4, 2, 0.08), (8, 2, 0.11), (12, 1, 0.11), (16, 2, 0.28), (32, 4, 0.28), (48, 2, 0.08), (64, 4, 0.33), (80, 1, 0.17),
-          (90, 2, 0.28))  # bar of the end, bars, gain
-IMPACTS = ((8, 0.25), (12, 0.2), (16, 0.5), (32, 0.5), (64, 0.6), (80, 0.4), (90, 0.55))  # bar, gain
-CRASHES = ((12, 0.2), (16, 0.4), (20, 0.3), (24, 0.4), (28, 0.3), (64, 0.45), (68, 0.3), (72, 0.4), (77, 0.4), (80, 0.5),
-           (84, 0.4), (90, 0.5))  # bar, gain
+CHOIR = ((40, 48, 0.13), (60, 64, 0.35), (80, 90, 0.5), (90, 91, 0.5))  # first bar, bar after the last, gain
+RISERS = ((4, 2, 0.08), (8, 2, 0.11), (12, 1, 0.11), (16, 2, 0.18), (32, 4, 0.18), (48, 2, 0.08), (64, 4, 0.25),
+          (80, 1, 0.15), (90, 2, 0.20))  # bar of the end, bars, gain
+IMPACTS = ((8, 0.25), (12, 0.2), (16, 0.5), (32, 0.5), (64, 0.65), (80, 0.4), (90, 0.55))  # bar, gain
+CRASHES = ((8, 0.1), (12, 0.16), (16, 0.32), (20, 0.22), (24, 0.32), (28, 0.22), (64, 0.36), (68, 0.22), (72, 0.32),
+           (77, 0.32), (80, 0.4), (84, 0.3), (90, 0.4))  # bar, gain
 GAPS = ((15.75, 16, 0.05), (32, 32.25, 0.0), (63.75, 64, 0.05))  # from bar, to bar, gain of everything but impacts
+ACTS = (0, 32, 64, 96)  # echo and reverb end where an act does
 
 NAMES = {"C": 0, "D": 2, "E": 4, "F": 5, "G": 7, "A": 9, "B": 11}
 
@@ -161,12 +166,10 @@ def chord(bar):
 def notes(melody):
     """(step, note, steps) of a written melody."""
     step = 0
-    for number, bar in enumerate(melody.split("|")):
-        for name, steps in (word.split(":") for word in bar.split()):
-            if name != "-":
-                yield step, midi(name), int(steps)
-            step += int(steps)
-    assert step % 16 == 0 or number == 0, melody
+    for name, length in (word.split(":") for word in melody.replace("|", " ").split()):
+        if name != "-":
+            yield step, midi(name), int(length)
+        step += int(length)
 
 
 def steps(lines):
@@ -201,14 +204,14 @@ def saw(pitch, count, phase=0.0):
     """Band-limited sawtooth (polynomial step correction), in -1..1."""
     step = pitch / RATE
     position = (phase + step * np.arange(count)) % 1.0
-    wave_ = 2 * position - 1
+    ramp = 2 * position - 1
     low = position < step
     t = position[low] / step
-    wave_[low] -= 2 * t - t * t - 1
+    ramp[low] -= 2 * t - t * t - 1
     high = position > 1 - step
     t = (position[high] - 1) / step
-    wave_[high] -= t * t + 2 * t + 1
-    return wave_
+    ramp[high] -= t * t + 2 * t + 1
+    return ramp
 
 
 def sine(pitch):
@@ -220,16 +223,9 @@ def filtered(kind, signal, cutoff, order=2):
     return sosfilt(butter(order, cutoff, kind, fs=RATE, output="sos"), signal, axis=-1)
 
 
-def lowpass(signal, cutoff, order=2):
-    return filtered("lowpass", signal, min(cutoff, 20000), order)
-
-
-def highpass(signal, cutoff, order=2):
-    return filtered("highpass", signal, cutoff, order)
-
-
-def bandpass(signal, low, high):
-    return filtered("bandpass", signal, (low, high))
+lowpass = functools.partial(filtered, "lowpass")
+highpass = functools.partial(filtered, "highpass")
+bandpass = functools.partial(filtered, "bandpass")
 
 
 def ends(count, attack, release):
@@ -259,10 +255,16 @@ def supersaw(note, count, voices, spread, seed):
 # ---- Instruments: mono or stereo, peak about 1 ------------------------------------------------------------------
 
 
+def thump(length, pitch, decay, drop=0.0, speed=0.02, attack=0.001):
+    """A falling sine, the body of every drum: it starts `drop` Hz higher and lands within `speed` seconds."""
+    count = int(length * RATE)
+    return sine(pitch + fall(count, (drop, speed))) * fall(count, (1, decay)) * ends(count, attack, 0.05)
+
+
 def kick():
     count = int(0.30 * RATE)
     body = sine(47 + fall(count, (150, 0.020), (900, 0.0035))) * fall(count, (1, 0.09))
-    click = highpass(noise(1, count)[0], 2500) * fall(count, (0.25, 0.003))
+    click = highpass(noise(1, count)[0], 2500) * fall(count, (0.45, 0.003))
     return np.tanh(1.7 * body + click) * ends(count, 0.0003, 0.08)
 
 
@@ -272,44 +274,29 @@ def clap():
     t = seconds(count)
     bursts = sum(np.where(t >= at, np.exp(-(t - at) / 0.007), 0) for at in (0, 0.010, 0.020))
     tail = np.where(t >= 0.027, np.exp(-(t - 0.027) / 0.075), 0)
-    hands = bandpass(noise(2, count), 950, 8500) * (0.6 * bursts + 0.9 * tail)
-    middle = 0.4 * bandpass(noise(3, count)[0], 1200, 4000) * fall(count, (1, 0.05))
-    body = 0.5 * sine(185 + fall(count, (90, 0.01))) * fall(count, (1, 0.045))
-    return (hands + middle + body) * ends(count, 0.0003, 0.05)
+    hands = bandpass(noise(2, count), (950, 8500)) * (bursts + 0.6 * tail)
+    middle = bandpass(noise(3, count)[0], (1200, 4000)) * fall(count, (0.4, 0.05))
+    return (hands + middle) * ends(count, 0.0003, 0.05) + 0.5 * thump(0.32, 185, 0.045, 90, 0.01)
 
 
+@functools.cache
 def snare():
     count = int(0.20 * RATE)
-    body = sine(190 + fall(count, (120, 0.01))) * fall(count, (0.7, 0.05))
-    rattle = bandpass(noise(4, count), 1500, 9500) * fall(count, (0.7, 0.05))
-    return (body + rattle) * ends(count, 0.0005, 0.03)
+    rattle = bandpass(noise(4, count), (1500, 9500)) * fall(count, (0.7, 0.05))
+    return rattle * ends(count, 0.0005, 0.03) + 0.45 * thump(0.20, 190, 0.05, 120, 0.01)
 
 
 def tom(pitch):
-    count = int(0.4 * RATE)
-    skin = lowpass(noise(5, count), 900) * fall(count, (0.25, 0.02))
-    return (np.tanh(1.5 * sine(pitch + fall(count, (pitch, 0.03)))) * fall(count, (1, 0.13)) + skin) * ends(count, 0.001, 0.05)
+    skin = lowpass(noise(5, int(0.4 * RATE)), 900) * fall(int(0.4 * RATE), (0.25, 0.02))
+    return np.tanh(1.5 * thump(0.4, pitch, 0.13, pitch, 0.03)) + skin
 
 
-def hat(decay):
-    count = int(6 * decay * RATE)
-    return highpass(noise(6, count), 7500, 4) * fall(count, (1, decay)) * ends(count, 0.0005, decay)
-
-
-def metal(count, seed, pitch, share):
-    """Inharmonic square partials and noise: what cymbals are made of."""
-    partials = sum(np.sign(sine(np.full(count, pitch * ratio))) for ratio in (1, 1.342, 1.731, 2.137, 2.541, 2.973))
-    return highpass(share * partials / 6 + (1 - share) * noise(seed, count), 5500, 4)
-
-
-def ride():
-    count = int(0.5 * RATE)
-    return metal(count, 7, 620, 0.7) * fall(count, (0.8, 0.03), (0.4, 0.14)) * ends(count, 0.0005, 0.1)
-
-
-def crash():
-    count = int(2.6 * RATE)
-    return highpass(metal(count, 8, 410, 0.25), 3500) * fall(count, (0.7, 0.06), (0.6, 0.6)) * ends(count, 0.001, 0.5)
+def cymbal(length, seed, low, share, *decays):
+    """Inharmonic square partials and noise, above `low` Hz."""
+    count = int(length * RATE)
+    partials = sum(np.sign(sine(np.full(count, 410 * ratio))) for ratio in (1, 1.342, 1.731, 2.137, 2.541, 2.973))
+    metal = bandpass(share * partials / 6 + (1 - share) * noise(seed, count), (low, 15000))
+    return metal * fall(count, *decays) * ends(count, 0.0005, 0.3 * length)
 
 
 @functools.cache
@@ -324,10 +311,18 @@ def bass(note):
 
 
 @functools.cache
+def deep(note):
+    """A whole bar of warm bass."""
+    count = int((BAR + 0.1) * RATE)
+    tone = lowpass(saw(frequency(note), count) + saw(frequency(note + 0.06), count, 0.5), 240, 4)
+    return (sine(np.full(count, frequency(note))) + 0.6 * tone) * ends(count, 0.12, 0.25)
+
+
+@functools.cache
 def pad(voicing, length):
     count = int((length + 0.5) * RATE)
     voices = sum(supersaw(note, count, 7, 0.2, 10) for note in voicing)
-    return highpass(voices, 200) * ends(count, 0.2, 0.5) / 5
+    return highpass(voices, 240) * ends(count, 0.2, 0.5) / 5
 
 
 @functools.cache
@@ -335,7 +330,7 @@ def choir(voicing, length):
     """Saws through the resonances of an open vowel."""
     count = int((length + 0.6) * RATE)
     voices = sum(supersaw(note + 12, count, 5, 0.16, 11) for note in voicing) + 0.3 * noise(12, count)
-    vowel = sum(gain * bandpass(voices, centre / 1.12, centre * 1.12)
+    vowel = sum(gain * bandpass(voices, (centre / 1.12, centre * 1.12))
                 for centre, gain in ((640, 1.0), (1120, 0.8), (2700, 0.45), (3600, 0.25)))
     return vowel * ends(count, 0.3, 0.6) / 2
 
@@ -354,7 +349,7 @@ def piano(note, length):
     pitch = frequency(note)
     partials = sum(0.62 ** order / order ** 0.4 * sine(np.full(count, pitch * order * np.sqrt(1 + 0.0004 * order ** 2)))
                    * fall(count, (0.5, 1.1 / order ** 0.7), (0.5, 0.35 / order ** 0.5)) for order in range(1, 11))
-    felt = bandpass(noise((13, note), count), 300, 2200) * fall(count, (0.12, 0.012))
+    felt = bandpass(noise((13, note), count), (300, 2200)) * fall(count, (0.12, 0.012))
     return (0.6 * partials + felt) * ends(count, 0.002, 0.9)
 
 
@@ -374,7 +369,7 @@ def lead(note, length):
     count = int((length + 0.14) * RATE)
     t = seconds(count)
     vibrato = frequency(note) * (1 + 0.004 * np.clip((t - 0.25) / 0.3, 0, 1) * np.sin(2 * np.pi * 5.3 * t))
-    body = 0.5 * sine(vibrato) + 0.3 * sine(vibrato / 2)
+    body = 0.5 * sine(vibrato) + 0.2 * sine(vibrato / 2)
     bite = fall(count, (1, 0.10))
     voices = supersaw(note, count, 7, 0.13, 14)
     return (lowpass(voices, 4200) * (1 - bite) + lowpass(voices, 9500) * bite + body) * ends(count, 0.006, 0.12) / 2
@@ -388,28 +383,12 @@ def counter(note, length):
     return lowpass(voices, 2300) * ends(count, 0.09, 0.3) / 2
 
 
-def pulse():
-    count = int(0.45 * RATE)
-    tone = sine(np.full(count, 55.0)) + 0.35 * sine(np.full(count, 110.0)) + 0.12 * sine(np.full(count, 220.0))
-    return tone * fall(count, (1, 0.12)) * ends(count, 0.012, 0.1)
-
-
-def heart():
-    count = int(0.35 * RATE)
-    return sine(45 + fall(count, (45, 0.03))) * fall(count, (1, 0.12)) * ends(count, 0.004, 0.1)
-
-
-def tick(note):
-    count = int(0.25 * RATE)
-    return sine(np.full(count, frequency(note))) * fall(count, (0.7, 0.02), (0.3, 0.07)) * ends(count, 0.001, 0.05)
-
-
 def riser(length):
     """Noise that climbs through five bands, and a tone that climbs two octaves."""
     count = int(length * RATE)
     t = seconds(count) / length
     hiss = noise(20, count)
-    swept = sum(bandpass(hiss, low, low * 1.8) * np.exp(-((t - at) / 0.22) ** 2)
+    swept = sum(bandpass(hiss, (low, low * 1.8)) * np.exp(-((t - at) / 0.22) ** 2)
                 for at, low in ((0.1, 300), (0.35, 800), (0.6, 1900), (0.85, 4200), (1.05, 8000)))
     tone = sine(220 * 4 ** t) + 0.5 * sine(221.5 * 4 ** t)
     return (swept + 0.25 * tone) * t ** 2 * ends(count, 0.01, 0.02)
@@ -417,7 +396,7 @@ def riser(length):
 
 def impact():
     count = int(3.4 * RATE)
-    boom = np.tanh(1.5 * sine(36 + fall(count, (70, 0.08)))) * fall(count, (1, 0.55))
+    boom = np.tanh(1.5 * sine(40 + fall(count, (80, 0.07)))) * fall(count, (1, 0.38))
     air = lowpass(noise(21, count), 4500) * fall(count, (0.5, 0.08), (0.22, 0.5))
     return (boom + air) * ends(count, 0.001, 0.8)
 
@@ -447,60 +426,50 @@ class Track:
             self.add(time, sound, gain * strength, pan)
 
 
-def kicks():
-    track = Track()
-    track.play("kick", kick(), 0.62)
-    track.data = swept(track.data, KICK_CUTOFF)
-    track.play("heart", heart(), 0.42)
-    return track.data
-
-
-def claps():
-    track = Track()
-    track.play("clap", clap(), 0.40)
-    stroke = snare()
-    track.play("snare", stroke, 0.5)
+def drums():
+    """Kick and heartbeat; claps, rolls and toms; cymbals."""
+    kicks, hands, metals = Track(), Track(), Track()
+    kicks.play("kick", kick(), 0.62)
+    kicks.data = swept(kicks.data, KICK_CUTOFF)
+    kicks.play("heart", thump(0.35, 45, 0.12, 45, 0.03), 0.42)
+    hands.play("clap", clap(), 0.40)
+    hands.play("snare", snare(), 0.45)
     for first, runs in ROLLS:
         total, done = sum(run for run, _ in runs), 0
         for run, spacing in runs:
             for hit in np.arange(done, done + run, spacing):
-                track.add(first * BAR + hit * STEP, stroke, 0.06 + 0.34 * (hit / total) ** 1.5)
+                hands.add(first * BAR + hit * STEP, snare(), 0.05 + 0.22 * (hit / total) ** 1.5)
             done += run
     for index, (time, strength) in enumerate(strokes("tom")):
-        track.add(time, tom((180, 150, 120, 95)[index % 4]), 0.45 * strength, 0.5 - index % 4 / 3)
-    return track.data
-
-
-def cymbals():
-    track = Track()
-    track.play("closed", hat(0.020), 0.13, 0.2)
-    track.play("open", hat(0.085), 0.17, -0.1)
-    track.play("ride", ride(), 0.22, -0.35)
+        hands.add(time, tom((180, 150, 120, 95)[index % 4]), 0.45 * strength, 0.5 - index % 4 / 3)
+    metals.play("closed", cymbal(0.12, 6, 7500, 0.0, (1.2, 0.020)), 0.13, 0.2)
+    metals.play("open", cymbal(0.50, 6, 7500, 0.1, (1.2, 0.085)), 0.16, -0.1)
+    metals.play("ride", cymbal(0.50, 7, 6000, 0.7, (0.8, 0.03), (0.4, 0.14)), 0.24, -0.35)
+    splash = cymbal(2.60, 8, 4800, 0.2, (0.7, 0.06), (0.6, 0.6))
     for bar, gain in CRASHES:
-        track.add(bar * BAR, crash(), gain)
-    return track.data
+        metals.add(bar * BAR, splash, gain)
+    return kicks.data, hands.data, metals.data
 
 
 def basses():
     track = Track()
     for step, degree in steps(BASSLINES):
         track.add(step * STEP, bass(chord(step // 16)[0] + {"r": 0, "o": 12, "5": 7}[degree]), 0.50)
+    for first, end, gain in DEEP:
+        for bar in range(first, end):
+            track.add(bar * BAR, deep(chord(bar)[0]), gain)
     return track.data
 
 
 def pads():
-    track = Track()
+    """The pad, whose filter moves, and the choir."""
+    saws, singers = Track(), Track()
     for bar in range(BARS - 2):
-        track.add(bar * BAR, pad(chord(bar)[1], BAR), 0.55)
-    return swept(track.data, PAD_CUTOFF) * 10 ** (movement(PAD_LEVEL) / 20)
-
-
-def choirs():
-    track = Track()
+        saws.add(bar * BAR, pad(chord(bar)[1], BAR), 0.55)
     for first, end, gain in CHOIR:
         for bar in range(first, end):
-            track.add(bar * BAR, choir(chord(bar)[1], BAR), gain)
-    return track.data
+            singers.add(bar * BAR, choir(chord(bar)[1], BAR), gain)
+    return swept(saws.data, PAD_CUTOFF) * 10 ** (movement(PAD_LEVEL) / 20), singers.data
 
 
 def arpeggios():
@@ -535,11 +504,11 @@ def melodies():
 
 def pulses():
     track = Track()
-    track.play("pulse", pulse(), 0.17)
+    for partial, gain in ((1, 0.17), (2, 0.06), (4, 0.02)):
+        track.play("pulse", thump(0.45, 55 * partial, 0.12, attack=0.012), gain)
     for index, (time, strength) in enumerate(strokes("tick")):
-        track.add(time, tick(midi("A6") + (0, 7, 3, 10)[index % 4]), 0.22 * strength, 0.7 * np.sin(2.4 * index))
-    track.add(2 * BAR, bell(midi("A5"), 2.0), 0.16)
-    track.add(2 * BAR, bell(midi("E4"), 2.0), 0.12)
+        blip = thump(0.25, frequency(midi("A6") + (0, 7, 3, 10)[index % 4]), 0.04)
+        track.add(time, blip, 0.2 * strength, 0.7 * np.sin(2.4 * index))
     return track.data
 
 
@@ -577,8 +546,11 @@ def swept(signal, points, q=0.8):
     out = np.zeros_like(signal)
     for index in range(int(place.min()), int(np.ceil(place.max())) + 1):
         share = np.maximum(1 - np.abs(place - index), 0)
-        if share.any():
-            out += share * sosfilt(resonant(min(100 * 2 ** (index / 2), 20000), q), signal, axis=-1)
+        where = np.flatnonzero(share)
+        if where.size:
+            part = slice(max(where[0] - RATE // 4, 0), where[-1] + 1)
+            cutoff = min(100 * 2 ** (index / 2), 20000)
+            out[:, part] += share[part] * sosfilt(resonant(cutoff, q), signal[:, part], axis=-1)
     return out
 
 
@@ -598,7 +570,7 @@ def reverb(signal, decay, length):
     count = int(length * RATE)
     tail = highpass(lowpass(noise(30, count), 6500), 250) * fall(count, (1, decay))
     tail /= np.sqrt((tail ** 2).sum(axis=1, keepdims=True))
-    return oaconvolve(signal, tail, axes=1)[:, :LENGTH]
+    return oaconvolve(signal, tail, axes=1)[:, :signal.shape[1]]
 
 
 def echo(signal, time, feedback, turns=5):
@@ -618,12 +590,6 @@ def gaps():
     return uniform_filter1d(gain, int(0.008 * RATE))
 
 
-def narrow(mix):
-    """The same with everything under 120 Hz in the middle."""
-    middle, side = (mix[0] + mix[1]) / 2, highpass((mix[0] - mix[1]) / 2, 150, 4)
-    return np.stack([middle + side, middle - side])
-
-
 def limited(mix):
     """Look-ahead limiter on the true peak: gain in dB falls ahead of a peak, comes back at 40 dB a second."""
     peak = np.max([np.abs(resample_poly(side, 4, 1)).reshape(LENGTH, 4).max(axis=1) for side in mix], axis=0)
@@ -636,42 +602,41 @@ def limited(mix):
 
 
 def master(mix):
-    """Mono bass, loudness, limit, and silence at both ends."""
-    mix = limited(DRIVE * narrow(highpass(mix, 26)))
+    """Everything under 150 Hz to the middle, loudness, limit, and silence at both ends."""
+    middle, side = highpass((mix[0] + mix[1]) / 2, 26), highpass((mix[0] - mix[1]) / 2, 150, 4)
+    mix = limited(DRIVE * 10 ** (movement(FADER) / 20) * np.stack([middle + side, middle - side]))
     t = seconds(LENGTH)
-    fade_in = np.minimum(t / 0.01, 1)
-    fade_out = np.cos(np.pi / 2 * np.clip((t - 93 * BAR) / (SILENT_FROM - 93 * BAR), 0, 1)) ** 2
-    return mix * fade_in * fade_out * (t < SILENT_FROM)
+    out = np.cos(np.pi / 2 * np.clip((t - 93 * BAR) / (SILENT_FROM - 93 * BAR), 0, 1)) ** 2
+    return mix * np.minimum(t / 0.01, 1) * out * (t < SILENT_FROM)
 
 
 def render():
     duck = sidechain()
-    drum, hands, metals = kicks(), claps(), cymbals()
-    chords, voices = pads() * duck, choirs() * (0.3 + 0.7 * duck)
-    (plucks, keys), (leads, others) = arpeggios(), melodies()
-    melody = leads * (0.35 + 0.65 * duck) + others
+    kicks, hands, metals = drums()
+    (chords, voices), (plucks, keys), (leads, others) = pads(), arpeggios(), melodies()
+    chords *= duck
+    voices *= 0.3 + 0.7 * duck
     plucks *= 0.4 + 0.6 * duck
+    melody = leads * (0.35 + 0.65 * duck) + others
     soft, (risers, impacts) = pulses(), transitions()
-    delayed = echo(0.5 * plucks + 0.45 * keys + 0.5 * melody, 3 * STEP, 0.52)
-    wet = reverb(0.35 * hands + 0.5 * chords + 0.5 * voices + 0.5 * plucks + 0.9 * keys + 0.6 * melody + 0.4 * soft
-                 + 0.3 * risers + 0.3 * delayed, 0.8, 3.2) * movement(ROOM)
-    mix = (hands + metals + basses() * duck + chords + voices + plucks + keys + melody + soft + 0.7 * delayed
-           + wet * (0.4 + 0.6 * duck) + risers)
-    return master(mix * gaps() + drum + impacts)
+    dry = 0.5 * plucks + 0.45 * keys + 0.5 * melody
+    sent = 0.35 * hands + 0.5 * (chords + voices + plucks) + 0.9 * keys + 0.6 * melody + 0.4 * soft + 0.3 * risers
+    effects = np.zeros_like(dry)
+    for first, end in zip(ACTS, ACTS[1:]):
+        act = slice(round(first * BAR * RATE), round(end * BAR * RATE))
+        delayed = echo(dry[:, act], 3 * STEP, 0.52)
+        effects[:, act] = 0.7 * delayed + movement(ROOM)[act] * reverb(sent[:, act] + 0.3 * delayed, 0.8, 3.2)
+    mix = (hands + metals + basses() * duck + chords + voices + plucks + keys + melody + soft + risers
+           + effects * (0.4 + 0.6 * duck))
+    return master(mix * gaps() + kicks + impacts)
 
 
 def main():
     folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
-    samples = (render().T * 32767).round().astype("<i2")
-    pcm = folder / "afterglow.wav"
-    with wave.open(str(pcm), "wb") as out:
-        out.setnchannels(2)
-        out.setsampwidth(2)
-        out.setframerate(RATE)
-        out.writeframes(samples.tobytes())
-    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", pcm, "-map_metadata", "-1", "-fflags", "+bitexact",
-                    "-flags", "+bitexact", "-c:a", "libvorbis", "-q:a", "6", folder / "afterglow.ogg"], check=True)
-    pcm.unlink()
+    pcm = (render().T * 32767).round().astype("<i2").tobytes()
+    subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "s16le", "-ar", str(RATE), "-ac", "2", "-i", "-",
+                    "-map_metadata", "-1", "-fflags", "+bitexact", "-flags", "+bitexact", "-c:a", "libvorbis",
+                    "-q:a", "6", folder / "afterglow.ogg"], input=pcm, check=True)
 
 
 if __name__ == "__main__":
