@@ -219,8 +219,8 @@ Keyboard::Keyboard(const VirtualScreen& screen, const std::string& title)
 {
     runProgram(
         {
-            "xdotool", "search", "--sync", "--onlyvisible", "--name", title, "windowfocus",
-            "--sync"
+            "timeout", "60", "xdotool", "search", "--sync", "--onlyvisible", "--name", title,
+            "windowfocus", "--sync"
     },
         {{"DISPLAY", mDisplay}});
 }

@@ -99,7 +99,7 @@ private:
 /** Sends real keys to the program's window, which must be the only one on its screen. */
 class Keyboard {
 public:
-    /** Waits for the window with this title and gives it the keyboard. */
+    /** Waits for the window with this title, a minute at most, and gives it the keyboard. */
     Keyboard(const VirtualScreen& screen, const std::string& title);
 
     /** Presses and releases a key, while at most one other is held: "space", "alt+Return". */
