@@ -41,7 +41,7 @@ def onsets(sound, low, high):
     levels = np.concatenate([np.log10(np.abs(np.fft.rfft(some * np.hanning(FRAME))[:, bins]) * 4 / FRAME + FLOOR)
                              for some in np.array_split(frames, 40)])
     flux = np.maximum(levels[10:] - levels[:-10], 0).mean(axis=1)
-    return (np.flatnonzero((flux == maximum_filter1d(flux, 91)) & (flux > 0.2)) + 10) * HOP / song.RATE
+    return (np.flatnonzero((flux == maximum_filter1d(flux, 91)) & (flux > 0.15)) + 10) * HOP / song.RATE
 
 
 def strays(found, due):

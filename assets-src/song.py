@@ -29,7 +29,7 @@ DRIVE = 10 ** (-2.2 / 20)  # into the limiter; sets the loudness
 
 # ---- Score ------------------------------------------------------------------------------------------------------
 
-SECTIONS = (  # first bar, what is heard
+SECTIONS = (  # first bar, what is heard: the map for pictures and for check_song.py
     (0, "pad and pulse"), (4, "arpeggio"), (8, "kick"), (12, "bass, hats"), (16, "drop"), (20, "drop, answer"),
     (24, "drop, octave"), (28, "drop, climb"), (32, "breakdown"), (36, "piano"), (40, "choir"), (44, "pulse"),
     (48, "rising"), (52, "kick, muffled"), (56, "build"), (60, "riser"), (64, "finale"), (68, "finale, answer"),
@@ -69,7 +69,7 @@ MELODIES = (  # bar, instrument, melody, transposition in semitones, stretch, ga
     (12, "bell", HINT, 0, 1, 0.19), (14, "bell", HINT, 0, 1, 0.19),
     (16, "lead", CALL, 0, 1, 0.28), (20, "lead", ANSWER, 0, 1, 0.28), (20, "counter", COUNTER, 0, 1, 0.24),
     (24, "lead", CALL, 0, 1, 0.27), (24, "lead", CALL, 12, 1, 0.12), (24, "counter", COUNTER, 0, 1, 0.24),
-    (28, "lead", CLIMB, 0, 1, 0.29),
+    (28, "lead", CLIMB, 0, 1, 0.32),
     (36, "piano", CALL, 0, 2, 0.21), (40, "counter", "G4:32 | B4:32", 0, 1, 0.10),
     (44, "piano", LULL, 0, 2, 0.21), (44, "bell", LULL, 12, 2, 0.10),
     (52, "piano", ANSWER, 0, 1, 0.25), (52, "bell", ANSWER, 12, 1, 0.07),
@@ -86,10 +86,8 @@ MELODIES = (  # bar, instrument, melody, transposition in semitones, stretch, ga
     (92, "piano", FAREWELL, 0, 1, 0.25), (92, "bell", FAREWELL, 12, 1, 0.09),
 )
 
-FOUR = "9...9...9...9..."
-BACKBEAT = "....9.......9..."
-OFFBEAT = "..9...9...9...9."
-SIXTEENTHS = "7395739573957395"
+FOUR, BACKBEAT = "9...9...9...9...", "....9.......9..."
+OFFBEAT, SIXTEENTHS = "..9...9...9...9.", "7395739573957395"
 PATTERNS = {  # first bar, bar after the last, strength 1..9 of each step
     "kick": ((8, 15, FOUR), (15, 16, "9...9...9......."), (16, 32, FOUR), (52, 56, "7...7...7...7..."),
              (56, 62, FOUR), (64, 76, FOUR), (77, 89, FOUR), (89, 90, "9...9...9.9.....")),
@@ -106,9 +104,7 @@ PATTERNS = {  # first bar, bar after the last, strength 1..9 of each step
     "pulse": ((0, 1, "2...3...4...5..."), (1, 2, "6...7...7...8..."), (2, 8, FOUR), (44, 48, FOUR)),
 }
 ROLLS = (  # first bar, then (steps, steps between strokes); growing louder throughout
-    (14, ((16, 2), (8, 1), (4, 0.5))),
-    (30, ((16, 2), (16, 1))),
-    (60, ((16, 4), (16, 2), (16, 1), (12, 0.5))),
+    (14, ((16, 2), (8, 1), (4, 0.5))), (30, ((16, 2), (16, 1))), (60, ((16, 4), (16, 2), (16, 1), (12, 0.5))),
     (88, ((16, 2), (8, 1), (8, 0.5))),
 )
 ROLLING, DRIVING, CLIMBING = "..ro.rr..ror.r5o", ".rrr.rro.rrr.ro5", "..rr..rr..rr..oo"
@@ -120,7 +116,7 @@ BASSLINES = (  # first bar, bar after the last, degree of each step: root, octav
 DEEP = ((36, 44, 0.06), (44, 48, 0.05), (48, 56, 0.08), (90, 95, 0.14))  # first bar, bar after the last, gain
 CASCADE = "0213201302312310"
 ARPEGGIOS = (  # first bar, bar after the last, instrument, chord tone of each step, transposition, gain
-    (4, 16, "pluck", CASCADE, 12, 0.24), (16, 32, "pluck", CASCADE, 12, 0.20), (24, 32, "pluck", "3120", 24, 0.09),
+    (4, 16, "pluck", CASCADE, 12, 0.24), (20, 32, "pluck", CASCADE, 12, 0.20), (24, 32, "pluck", "3120", 24, 0.09),
     (32, 36, "bell", "0.......2.....3.", 12, 0.10), (36, 44, "piano", "0..2..1.3..2..1.", 0, 0.09),
     (40, 48, "bell", "....3.....2...1.", 24, 0.05), (44, 48, "piano", "0..2..1.3..2..1.", 0, 0.09),
     (48, 64, "pluck", CASCADE, 12, 0.24), (56, 63, "pluck", "3120", 24, 0.09),
@@ -139,7 +135,7 @@ KICK_CUTOFF = ((52, 18000), (52, 250), (56, 600), (60, 3000), (64, 18000))
 ROOM = ((0, 0.8), (16, 0.7), (16, 0.42), (32, 0.45), (32, 1.0), (60, 0.8), (64, 0.42), (90, 0.5), (90, 1.1))
 FADER = ((32, 0), (32, -1.5), (48, -1.5), (60, 0), (64, 0), (64, 1.2), (90, 1.2), (90, 0))  # dB
 
-CHOIR = ((40, 48, 0.13), (60, 64, 0.35), (80, 90, 0.5), (90, 91, 0.5))  # first bar, bar after the last, gain
+CHOIR = ((30, 32, 0.30), (40, 48, 0.13), (60, 64, 0.35), (80, 90, 0.5), (90, 91, 0.5))  # as DEEP
 RISERS = ((4, 2, 0.08), (8, 2, 0.11), (12, 1, 0.11), (16, 2, 0.18), (32, 4, 0.18), (48, 2, 0.08), (64, 4, 0.25),
           (80, 1, 0.15), (90, 2, 0.20))  # bar of the end, bars, gain
 IMPACTS = ((8, 0.25), (12, 0.2), (16, 0.5), (32, 0.5), (64, 0.65), (80, 0.4), (90, 0.55))  # bar, gain
@@ -384,14 +380,14 @@ def counter(note, length):
 
 
 def riser(length):
-    """Noise that climbs through five bands, and a tone that climbs two octaves."""
+    """Noise that climbs five octaves, band by band, and a tone that climbs two."""
     count = int(length * RATE)
     t = seconds(count) / length
     hiss = noise(20, count)
-    swept = sum(bandpass(hiss, (low, low * 1.8)) * np.exp(-((t - at) / 0.22) ** 2)
-                for at, low in ((0.1, 300), (0.35, 800), (0.6, 1900), (0.85, 4200), (1.05, 8000)))
+    swept = sum(bandpass(hiss, (low, low * 1.7)) * np.exp(-((t - at) / 0.13) ** 2)
+                for at, low in zip(np.linspace(0.0, 1.02, 9), np.geomspace(260, 8300, 9)))
     tone = sine(220 * 4 ** t) + 0.5 * sine(221.5 * 4 ** t)
-    return (swept + 0.25 * tone) * t ** 2 * ends(count, 0.01, 0.02)
+    return (swept + 0.18 * tone) * t ** 2 * ends(count, 0.01, 0.02)
 
 
 def impact():
@@ -432,7 +428,7 @@ def drums():
     kicks.play("kick", kick(), 0.62)
     kicks.data = swept(kicks.data, KICK_CUTOFF)
     kicks.play("heart", thump(0.35, 45, 0.12, 45, 0.03), 0.42)
-    hands.play("clap", clap(), 0.40)
+    hands.play("clap", clap(), 0.44)
     hands.play("snare", snare(), 0.45)
     for first, runs in ROLLS:
         total, done = sum(run for run, _ in runs), 0
@@ -508,7 +504,7 @@ def pulses():
         track.play("pulse", thump(0.45, 55 * partial, 0.12, attack=0.012), gain)
     for index, (time, strength) in enumerate(strokes("tick")):
         blip = thump(0.25, frequency(midi("A6") + (0, 7, 3, 10)[index % 4]), 0.04)
-        track.add(time, blip, 0.2 * strength, 0.7 * np.sin(2.4 * index))
+        track.add(time, blip, 0.32 * strength, 0.7 * np.sin(2.4 * index))
     return track.data
 
 
@@ -591,7 +587,7 @@ def gaps():
 
 
 def limited(mix):
-    """Look-ahead limiter on the true peak: gain in dB falls ahead of a peak, comes back at 40 dB a second."""
+    """Look-ahead limiter on the true peak: the gain falls in the 6 ms before a peak and rises 40 dB a second."""
     peak = np.max([np.abs(resample_poly(side, 4, 1)).reshape(LENGTH, 4).max(axis=1) for side in mix], axis=0)
     ahead = int(0.006 * RATE)
     excess = np.maximum(20 * np.log10(np.maximum(peak, CEILING) / CEILING), 0)
