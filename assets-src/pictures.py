@@ -76,7 +76,7 @@ def maker():
 
 def invitation():
     picture = Picture()
-    picture.text((512, 168), "stay until the light is gone", font("ExtraLight", 54), 6, WHITE)
+    picture.text((512, 168), "stay for the afterglow", font("ExtraLight", 54), 6, WHITE)
     picture.halo(10, 0.8, CYAN)
     picture.rule((512, 244), 640, CYAN)
     picture.text((512, 304), "open a timeline. draw a curve. press play.", font("Light", 26), 4, WHITE)
@@ -93,12 +93,12 @@ CREDITS = {
 
 # One for each plate of the flight.
 GREETINGS = (
-    "leonhard euler", "joseph fourier", "carl friedrich gauss", "william hamilton", "bernhard riemann",
+    "leonhard euler", "joseph fourier", "carl friedrich gauss", "william rowan hamilton", "bernhard riemann",
     "charles hermite", "ada lovelace", "charles babbage", "george boole", "alan turing", "emmy noether",
     "john von neumann", "grace hopper", "claude shannon", "pierre b\u00e9zier", "paul de casteljau",
-    "isaac schoenberg", "carl de boor", "ivan sutherland", "david evans", "henri gouraud", "bui tuong phong",
+    "isaac schoenberg", "carl de boor", "ivan sutherland", "david evans", "henri gouraud", "b\u00f9i t\u01b0\u1eddng phong",
     "edwin catmull", "jim clark", "james blinn", "martin newell", "frank crow", "lance williams",
-    "turner whitted", "robert cook", "loren carpenter", "benoit mandelbrot", "ken perlin", "vera molnar",
+    "turner whitted", "robert cook", "loren carpenter", "benoit mandelbrot", "ken perlin", "vera moln\u00e1r",
     "manfred mohr",
 )
 
@@ -179,17 +179,17 @@ def end_picture():
     """94 x 20 cells of 8 x 8 texels: the title out of characters, and a closing line."""
     cell, columns, rows = 8, 94, 20
     fine = 8  # samples of the title in a cell
-    title = Image.new("L", (columns * fine, 13 * fine))
-    face = font("SemiBold", 112)
+    title = Image.new("L", (columns * fine, 15 * fine))
+    face = font("SemiBold", 118)
     drawn = ImageDraw.Draw(title)
     letters = "afterglow"
     widths = [face.getlength(letter) for letter in letters]
     gap = 6
     x = (title.width - sum(widths) - gap * (len(letters) - 1)) / 2
     for letter, advance in zip(letters, widths):
-        drawn.text((round(x), title.height * 0.46), letter, font=face, fill=255, anchor="lm")
+        drawn.text((round(x), title.height * 0.44), letter, font=face, fill=255, anchor="lm")
         x += advance + gap
-    density = title.resize((columns, 13), Image.BOX)
+    density = title.resize((columns, 15), Image.BOX)
 
     picture = Picture((columns * cell, rows * cell))
     for row in range(density.height):
@@ -201,8 +201,8 @@ def end_picture():
             for y, bits in enumerate(glyph.split()):
                 for bit in range(cell):
                     if int(bits, 16) & (0x80 >> bit):
-                        picture.image.putpixel((column * cell + bit, (row + 1) * cell + y), tuple(tint))
-    picture.text((columns * cell / 2, 17.5 * cell), "the light stays on", font("Light", 26), 8, AMBER)
+                        picture.image.putpixel((column * cell + bit, row * cell + y), tuple(tint))
+    picture.text((columns * cell / 2, 18 * cell), "the light stays on", font("Light", 26), 8, AMBER)
     return picture
 
 

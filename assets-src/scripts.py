@@ -50,9 +50,9 @@ def held(level, *spans, fade=0.5):
     return keys
 
 
-def beats(first, last, skipped=()):
-    """The beats from bar `first` until bar `last`, in bars, without those that are `skipped`."""
-    return [beat / 4 for beat in range(first * 4, last * 4) if beat / 4 not in skipped]
+def kicks(first, last, start=0):
+    """The beats with a kick from bar `first` until bar `last`, in bars after bar `start`."""
+    return [beat / 4 - start for beat in range(first * 4, last * 4) if beat / 4 not in BREATHS]
 
 
 NEAR = 0.002  # bars between two keys that make a jump
@@ -74,16 +74,17 @@ def pulses(base, peak, times, fall=0.22):
 
 # The song's sections, in bars.
 DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90
-NO_KICK = (15.75, 31.75)
+BREATHS = [15.75, 76, 76.25, 76.5, 76.75, 89.75]  # beats without a kick
 
 PLASMA_SPAN = {"span": CUT * BAR}
 PLASMA = [
     spline("invite", held(0.9, (28, 32), fade=0.25), "linear", **PLASMA_SPAN),
-    colour("color", [(0, "#000000", 0), (1, "#2030a0", 1.3), (2, "#2030a0", 1.2), (8, "#1c50c8", 1.2)] + hold(11, 12, "#1c60d0", 1.0)
-           + hold(12.5, 15, "#1c50c8", 0.75) + [(15.5, "#1890d8", 1.0)] + hold(15.75, DROP - NEAR, "#1430a0", 0.3)
-           + hold(DROP, 17, "#20c8ff", 0.5) + hold(20, 21, "#1cb0ff", 0.5) + [(22, "#3058e0", 0.7)]
-           + hold(24, 25, "#4038d0", 0.9) + [(26, "#2868e0", 0.75)] + hold(27, 27.75, "#20b0ff", 0.6)
-           + hold(28, 30, "#2838b0", 0.65) + hold(31, 31.5, "#2060d0", 0.5) + [(32, "#20c8ff", 0.5)], **PLASMA_SPAN),
+    colour("color", [(0, "#000000", 0), (1, "#182478", 0.9), (2, "#2030a0", 1.3)] + hold(3, 6, "#1c44c0", 0.8)
+           + [(7, "#1c50c8", 1.1)] + hold(10, 12, "#1c60d0", 1.0) + hold(12.5, 15, "#1c50c8", 0.6)
+           + hold(15.75, DROP - NEAR, "#1430a0", 0.3) + hold(DROP, 17, "#20c8ff", 0.3) + hold(19, 20, "#1cb0ff", 0.36)
+           + [(22, "#2858e0", 0.4)] + hold(24, 25, "#4038d0", 0.4) + [(26, "#2868e0", 0.42)]
+           + hold(27, 27.75, "#20b0ff", 0.4) + hold(28, 30, "#2838b0", 0.5) + hold(31, 31.5, "#2060d0", 0.35)
+           + [(32, "#20c8ff", 0.35)], **PLASMA_SPAN),
     spline("stop", [(0, 0.3), (8, 0.3), (15, 0.34), (15.75, 0.05), (16, 0.6), (24, 0.5), (28, 0.4), (30, 0.5),
                     (32, 0.9)], "linear", **PLASMA_SPAN),
     spline("drop", [(0, 0), (8, 0.4), (12, 0), (16, 0), (20, 0.5), (25, -0.3), (28, 0), (32, 0)], **PLASMA_SPAN),
@@ -91,29 +92,28 @@ PLASMA = [
                       (32, -0.6)], **PLASMA_SPAN),
     spline("logo1", held(0.85, (2, 6.5)), "linear", **PLASMA_SPAN),
     spline("logo2", held(0.9, (12, 15.75)), "linear", **PLASMA_SPAN),
-    trigger("beat trigger", [(8, 1, 30), (16, 1, 62)]),
-    spline("beat spline", [(0, 1), (0.06, 0.85), (0.2, 0.3), (0.45, 0)], unit=1, span=1),
-    # Higher where the pattern leaves few cells lit.
-    spline("hammertime", [(0, 0.8), (2, 0.6), (5, 0.55), (6.5, 1), (8, 0.85), (8.5, 0.55), (11, 0.6), (12.5, 0.85),
-                          (14, 0.8), (14.5, 0.58), (15.75, 0.58), (15.99, 0.3), (16, 0.8), (17.3, 0.7), (17.8, 1),
-                          (18.5, 1), (19, 0.68), (20, 0.7), (20.6, 1), (21.7, 1), (22.2, 0.68), (23.9, 0.64), (24, 0.76),
-                          (24.8, 0.9), (25.8, 1), (26.5, 0.66), (28, 0.6), (29, 0.85), (30.5, 0.85), (31, 0.55),
-                          (32, 0.6)], "linear", **PLASMA_SPAN),
+    trigger("beat trigger", [(8, 1, 30), (16, 1, 63)]),
+    spline("beat spline", [(0, 1), (0.06, 0.9), (0.2, 0.4), (0.46, 0)], unit=1, span=1),
+    # Higher where the pattern leaves few cells lit; beyond 1 the field bursts.
+    spline("hammertime", [(0, 0.9), (2, 0.65), (5, 0.55), (6.5, 1), (8, 0.85), (8.5, 0.55), (11, 0.75), (12.5, 0.85),
+                          (14, 0.8), (14.5, 0.58), (15.75, 0.58), (15.99, 0.3), (16, 1.3), (17, 1.05), (17.8, 1.2),
+                          (19, 1), (20, 1.1), (21.7, 1.2), (22.2, 0.9), (23.9, 0.8), (24, 1.4), (25, 1.1), (25.8, 1.2),
+                          (26.5, 0.9), (27.9, 0.9), (28, 0.6), (29, 0.85), (30.5, 0.85), (31, 0.6), (32, 0.8)],
+           "linear", **PLASMA_SPAN),
 ]
 
 SCENE = {"span": (IMPACT - CUT) * BAR}
 # High over the low houses, down between those that grow, and up again. Bars of the scene.
 ROAD = [
     colour("color", [(0, "#14102e", 0), (1, "#2a20a0", 0.8), (8, "#2038d0", 1.2), (16, "#2080f0", 1.3),
-                     (24, "#38d6ff", 1.2), (31, "#38d6ff", 1.5), (32, "#38d6ff", 0)], **SCENE),
+                     (24, "#38d6ff", 1.2), (32, "#38d6ff", 1.6)], **SCENE),
     # Not bars: how far a house has come, from 0 to 32.
     colour("color_house_create", [(0, "#ff9a3c", 0), (16, "#ff9a3c", 1.3), (26, "#3830c0", 1.0), (32, "#1c2ca0", 0.8)],
            **SCENE),
-    spline("path x", [(0, 0), (3, 0), (8, 0.35), (13, -0.25), (17, -0.1), (21, 0.5), (25, -0.2), (29, 0.15), (32, 0.2)],
+    spline("path x", [(0, 0), (3, 0), (8, 0.35), (13, -0.25), (17, -0.1), (21, 0.5), (25, -0.1), (27.5, 0), (32, 0)],
            **SCENE),
-    spline("path y", [(0, -0.48), (5, -0.8), (11, -0.92), (16, -0.9), (22, -0.925), (26, -0.8), (30, -0.66),
-                      (32, -0.6)], **SCENE),
-    spline("path z", [(0, -1), (8, -0.44), (16, -0.06), (24, 0.36), (32, 1)], **SCENE),
+    spline("path y", [(0, -0.5), (8, -0.68), (14, -0.8), (20, -0.92), (25, -0.92), (30, -0.82), (32, -0.8)], **SCENE),
+    spline("path z", [(0, -1), (8, -0.42), (16, -0.02), (24, 0.42), (31, 0.88), (31.75, 0.93), (32, 1)], **SCENE),
     spline("code", held(0.9, (1, 7)), "linear", **SCENE),
     spline("graphics", held(0.9, (9, 15)), "linear", **SCENE),
     spline("music", held(0.9, (17, 23)), "linear", **SCENE),
@@ -122,18 +122,18 @@ ROAD = [
 
 # The stars are dark behind the streaks and come back behind the end picture. Bars of the stars.
 SKY = {"span": (SONG - CUT) * BAR}
-STARS = [spline("not fast enough", [(0, -1), (1, 0.4), (4, 1), (31.99, 1), (32, -1), (58, -1), (60, 0.8),
+STARS = [spline("not fast enough", [(0, -1), (0.5, 0.9), (3, 0.6), (8, -0.2), (24, -0.2), (30, 0.6), (31.99, 1), (32, -1), (58, -1), (60, 0.8),
                                     (64, 0.8)], "linear", **SKY)]
 
 # The streaks flash on every beat and go out behind the end picture. Bars of the flight.
 FLIGHT = {"span": (SONG - IMPACT) * BAR}
 LIGHTSPEED = [
-    spline("not fast enough", [(0, 1), (0.5, 0.2)] + pulses(0, 0.9, [b - IMPACT for b in beats(65, 87)])
-           + pulses(-0.5, 0.2, [b - IMPACT for b in beats(87, 90)])
-           + [(26, -0.2), (28, -1), (32, -1)], "linear", **FLIGHT),
+    spline("not fast enough", [(0, 1), (0.5, 0.2)] + pulses(0.2, 1, kicks(65, 70, IMPACT))
+           + pulses(-0.1, 0.6, kicks(70, 87, IMPACT)) + pulses(-0.5, 0.2, kicks(87, 90, IMPACT))
+           + [(26, -0.5), (26.25, -1), (32, -1)], "linear", **FLIGHT),
     spline("greetings (to)", held(0.9, (23.5, 25.9)), "linear", **FLIGHT),
-    spline("explode", [(0, -0.9), (4, -0.7), (7.5, -0.95), (8, -0.95), (10, -0.45), (13, -0.75), (15.5, -0.9), (16, -0.9),
-                       (17.5, -0.35), (20, -0.75), (24.5, -0.8), (25, -0.8), (26, 0.5), (32, 1)], **FLIGHT),
+    spline("explode", [(0, -1), (3, -0.85), (7.5, -0.75), (8, -0.75), (10, -0.35), (13, -0.6), (15.5, -0.65), (16, -0.65),
+                       (17.5, -0.2), (20, -0.55), (24.5, -0.7), (25, -0.7), (26, 0.5), (32, 1)], **FLIGHT),
     spline("rot x", [(0, 0), (4, 0.5), (8, 0), (12, -0.5), (16, 0.3), (20, -0.3), (24, 0), (32, 0)], **FLIGHT),
     spline("rot y", [(0, 0), (3, -0.3), (6, 0.2), (9, 0), (14, 0.4), (18, 0), (22, -0.3), (26, 0), (32, 0)], **FLIGHT),
     trigger("triggerexplode", [(0, 4, 25)]),
@@ -141,16 +141,16 @@ LIGHTSPEED = [
 
 NIGHT = "#05040c"
 CLEAR = [colour("color", hold(0, DROP - NEAR, NIGHT) + hold(DROP, DROP + 2 * NEAR, "#ffffff", 0.9)
-                + hold(DROP + 0.25, CUT, NIGHT) + hold(48, IMPACT - NEAR, "#0a0a20")
+                + hold(DROP + 0.25, CUT, NIGHT) + hold(CUT + 1, IMPACT - NEAR, "#0b0a20")
                 + hold(IMPACT, IMPACT + 2 * NEAR, "#ffffff") + hold(IMPACT + 0.25, RESOLVE - NEAR, NIGHT)
-                + hold(RESOLVE, RESOLVE + 2 * NEAR, "#ffffff", 0.7) + hold(RESOLVE + 0.25, 91, "#140b12")
-                + hold(93, 94, "#0c0a1c") + [(95.25, "#000000", 0)])]
-FLASH = [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (31.998, 0), (32, 0.5), (32.05, 0.5), (32.25, 0), (94, 0),
+                + hold(RESOLVE, RESOLVE + 2 * NEAR, "#ffffff", 0.7) + hold(RESOLVE + 0.25, 94, "#0c0a1c") + [(95.25, "#000000", 0)])]
+FLASH = [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (31.998, 0), (32, 0.5), (32.05, 0.5), (32.25, 0), (63.75, 0), (63.85, 0.42),
+                          (63.998, 0.42), (64, 0), (94, 0),
                           (95.25, 0.5), (97, 0.5)], "linear")]
 GLOW = [
     spline("glow", [(0, -0.1), (8, 0), (15.75, 0.1), (15.99, -0.2), (16, 0.6), (18, 0.3), (24, 0.2), (28, 0.1),
-                    (31.9, 0.5), (32, -0.1), (48, 0.1), (63.99, 0.3)]
-           + pulses(0.1, 0.4, beats(64, 90)) + [(90, 0.6), (92, 0.2), (94, 0), (95.25, -1), (97, -1)], "linear"),
+                    (31.9, 0.5), (32, -0.1), (48, 0.1), (63.99, 0.5)]
+           + pulses(0.3, 0.6, kicks(64, 70)) + pulses(0.1, 0.4, kicks(70, 90)) + [(90, 0.6), (92, 0.2), (94, 0), (95.25, -1), (97, -1)], "linear"),
     spline("glownoise", [(0, -0.75), (24, -0.7), (97, -0.8)], "linear"),
 ]
 

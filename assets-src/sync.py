@@ -42,6 +42,7 @@ EVENTS = (
     ("music has gone", 55, "volumetric", "music"),
     ("credit: support", 57, "volumetric", "support"),
     ("support has gone", 63, "volumetric", "support"),
+    ("silence before the impact: dark", 63.75, "flash", "flash"),
     ("road ends", 64, "volumetric", None),
     ("stars are dark", 64, "stars", "not fast enough"),
     ("impact: white flash", 64, "clear", "color"),
@@ -57,12 +58,13 @@ EVENTS = (
     ("black", 95.25, "flash", "flash"),
 )
 
-# Accents, first bar, bar after the last, effect, plugin; beats without one.
+# Accents, first bar, bar after the last, effect, plugin.
 BEATS = (
-    ("field jumps on the beat", 8, 32, "plasma", "beat trigger", (15.75, 31.75)),
-    ("glow on the beat", 64, 90, "postprocess", "glow", ()),
-    ("streaks on the beat", 65, 90, "lightspeed", "not fast enough", ()),
+    ("field jumps on the kick", 8, 32, "plasma", "beat trigger"),
+    ("glow on the kick", 64, 90, "postprocess", "glow"),
+    ("streaks on the kick", 65, 90, "lightspeed", "not fast enough"),
 )
+BREATHS = (15.75, 76, 76.25, 76.5, 76.75, 89.75)  # beats without a kick
 
 
 class Script:
@@ -100,8 +102,8 @@ def main():
         worst = max(worst, abs(time - bar * BAR))
         print("| %s | %g | %.4f | %.4f | %.2f | %s, %s |" % (event, bar, bar * BAR, time, 1000 * (time - bar * BAR), effect,
                                                         plugin or "its span"))
-    for event, first, last, effect, plugin, without in BEATS:
-        bars = [beat / 4 for beat in range(4 * first, 4 * last) if beat / 4 not in without]
+    for event, first, last, effect, plugin in BEATS:
+        bars = [beat / 4 for beat in range(4 * first, 4 * last) if beat / 4 not in BREATHS]
         off = max((nearest(bar, effect, plugin) - bar * BAR for bar in bars), key=abs)
         worst = max(worst, abs(off))
         print("| %s: %d beats | %g to %g | %.4f to %.4f | | at most %.2f | %s, %s |"
