@@ -8,9 +8,11 @@ usual way to change the show; this program is how its first version was laid on 
 import pathlib
 import sys
 
-BAR = 1.875  # seconds, 128 BPM
+import song
+
+BAR = song.BAR  # seconds
 BEAT = BAR / 4
-SONG = 96  # bars
+SONG = song.BARS
 END = (SONG + 1) * BAR  # of the effects that make every frame: the song's very last is shown too
 
 
@@ -52,7 +54,8 @@ def held(level, *spans, fade=0.5):
 
 def kicks(first, last, start=0):
     """The beats with a kick from bar `first` until bar `last`, in bars after bar `start`."""
-    return [beat / 4 - start for beat in range(first * 4, last * 4) if beat / 4 not in BREATHS]
+    bars = [time / BAR for time, _ in song.strokes("kick")]
+    return [bar - start for bar in bars if first <= bar < last and bar * 4 % 1 == 0]
 
 
 NEAR = 0.002  # bars between two keys that make a jump
@@ -74,7 +77,6 @@ def pulses(base, peak, times, fall=0.22):
 
 # The song's sections, in bars.
 DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90
-BREATHS = [15.75, 76, 76.25, 76.5, 76.75, 89.75]  # beats without a kick
 
 PLASMA_SPAN = {"span": CUT * BAR}
 PLASMA = [

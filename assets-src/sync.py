@@ -11,7 +11,9 @@ import pathlib
 import sys
 import xml.etree.ElementTree as ElementTree
 
-BAR = 1.875  # seconds, 128 BPM
+import song
+
+BAR = song.BAR  # seconds
 FRAME = 1 / 60  # seconds
 
 # Event, bar, effect, plugin; no plugin: the effect begins or ends there.
@@ -60,11 +62,10 @@ EVENTS = (
 
 # Accents, first bar, bar after the last, effect, plugin.
 BEATS = (
-    ("field jumps on the kick", 8, 32, "plasma", "beat trigger"),
-    ("glow on the kick", 64, 90, "postprocess", "glow"),
-    ("streaks on the kick", 65, 90, "lightspeed", "not fast enough"),
+    ("field jumps on the kicks", 8, 32, "plasma", "beat trigger"),
+    ("glow on the kicks", 64, 90, "postprocess", "glow"),
+    ("streaks on the kicks", 65, 90, "lightspeed", "not fast enough"),
 )
-BREATHS = (15.75, 76, 76.25, 76.5, 76.75, 89.75)  # beats without a kick
 
 
 class Script:
@@ -103,10 +104,11 @@ def main():
         print("| %s | %g | %.4f | %.4f | %.2f | %s, %s |" % (event, bar, bar * BAR, time, 1000 * (time - bar * BAR), effect,
                                                         plugin or "its span"))
     for event, first, last, effect, plugin in BEATS:
-        bars = [beat / 4 for beat in range(4 * first, 4 * last) if beat / 4 not in BREATHS]
+        bars = [time / BAR for time, _ in song.strokes("kick") if first * BAR <= time < last * BAR]
+        bars = [bar for bar in bars if bar * 4 % 1 == 0]
         off = max((nearest(bar, effect, plugin) - bar * BAR for bar in bars), key=abs)
         worst = max(worst, abs(off))
-        print("| %s: %d beats | %g to %g | %.4f to %.4f | | at most %.2f | %s, %s |"
+        print("| %s: %d of them | %g to %g | %.4f to %.4f | | at most %.2f | %s, %s |"
               % (event, len(bars), bars[0], bars[-1], bars[0] * BAR, bars[-1] * BAR, 1000 * abs(off), effect, plugin))
     print("\nAt most %.2f ms off; a frame at 60 frames per second is %.2f ms." % (1000 * worst, 1000 * FRAME))
     return worst > FRAME
