@@ -58,9 +58,9 @@ constexpr const char* SETUP = R"(<demo>
 <music mute="nosound"/>
 </demo>)";
 
-constexpr int WARM_FRAMES = 4;       // before each of the two measurements
-constexpr int PAIRS = 21;            // of a frame with the editor and one without
-constexpr float SHOW_LENGTH = 67.5f; // seconds
+constexpr int WARM_FRAMES = 4;        // before each of the two measurements
+constexpr int PAIRS = 21;             // of a frame with the editor and one without
+constexpr float SHOW_LENGTH = 180.0f; // seconds
 constexpr int LAST_PAIRED = WARM_FRAMES + 2 * PAIRS;
 constexpr int STILL_FRAMES = 20;
 constexpr int KEYS = 10000;
