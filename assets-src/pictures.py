@@ -95,10 +95,10 @@ CREDITS = {
 GREETINGS = (
     "leonhard euler", "joseph fourier", "carl friedrich gauss", "william rowan hamilton", "bernhard riemann",
     "charles hermite", "ada lovelace", "charles babbage", "george boole", "alan turing", "emmy noether",
-    "john von neumann", "grace hopper", "claude shannon", "pierre b\u00e9zier", "paul de casteljau",
-    "isaac schoenberg", "carl de boor", "ivan sutherland", "david evans", "henri gouraud", "b\u00f9i t\u01b0\u1eddng phong",
+    "john von neumann", "grace hopper", "claude shannon", "pierre bézier", "paul de casteljau",
+    "isaac schoenberg", "carl de boor", "ivan sutherland", "david evans", "henri gouraud", "bùi tường phong",
     "edwin catmull", "jim clark", "james blinn", "martin newell", "frank crow", "lance williams",
-    "turner whitted", "robert cook", "loren carpenter", "benoit mandelbrot", "ken perlin", "vera moln\u00e1r",
+    "turner whitted", "robert cook", "loren carpenter", "benoit mandelbrot", "ken perlin", "vera molnár",
     "manfred mohr",
 )
 

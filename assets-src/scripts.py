@@ -44,12 +44,9 @@ def trigger(name, actions):
                              for start, delay, repeat in actions]
 
 
-def held(level, *spans, fade=0.5):
-    """Keys of a curve that is `level` within each (first bar, last bar) and 0 outside."""
-    keys = [(0, 0)]
-    for first, last in spans:
-        keys += [(first, 0), (first + fade, level), (last - fade, level), (last, 0)]
-    return keys
+def shown(level, first, last, fade=0.5):
+    """Keys of a curve that is `level` from bar `first` to bar `last` but for its fades, and 0 outside."""
+    return [(0, 0), (first, 0), (first + fade, level), (last - fade, level), (last, 0)]
 
 
 def kicks(first, last, start=0):
@@ -80,7 +77,7 @@ DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90
 
 PLASMA_SPAN = {"span": CUT * BAR}
 PLASMA = [
-    spline("invite", held(0.9, (28, 32), fade=0.25), "linear", **PLASMA_SPAN),
+    spline("invite", shown(0.9, 28, 32, fade=0.25), "linear", **PLASMA_SPAN),
     colour("color", [(0, "#000000", 0), (1, "#182478", 0.9), (2, "#2030a0", 1.3)] + hold(3, 6, "#1c44c0", 0.8)
            + [(7, "#1c50c8", 1.1)] + hold(10, 12, "#1c60d0", 1.0) + hold(12.5, 15, "#1c50c8", 0.6)
            + hold(15.75, DROP - NEAR, "#1430a0", 0.3) + hold(DROP, 17, "#20c8ff", 0.3) + hold(19, 20, "#1cb0ff", 0.36)
@@ -92,8 +89,8 @@ PLASMA = [
     spline("drop", [(0, 0), (8, 0.4), (12, 0), (16, 0), (20, 0.5), (25, -0.3), (28, 0), (32, 0)], **PLASMA_SPAN),
     spline("camera", [(0, -1.0), (5, -1.0), (9, -0.35), (12.5, 1), (15.5, 1), (20, 0.1), (24, -0.5), (28, -1),
                       (32, -0.6)], **PLASMA_SPAN),
-    spline("logo1", held(0.85, (2, 6.5)), "linear", **PLASMA_SPAN),
-    spline("logo2", held(0.9, (12, 15.75)), "linear", **PLASMA_SPAN),
+    spline("logo1", shown(0.85, 2, 6.5), "linear", **PLASMA_SPAN),
+    spline("logo2", shown(0.9, 12, 15.75), "linear", **PLASMA_SPAN),
     trigger("beat trigger", [(8, 1, 30), (16, 1, 63)]),
     spline("beat spline", [(0, 1), (0.06, 0.9), (0.2, 0.4), (0.46, 0)], unit=1, span=1),
     # Higher where the pattern leaves few cells lit; beyond 1 the field bursts.
@@ -116,16 +113,16 @@ ROAD = [
            **SCENE),
     spline("path y", [(0, -0.5), (8, -0.68), (14, -0.8), (20, -0.92), (25, -0.92), (30, -0.82), (32, -0.8)], **SCENE),
     spline("path z", [(0, -1), (8, -0.42), (16, -0.02), (24, 0.42), (31, 0.88), (31.75, 0.93), (32, 1)], **SCENE),
-    spline("code", held(0.9, (1, 7)), "linear", **SCENE),
-    spline("graphics", held(0.9, (9, 15)), "linear", **SCENE),
-    spline("music", held(0.9, (17, 23)), "linear", **SCENE),
-    spline("support", held(0.9, (25, 31)), "linear", **SCENE),
+    spline("code", shown(0.9, 1, 7), "linear", **SCENE),
+    spline("graphics", shown(0.9, 9, 15), "linear", **SCENE),
+    spline("music", shown(0.9, 17, 23), "linear", **SCENE),
+    spline("support", shown(0.9, 25, 31), "linear", **SCENE),
 ]
 
 # The stars are dark behind the streaks and come back behind the end picture. Bars of the stars.
 SKY = {"span": (SONG - CUT) * BAR}
-STARS = [spline("not fast enough", [(0, -1), (0.5, 0.9), (3, 0.6), (8, -0.2), (24, -0.2), (30, 0.6), (31.99, 1), (32, -1), (58, -1), (60, 0.8),
-                                    (64, 0.8)], "linear", **SKY)]
+STARS = [spline("not fast enough", [(0, -1), (0.5, 0.9), (3, 0.6), (8, -0.2), (24, -0.2), (30, 0.6),
+                                    (31.99, 1), (32, -1), (58, -1), (60, 0.8), (64, 0.8)], "linear", **SKY)]
 
 # The streaks flash on every beat and go out behind the end picture. Bars of the flight.
 FLIGHT = {"span": (SONG - IMPACT) * BAR}
@@ -133,9 +130,9 @@ LIGHTSPEED = [
     spline("not fast enough", [(0, 1), (0.5, 0.2)] + pulses(0.2, 1, kicks(65, 70, IMPACT))
            + pulses(-0.1, 0.6, kicks(70, 87, IMPACT)) + pulses(-0.5, 0.2, kicks(87, 90, IMPACT))
            + [(26, -0.5), (26.25, -1), (32, -1)], "linear", **FLIGHT),
-    spline("greetings (to)", held(0.9, (23.5, 25.9)), "linear", **FLIGHT),
-    spline("explode", [(0, -1), (3, -0.85), (7.5, -0.75), (8, -0.75), (10, -0.35), (13, -0.6), (15.5, -0.65), (16, -0.65),
-                       (17.5, -0.2), (20, -0.55), (24.5, -0.7), (25, -0.7), (26, 0.5), (32, 1)], **FLIGHT),
+    spline("greetings (to)", shown(0.9, 23.5, 25.9), "linear", **FLIGHT),
+    spline("explode", [(0, -1), (3, -0.85), (7.5, -0.75), (8, -0.75), (10, -0.35), (13, -0.6), (15.5, -0.65),
+                       (16, -0.65), (17.5, -0.2), (20, -0.55), (24.5, -0.7), (25, -0.7), (26, 0.5), (32, 1)], **FLIGHT),
     spline("rot x", [(0, 0), (4, 0.5), (8, 0), (12, -0.5), (16, 0.3), (20, -0.3), (24, 0), (32, 0)], **FLIGHT),
     spline("rot y", [(0, 0), (3, -0.3), (6, 0.2), (9, 0), (14, 0.4), (18, 0), (22, -0.3), (26, 0), (32, 0)], **FLIGHT),
     trigger("triggerexplode", [(0, 4, 25)]),
@@ -145,14 +142,16 @@ NIGHT = "#05040c"
 CLEAR = [colour("color", hold(0, DROP - NEAR, NIGHT) + hold(DROP, DROP + 2 * NEAR, "#ffffff", 0.9)
                 + hold(DROP + 0.25, CUT, NIGHT) + hold(CUT + 1, IMPACT - NEAR, "#0b0a20")
                 + hold(IMPACT, IMPACT + 2 * NEAR, "#ffffff") + hold(IMPACT + 0.25, RESOLVE - NEAR, NIGHT)
-                + hold(RESOLVE, RESOLVE + 2 * NEAR, "#ffffff", 0.7) + hold(RESOLVE + 0.25, 94, "#0c0a1c") + [(95.25, "#000000", 0)])]
-FLASH = [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (31.998, 0), (32, 0.5), (32.05, 0.5), (32.25, 0), (63.75, 0), (63.85, 0.42),
-                          (63.998, 0.42), (64, 0), (94, 0),
-                          (95.25, 0.5), (97, 0.5)], "linear")]
+                + hold(RESOLVE, RESOLVE + 2 * NEAR, "#ffffff", 0.7)
+                + hold(RESOLVE + 0.25, 94, "#0c0a1c") + [(95.25, "#000000", 0)])]
+FLASH = [spline("flash", [(0, 0.5), (0.1, 0.5), (2, 0), (31.998, 0), (32, 0.5), (32.05, 0.5), (32.25, 0),
+                          (63.75, 0), (63.85, 0.42), (63.998, 0.42), (64, 0), (94, 0), (95.25, 0.5),
+                          (97, 0.5)], "linear")]
 GLOW = [
     spline("glow", [(0, -0.1), (8, 0), (15.75, 0.1), (15.99, -0.2), (16, 0.6), (18, 0.3), (24, 0.2), (28, 0.1),
                     (31.9, 0.5), (32, -0.1), (48, 0.1), (63.99, 0.5)]
-           + pulses(0.3, 0.6, kicks(64, 70)) + pulses(0.1, 0.4, kicks(70, 90)) + [(90, 0.6), (92, 0.2), (94, 0), (95.25, -1), (97, -1)], "linear"),
+           + pulses(0.3, 0.6, kicks(64, 70)) + pulses(0.1, 0.4, kicks(70, 90))
+           + [(90, 0.6), (92, 0.2), (94, 0), (95.25, -1), (97, -1)], "linear"),
     spline("glownoise", [(0, -0.75), (24, -0.7), (97, -0.8)], "linear"),
 ]
 

@@ -96,20 +96,22 @@ def main():
         return min(scripts[effect].times(plugin), key=lambda time: abs(time - bar * BAR))
 
     worst = 0.0
-    print("# Where the show meets its song\n\nMade by `assets-src/sync.py` from the scripts: 128 BPM, a bar is 1.875 s.\n")
+    print("# Where the show meets its song\n")
+    print("Made by `assets-src/sync.py` from the scripts: 128 BPM, a bar is 1.875 s.\n")
     print("| event | bar | intended, s | in the script, s | off by, ms | where |\n|---|---|---|---|---|---|")
     for event, bar, effect, plugin in EVENTS:
         time = nearest(bar, effect, plugin)
         worst = max(worst, abs(time - bar * BAR))
-        print("| %s | %g | %.4f | %.4f | %.2f | %s, %s |" % (event, bar, bar * BAR, time, 1000 * (time - bar * BAR), effect,
-                                                        plugin or "its span"))
+        print("| %s | %g | %.4f | %.4f | %.2f | %s, %s |"
+              % (event, bar, bar * BAR, time, 1000 * (time - bar * BAR), effect, plugin or "its span"))
     for event, first, last, effect, plugin in BEATS:
         bars = [time / BAR for time, _ in song.strokes("kick") if first * BAR <= time < last * BAR]
         bars = [bar for bar in bars if bar * 4 % 1 == 0]
         off = max((nearest(bar, effect, plugin) - bar * BAR for bar in bars), key=abs)
         worst = max(worst, abs(off))
         print("| %s: %d of them | %g to %g | %.4f to %.4f | | at most %.2f | %s, %s |"
-              % (event, len(bars), bars[0], bars[-1], bars[0] * BAR, bars[-1] * BAR, 1000 * abs(off), effect, plugin))
+              % (event, len(bars), bars[0], bars[-1], bars[0] * BAR, bars[-1] * BAR, 1000 * abs(off), effect,
+                 plugin))
     print("\nAt most %.2f ms off; a frame at 60 frames per second is %.2f ms." % (1000 * worst, 1000 * FRAME))
     return worst > FRAME
 
