@@ -1,5 +1,4 @@
 #include "vellum/probe.h"
-#include "vellum/vel_context.h"
 
 #include "xml/xml_iteratorconst.h"
 #include "xml/xml_parser.h"
@@ -23,50 +22,6 @@ std::string namesOf(Control& parent, Control* (Control::*get)(int))
 }
 
 } // namespace
-
-void RecordingRender::setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second)
-{
-    mFirst = first;
-    mSecond = second;
-}
-
-void RecordingRender::drawBox(const Area& box, int)
-{
-    boxes.push_back(box);
-    boxColors.push_back(mFirst);
-    boxEndColors.push_back(mSecond);
-}
-
-void RecordingRender::drawBorder(const Area& box)
-{
-    borders.push_back(box);
-}
-
-void RecordingRender::drawLine(const Vector2f& from, const Vector2f& to)
-{
-    lines.push_back({from, to});
-}
-
-void RecordingRender::drawCircle(const Area& box, int, float)
-{
-    circles.push_back(box);
-    circleColors.push_back(mFirst);
-}
-
-void RecordingRender::drawText(const std::string& text, Vector2f position)
-{
-    texts.push_back({text, position, mAlign, mFirst});
-}
-
-float RecordingRender::getTextLength(const std::string& text)
-{
-    return 6.0f * static_cast<float>(text.size());
-}
-
-void RecordingRender::setClipArea(Area area)
-{
-    clips.push_back(area);
-}
 
 void RecordingRender::clear()
 {
@@ -112,11 +67,6 @@ int Probe::count(const std::string& type) const
         std::ranges::count_if(seen, [&](const Seen& each) { return each.type == type; }));
 }
 
-Root::Root(Area area) : Probe("root", area)
-{
-    mType = "workspace";
-}
-
 void Screen::setContext(Context* context)
 {
     mOpen = context;
@@ -127,11 +77,6 @@ void Screen::resetContext()
 {
     mOpen = nullptr;
     Workspace::resetContext();
-}
-
-std::string Screen::openMenu()
-{
-    return mOpen ? mOpen->getCaption() : "";
 }
 
 void Observer::contextAction(Context*, const std::string& action)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vellum/vel_callback.h"
+#include "vellum/vel_context.h"
 #include "vellum/vel_control.h"
 #include "vellum/vel_render.h"
 #include "vellum/vel_workspace.h"
@@ -30,18 +31,40 @@ public:
 
     void setup(display::DisplayGL*, const std::string&) override {}
     void setupDraw(Vector2f, Vector2f, float) override {}
-    void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second) override;
+    void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second) override
+    {
+        mFirst = first;
+        mSecond = second;
+    }
     void setLineWidth(float) override {}
     void setAlign(int align) override { mAlign = align; }
     float getFontHeight() override { return 10.0f; }
-    void drawBox(const Area& box, int mode) override;
-    void drawBorder(const Area& box) override;
-    void drawLine(const Vector2f& from, const Vector2f& to) override;
-    void drawCircle(const Area& box, int, float) override;
+    void drawBox(const Area& box, int) override
+    {
+        boxes.push_back(box);
+        boxColors.push_back(mFirst);
+        boxEndColors.push_back(mSecond);
+    }
+    void drawBorder(const Area& box) override { borders.push_back(box); }
+    void drawLine(const Vector2f& from, const Vector2f& to) override
+    {
+        lines.push_back({from, to});
+    }
+    void drawCircle(const Area& box, int, float) override
+    {
+        circles.push_back(box);
+        circleColors.push_back(mFirst);
+    }
     void drawImage(display::Texture&, const Area& box) override { images.push_back(box); }
-    void drawText(const std::string& text, Vector2f position) override;
-    float getTextLength(const std::string& text) override;
-    void setClipArea(Area area) override;
+    void drawText(const std::string& text, Vector2f position) override
+    {
+        texts.push_back({text, position, mAlign, mFirst});
+    }
+    float getTextLength(const std::string& text) override
+    {
+        return 6.0f * static_cast<float>(text.size());
+    }
+    void setClipArea(Area area) override { clips.push_back(area); }
     float getTime() override { return time; }
 
     /** Forgets what was drawn. */
@@ -102,7 +125,7 @@ public:
 /** The top of a tree: answers for the render and the pop-up menu, as the workspace does. */
 class Root : public Probe {
 public:
-    explicit Root(Area area = Area(0, 0, 200, 100));
+    explicit Root(Area area = Area(0, 0, 200, 100)) : Probe("root", area) { mType = "workspace"; }
 
     Render& getRender() override { return render; }
     void setContext(Context* context) override { menu = context; }
@@ -125,7 +148,7 @@ public:
     Context* getOpen() { return mOpen; }
 
     /** The open menu's caption; empty without one. */
-    std::string openMenu();
+    std::string openMenu() { return mOpen ? mOpen->getCaption() : ""; }
 
     RecordingRender render;
 

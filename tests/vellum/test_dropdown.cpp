@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace zavex::vellum::test {
 
 namespace {
@@ -34,39 +32,31 @@ struct DropdownTree {
     Observer observer;
 };
 
-struct DefaultCase {
+// clang-format off
+constexpr struct DefaultCase {
     const char* name;
     const char* options;
     const char* id;
     const char* shown;
-
-    friend void PrintTo(const DefaultCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr DefaultCase DEFAULT_CASES[] = {
-    {"None",        "",                                                                       "",  ""   },
+} DEFAULT_CASES[] = {
+    {"None",        "",                                                                       "",  ""},
     {"TheFirst",    "<option id='a' name='one'/><option id='b' name='two'/>",                 "a", "one"},
-    {"TheMarked",   "<option id='a' name='one'/><option id='b' name='two' default='true'/>",  "b",
-     "two"                                                                                              },
-    {"NotTheFalse", "<option id='a' name='one'/><option id='b' name='two' default='false'/>", "a",
-     "one"                                                                                              },
-    {"TheLast",
-     "<option id='a' name='one' default='true'/><option id='b' name='two' default='true'/>",  "b",
-     "two"                                                                                              },
+    {"TheMarked",   "<option id='a' name='one'/><option id='b' name='two' default='true'/>",  "b", "two"},
+    {"NotTheFalse", "<option id='a' name='one'/><option id='b' name='two' default='false'/>", "a", "one"},
+    {"TheLast",     "<option id='a' name='one' default='true'/><option id='b' name='two' default='true'/>", "b", "two"},
 };
+// clang-format on
 
-class DropdownDefault : public testing::TestWithParam<DefaultCase> {};
-
-TEST_P(DropdownDefault, IsSelectedWithoutAReport)
+TEST(DropdownDefault, IsSelectedWithoutAReport)
 {
-    DropdownTree tree(GetParam().options);
-    EXPECT_EQ(tree.dropdown->getValueId(), GetParam().id);
-    EXPECT_EQ(tree.dropdown->getValueName(), GetParam().shown);
-    EXPECT_TRUE(tree.observer.heard.empty());
+    for (const DefaultCase& row : DEFAULT_CASES) {
+        SCOPED_TRACE(row.name);
+        DropdownTree tree(row.options);
+        EXPECT_EQ(tree.dropdown->getValueId(), row.id);
+        EXPECT_EQ(tree.dropdown->getValueName(), row.shown);
+        EXPECT_TRUE(tree.observer.heard.empty());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, DropdownDefault, testing::ValuesIn(DEFAULT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(Dropdown, OpensAListBelowThatIsWideEnough)
 {
@@ -123,26 +113,6 @@ TEST(Dropdown, NewOptionsLeaveTheFocusWhereItIs)
     Probe& other = addProbe(tree.screen, "other", Area(100, 100, 110, 110));
     tree.dropdown->addOption("n", "new");
     EXPECT_EQ(tree.screen.getFocus(), &other);
-}
-
-TEST(Dropdown, IsDeadWhenInactive)
-{
-    DropdownTree tree;
-    tree.dropdown->setInactive(true);
-    tree.click(Vector2f(20, 20));
-    pressKey(tree.screen, display::KEY_DOWN);
-    EXPECT_FALSE(tree.screen.getOpen());
-    EXPECT_EQ(tree.dropdown->getValueId(), "t");
-}
-
-TEST(Dropdown, MayBeDeletedByTheObserver)
-{
-    DropdownTree tree;
-    tree.observer.onAction = [&] { tree.screen.deleteControls(); };
-    tree.click(Vector2f(20, 20));
-    tree.click(Vector2f(20, 70));
-    EXPECT_EQ(tree.screen.getChildCount(), 0);
-    EXPECT_EQ(tree.observer.heard.size(), 1u);
 }
 
 } // namespace

@@ -21,8 +21,6 @@ struct GestureCase {
     const char* name;
     std::vector<Step> steps;
     const char* chosen; // the path that the observer heard of; empty for none
-
-    friend void PrintTo(const GestureCase& gesture, std::ostream* out) { *out << gesture.name; }
 };
 
 void perform(Screen& screen, const std::vector<Step>& steps)
@@ -65,119 +63,64 @@ struct MenuBarTree {
     Observer observer;
 };
 
+constexpr const char* DOWN = "mousedown";
+constexpr const char* UP = "mouseup";
+constexpr const char* MOVE = "mousemove";
 constexpr Vector2f FILE_TITLE(10, 10);
 constexpr Vector2f EDIT_TITLE(50, 10);
+constexpr Vector2f HELP_TITLE(90, 10);
 constexpr Vector2f OPEN_ROW(10, 30);
 constexpr Vector2f RECENT_ROW(10, 45);
 constexpr Vector2f OUTSIDE(300, 200);
 
+// clang-format off
 const GestureCase BAR_CASES[] = {
-    {"FirstReleaseOnTheTitleLeavesItOpen",
-     {{"mousedown", FILE_TITLE, "file"}, {"mouseup", FILE_TITLE, "file"}},
-     ""                                                                                                      },
-    {"SecondClickOnTheTitleCloses",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, ""}},
-     ""                                                                                                      },
-    {"FirstReleaseBesideTheTitleCloses",
-     {{"mousedown", FILE_TITLE, "file"}, {"mousemove", OUTSIDE, "file"}, {"mouseup", OUTSIDE, ""}},
-     ""                                                                                                      },
-    {"DraggedToARow",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mousemove", OPEN_ROW, "file"},
-      {"mouseup", OPEN_ROW, ""}},
-     "file.open"                                                                                             },
-    {"ClickOnARow",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"mousemove", OPEN_ROW, "file"},
-      {"mousedown", OPEN_ROW, "file"},
-      {"mouseup", OPEN_ROW, ""}},
-     "file.open"                                                                                             },
-    {"ClickInASubmenu",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"mousemove", RECENT_ROW, "file"},
-      {"mousemove", {80, 45}, "file"},
-      {"mousedown", {80, 45}, "file"},
-      {"mouseup", {80, 45}, ""}},
-     "file.recent.a.xml"                                                                                     },
-    {"MovesAlongWhenOpen",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"mousemove", {36, 10}, "file"},
-      {"mousemove", EDIT_TITLE, "edit"},
-      {"mousedown", EDIT_TITLE, "edit"},
-      {"mouseup", EDIT_TITLE, ""}},
-     ""                                                                                                      },
-    {"MovesAlongWhenHeld",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mousemove", EDIT_TITLE, "edit"},
-      {"mouseup", EDIT_TITLE, "edit"},
-      {"mousemove", {50, 30}, "edit"},
-      {"mouseup", {50, 30}, ""}},
-     "edit.undo"                                                                                             },
-    {"OnlyMovingOpensNothing",             {{"mousemove", FILE_TITLE, ""}, {"mousemove", EDIT_TITLE, ""}}, ""},
-    {"PressOutsideCloses",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"mousemove", OUTSIDE, "file"},
-      {"mousedown", OUTSIDE, ""},
-      {"mousemove", EDIT_TITLE, ""}},
-     ""                                                                                                      },
-    {"RightPressOnTheTitleCloses",
-     {{"mousedown", FILE_TITLE, "file"},
-      {"mouseup", FILE_TITLE, "file"},
-      {"right", FILE_TITLE, ""}},
-     ""                                                                                                      },
-    {"TitlesLeftEdge",                     {{"mousedown", {44, 0}, "edit"}},                               ""},
-    {"LeftOfATitle",                       {{"mousedown", {43, 0}, ""}},                                   ""},
-    {"RightEdgeOfATitle",                  {{"mousedown", {68, 19}, ""}},                                  ""},
-    {"BelowTheBar",                        {{"mousedown", {50, 20}, ""}},                                  ""},
-    {"WithoutRows",
-     {{"mousedown", {90, 10}, "help"},
-      {"mouseup", {90, 10}, "help"},
-      {"mousemove", {90, 22}, "help"},
-      {"mousedown", {90, 22}, ""}},
-     ""                                                                                                      },
+    {"FirstReleaseOnTheTitleLeavesItOpen", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}}, ""},
+    {"SecondClickOnTheTitleCloses", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, ""}}, ""},
+    {"FirstReleaseBesideTheTitleCloses", {{DOWN, FILE_TITLE, "file"}, {MOVE, OUTSIDE, "file"}, {UP, OUTSIDE, ""}}, ""},
+    {"DraggedToARow", {{DOWN, FILE_TITLE, "file"}, {MOVE, OPEN_ROW, "file"}, {UP, OPEN_ROW, ""}}, "file.open"},
+    {"ClickOnARow", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {MOVE, OPEN_ROW, "file"}, {DOWN, OPEN_ROW, "file"}, {UP, OPEN_ROW, ""}}, "file.open"},
+    {"ClickInASubmenu", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {MOVE, RECENT_ROW, "file"}, {MOVE, {80, 45}, "file"}, {DOWN, {80, 45}, "file"}, {UP, {80, 45}, ""}}, "file.recent.a.xml"},
+    {"MovesAlongWhenOpen", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {MOVE, {36, 10}, "file"}, {MOVE, EDIT_TITLE, "edit"}, {DOWN, EDIT_TITLE, "edit"}, {UP, EDIT_TITLE, ""}}, ""},
+    {"MovesAlongWhenHeld", {{DOWN, FILE_TITLE, "file"}, {MOVE, EDIT_TITLE, "edit"}, {UP, EDIT_TITLE, "edit"}, {MOVE, {50, 30}, "edit"}, {UP, {50, 30}, ""}}, "edit.undo"},
+    {"OnlyMovingOpensNothing", {{MOVE, FILE_TITLE, ""}, {MOVE, EDIT_TITLE, ""}}, ""},
+    {"PressOutsideCloses", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {MOVE, OUTSIDE, "file"}, {DOWN, OUTSIDE, ""}, {MOVE, EDIT_TITLE, ""}}, ""},
+    {"RightPressOnTheTitleCloses", {{DOWN, FILE_TITLE, "file"}, {UP, FILE_TITLE, "file"}, {"right", FILE_TITLE, ""}}, ""},
+    {"TitlesLeftEdge", {{DOWN, {44, 0}, "edit"}}, ""},
+    {"LeftOfATitle", {{DOWN, {43, 0}, ""}}, ""},
+    {"RightEdgeOfATitle", {{DOWN, {68, 19}, ""}}, ""},
+    {"BelowTheBar", {{DOWN, {50, 20}, ""}}, ""},
+    {"WithoutRows", {{DOWN, HELP_TITLE, "help"}, {UP, HELP_TITLE, "help"}, {MOVE, {90, 22}, "help"}, {DOWN, {90, 22}, ""}}, ""},
 };
+// clang-format on
 
-class MenuBarGesture : public testing::TestWithParam<GestureCase> {};
-
-TEST_P(MenuBarGesture, OpensAndCloses)
+TEST(MenuBarGesture, OpensAndCloses)
 {
-    MenuBarTree tree;
-    perform(tree.screen, GetParam().steps);
-    EXPECT_EQ(tree.observer.chosen, listOf(GetParam().chosen));
-    EXPECT_EQ(tree.below.count("mouseup"), 0) << "seen by the bar and its menu alone";
+    for (const GestureCase& row : BAR_CASES) {
+        SCOPED_TRACE(row.name);
+        MenuBarTree tree;
+        perform(tree.screen, row.steps);
+        EXPECT_EQ(tree.observer.chosen, listOf(row.chosen));
+        EXPECT_EQ(tree.below.count("mouseup"), 0) << "seen by the bar and its menu alone";
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, MenuBarGesture, testing::ValuesIn(BAR_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-TEST(MenuBar, LetsGoWhenAnyButtonClosedItsMenu)
+TEST(MenuBar, LetsGoWhenAnyButtonClosedItsMenuAndIsDeadWhenInactive)
 {
     MenuBarTree tree;
     perform(tree.screen, {
-                             {"mousedown", FILE_TITLE, "file"},
-                             {"mouseup",   FILE_TITLE, "file"},
-                             {"mousemove", OUTSIDE,    "file"},
-                             {"right",     OUTSIDE,    ""    },
-                             {"mousemove", OUTSIDE,    ""    },
-                             {"mousedown", OUTSIDE,    ""    }
+                             {DOWN,    FILE_TITLE, "file"},
+                             {UP,      FILE_TITLE, "file"},
+                             {MOVE,    OUTSIDE,    "file"},
+                             {"right", OUTSIDE,    ""    },
+                             {MOVE,    OUTSIDE,    ""    },
+                             {DOWN,    OUTSIDE,    ""    }
     });
     EXPECT_EQ(tree.below.count("mousedown"), 1) << "the next press alone";
-}
-
-TEST(MenuBar, IsDeadWhenInactive)
-{
-    MenuBarTree tree;
     tree.bar->setInactive(true);
     perform(tree.screen, {
-                             {"mousemove", FILE_TITLE, ""},
-                             {"mousedown", FILE_TITLE, ""}
+                             {MOVE, FILE_TITLE, ""},
+                             {DOWN, FILE_TITLE, ""}
     });
 }
 
@@ -205,17 +148,16 @@ TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
         Context& menu = *screen.getOpen();
         menu.draw(menu.getArea(), screen.getArea(), screen.getArea());
     };
-    perform(screen,
-            {
-                {"mousedown",  FILE_TITLE, "file"},
-                { "mousemove", Vector2f(10,        45), "file"}
+    perform(screen, {
+                        {DOWN, FILE_TITLE, "file"},
+                        {MOVE, RECENT_ROW, "file"}
     });
     drawMenu();
     EXPECT_EQ(colorOf(screen.render, "quit"), mathbase::Vector4f(1, 0, 0, 1));
     EXPECT_EQ(colorOf(screen.render, "recent"), mathbase::Vector4f(0, 1, 0, 1)) << "selected";
     EXPECT_EQ(colorOf(screen.render, "a.xml"), mathbase::Vector4f(1, 0, 0, 1)) << "submenu";
     perform(screen, {
-                        {"mousemove", EDIT_TITLE, "edit"}
+                        {MOVE, EDIT_TITLE, "edit"}
     });
     drawMenu();
     EXPECT_EQ(colorOf(screen.render, "undo"), mathbase::Vector4f(0, 0, 1, 1));
@@ -240,60 +182,29 @@ struct MenuTree {
     Observer observer;
 };
 
+constexpr Vector2f ABOUT(20, 20);
+constexpr Vector2f VIEW(20, 35);
+constexpr Vector2f ZOOM(120, 35);
+
+// clang-format off
 const GestureCase MENU_CASES[] = {
-    {"ClickOnARow",
-     {{"mousemove", {20, 20}, ""}, {"mousedown", {20, 20}, ""}, {"mouseup", {20, 20}, ""}},
-     "menu.about"                                                                              },
-    {"ReleaseOnAnotherRow",
-     {{"mousemove", {20, 20}, ""},
-      {"mousedown", {20, 20}, ""},
-      {"mousemove", {20, 50}, ""},
-      {"mouseup", {20, 50}, ""}},
-     ""                                                                                        },
-    {"ReleaseWithoutAPress",       {{"mousemove", {20, 20}, ""}, {"mouseup", {20, 20}, ""}}, ""},
-    {"PressBetweenRows",
-     {{"mousemove", {20, 26}, ""}, {"mousedown", {20, 26}, ""}, {"mouseup", {20, 26}, ""}},
-     ""                                                                                        },
-    {"OpensASubmenu",
-     {{"mousemove", {20, 35}, ""},
-      {"mousedown", {20, 35}, "view"},
-      {"mouseup", {20, 35}, "view"},
-      {"mousemove", {120, 35}, "view"},
-      {"mousedown", {120, 35}, "view"},
-      {"mouseup", {120, 35}, ""}},
-     "menu.view.zoom"                                                                          },
-    {"PressOutsideClosesASubmenu",
-     {{"mousemove", {20, 35}, ""},
-      {"mousedown", {20, 35}, "view"},
-      {"mouseup", {20, 35}, "view"},
-      {"mousemove", {300, 200}, "view"},
-      {"mousedown", {300, 200}, ""},
-      {"mouseup", {300, 200}, ""}},
-     ""                                                                                        },
+    {"ClickOnARow", {{MOVE, ABOUT, ""}, {DOWN, ABOUT, ""}, {UP, ABOUT, ""}}, "menu.about"},
+    {"ReleaseOnAnotherRow", {{MOVE, ABOUT, ""}, {DOWN, ABOUT, ""}, {MOVE, {20, 50}, ""}, {UP, {20, 50}, ""}}, ""},
+    {"ReleaseWithoutAPress", {{MOVE, ABOUT, ""}, {UP, ABOUT, ""}}, ""},
+    {"PressBetweenRows", {{MOVE, {20, 26}, ""}, {DOWN, {20, 26}, ""}, {UP, {20, 26}, ""}}, ""},
+    {"OpensASubmenu", {{MOVE, VIEW, ""}, {DOWN, VIEW, "view"}, {UP, VIEW, "view"}, {MOVE, ZOOM, "view"}, {DOWN, ZOOM, "view"}, {UP, ZOOM, ""}}, "menu.view.zoom"},
+    {"PressOutsideClosesASubmenu", {{MOVE, VIEW, ""}, {DOWN, VIEW, "view"}, {UP, VIEW, "view"}, {MOVE, OUTSIDE, "view"}, {DOWN, OUTSIDE, ""}, {UP, OUTSIDE, ""}}, ""},
 };
+// clang-format on
 
-class MenuGesture : public testing::TestWithParam<GestureCase> {};
-
-TEST_P(MenuGesture, Chooses)
+TEST(MenuGesture, Chooses)
 {
-    MenuTree tree;
-    perform(tree.screen, GetParam().steps);
-    EXPECT_EQ(tree.observer.chosen, listOf(GetParam().chosen));
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, MenuGesture, testing::ValuesIn(MENU_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-TEST(Menu, IsAlwaysDrawnAndMarksTheRowUnderThePointer)
-{
-    MenuTree tree;
-    send(tree.screen, "mousemove", Vector2f(20, 50));
-    tree.screen.Control::draw(tree.screen.getArea(), Area(0, 0, 400, 300), Area(0, 0, 400, 300));
-    const RecordingRender& render = tree.screen.render;
-    ASSERT_EQ(render.boxes.size(), 2u);
-    EXPECT_EQ(text(render.boxes[0]), "10 10 110 70");
-    EXPECT_EQ(text(render.boxes[1]), "15 45 105 55");
-    EXPECT_EQ(render.texts.size(), 4u) << "three rows and a marker";
+    for (const GestureCase& row : MENU_CASES) {
+        SCOPED_TRACE(row.name);
+        MenuTree tree;
+        perform(tree.screen, row.steps);
+        EXPECT_EQ(tree.observer.chosen, listOf(row.chosen));
+    }
 }
 
 } // namespace

@@ -12,7 +12,6 @@ namespace zavex::vellum::test {
 namespace {
 
 struct OpenStat final : Stat {
-    using Stat::mCurrent;
     using Stat::mValue;
     using Stat::mValueMax;
     using Stat::mValueMaxWannabe;
@@ -20,10 +19,14 @@ struct OpenStat final : Stat {
 
 /** A graph of 100 x 50 pixels at (10, 20). */
 struct StatTest : testing::Test {
-    StatTest()
+    StatTest() { reset(); }
+
+    void reset()
     {
-        root.addControl(stat);
+        root.deleteControls();
+        root.addControl(stat = new OpenStat);
         stat->setArea(Area(10, 20, 110, 70));
+        root.render.time = 0.0f;
     }
 
     void draw(Area clip)
@@ -51,7 +54,7 @@ struct StatTest : testing::Test {
     }
 
     Root root;
-    OpenStat* stat = new OpenStat;
+    OpenStat* stat = nullptr;
     Mouse mouse{root};
 };
 
@@ -60,53 +63,33 @@ struct Added {
     float value;
 };
 
-struct SamplingCase {
+const struct SamplingCase {
     const char* name;
     float interval; // seconds
     std::vector<Added> added;
     std::vector<float> samples; // oldest first
-
-    friend void PrintTo(const SamplingCase& sampling, std::ostream* out) { *out << sampling.name; }
+} SAMPLING_CASES[] = {
+    // clang-format off
+    {"PeriodNotOver",                          0.25f, {{0.1f, 5}, {0.24f, 5}}, {}},
+    {"AverageOfAPeriod",                       0.25f, {{0.1f, 1}, {0.2f, 2}, {0.25f, 6}}, {3}},
+    {"EachPeriodStartsAfresh",                 0.25f, {{0.25f, 4}, {0.4f, 1}, {0.5f, 3}}, {4, 2}},
+    {"OnePeriodAtATime",                       0.25f, {{1.0f, 1}, {1.0f, 2}, {1.0f, 3}, {1.0f, 4}, {1.0f, 5}}, {1, 2, 3, 4}},
+    {"NoPeriod",                               0.0f,  {{0, 1}, {0, 2}}, {1, 2}},
+    {"ClockWentBackBeforeTheReadingThatItHad", 0.25f, {{2.0f, 1}, {1.0f, 3}, {2.2f, 5}, {2.25f, 7}}, {1, 5}},
 };
+// clang-format on
 
-const SamplingCase SAMPLING_CASES[] = {
-    {"NothingAdded",                           0.25f, {},                                                      {}    },
-    {"PeriodNotOver",                          0.25f, {{0.1f, 5}, {0.24f, 5}},                                 {}    },
-    {"AverageOfAPeriod",                       0.25f, {{0.1f, 1}, {0.2f, 2}, {0.25f, 6}},                      {3}   },
-    {"EachPeriodStartsAfresh",                 0.25f, {{0.25f, 4}, {0.4f, 1}, {0.5f, 3}},                      {4, 2}},
-    {"OnePeriodAtATime",
-     0.25f,                                           {{1.0f, 1}, {1.0f, 2}, {1.0f, 3}, {1.0f, 4}, {1.0f, 5}},
-     {1, 2, 3, 4}                                                                                                    },
-    {"NoPeriod",                               0.0f,  {{0, 1}, {0, 2}},                                        {1, 2}},
-    {"ClockWentBackBeforeTheReadingThatItHad",
-     0.25f,                                           {{2.0f, 1}, {1.0f, 3}, {2.2f, 5}, {2.25f, 7}},
-     {1, 5}                                                                                                          },
-};
-
-class StatSampling : public StatTest, public testing::WithParamInterface<SamplingCase> {};
-
-TEST_P(StatSampling, IsPacedByTheClock)
+TEST_F(StatTest, SamplingIsPacedByTheClock)
 {
-    stat->setInterval(GetParam().interval);
-    for (const Added& each : GetParam().added)
-        add(each.time, each.value);
-    EXPECT_EQ(samples(), GetParam().samples);
+    for (const SamplingCase& row : SAMPLING_CASES) {
+        SCOPED_TRACE(row.name);
+        reset();
+        stat->setInterval(row.interval);
+        for (const Added& each : row.added)
+            add(each.time, each.value);
+        EXPECT_EQ(samples(), row.samples);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, StatSampling, testing::ValuesIn(SAMPLING_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-class StatFrameRate : public StatTest, public testing::WithParamInterface<int> {};
-
-TEST_P(StatFrameRate, DoesNotChangeTheSpeed)
-{
-    for (int frame = 0; frame <= 3 * GetParam(); ++frame)
-        add(static_cast<float>(frame) / static_cast<float>(GetParam()), 7.0f);
-    EXPECT_NEAR(static_cast<float>(samples().size()), 3.0f / 0.2f, 1.0f);
-    EXPECT_EQ(stat->mValueMaxWannabe, 7.0f);
-}
-
-INSTANTIATE_TEST_SUITE_P(Rates, StatFrameRate, testing::Values(30, 60, 1000));
 
 TEST_F(StatTest, FollowsTheHighestSampleOfItsHistory)
 {
@@ -124,80 +107,38 @@ TEST_F(StatTest, FollowsTheHighestSampleOfItsHistory)
     EXPECT_EQ(stat->mValue.size(), Stat::HISTORY);
 }
 
-TEST_F(StatTest, DrawsTheNewestSampleAtTheRightEdge)
-{
-    stat->mValueMax = stat->mValueMaxWannabe = 8.0f;
-    stat->mValue[0] = 0.0f;
-    stat->mValue[1] = 8.0f;
-    stat->mValue[2] = 4.0f;
-    draw();
-    ASSERT_GT(root.render.lines.size(), 2u);
-    EXPECT_EQ(root.render.lines[0].from, Vector2f(110, 72)) << "zero is out of sight";
-    EXPECT_EQ(root.render.lines[0].to, Vector2f(109, 26));
-    EXPECT_EQ(root.render.lines[1].from, Vector2f(109, 26));
-    EXPECT_EQ(root.render.lines[1].to, Vector2f(108, 49));
-    EXPECT_LE(root.render.lines.back().to.x, 10.0f);
-    EXPECT_LE(root.render.lines.size(), 110u) << "what is cut off is not drawn";
-}
-
-TEST_F(StatTest, FillsWhatIsVisibleAndDrawsNoGraphWithoutValues)
-{
-    draw(Area(20, 30, 60, 70));
-    ASSERT_EQ(root.render.boxes.size(), 1u);
-    EXPECT_EQ(text(root.render.boxes[0]), "20 30 60 70");
-    EXPECT_TRUE(root.render.lines.empty());
-    EXPECT_TRUE(root.render.texts.empty());
-}
-
-struct ReadOutCase {
+// Half of the text's width is 12 pixels where it is "1.00", half of its height 5.
+constexpr struct ReadOutCase {
     const char* name;
     float maximum;
     Vector2f pointer;
     const char* text; // empty for none
     Vector2f position;
-
-    friend void PrintTo(const ReadOutCase& readOut, std::ostream* out) { *out << readOut.name; }
+} READ_OUT_CASES[] = {
+    {"Middle", 2.0f, {60, 45}, "1.00", {60, 40}},
+    {"TopIsTheMaximum", 2.0f, {60, 20}, "2.00", {60, 25}},
+    {"KeptFromTheLeft", 2.0f, {12, 45}, "1.00", {22, 40}},
+    {"Outside", 2.0f, {60, 75}, "", {0, 0}},
+    {"NoValues", 0.0f, {60, 45}, "", {0, 0}},
+    {"NineCharacters", 4194304e6f, {60, 20}, "419430400", {60, 25}},
 };
 
-// Half of the text's width is 12 pixels where it is "1.00", half of its height 5.
-constexpr ReadOutCase READ_OUT_CASES[] = {
-    {"Middle",           2.0f,       {60, 45},  "1.00",      {60, 40}},
-    {"TopIsTheMaximum",  2.0f,       {60, 20},  "2.00",      {60, 25}},
-    {"KeptFromTheLeft",  2.0f,       {12, 45},  "1.00",      {22, 40}},
-    {"KeptFromTheRight", 2.0f,       {109, 45}, "1.00",      {98, 40}},
-    {"Outside",          2.0f,       {60, 75},  "",          {0, 0}  },
-    {"NoValues",         0.0f,       {60, 45},  "",          {0, 0}  },
-    {"NineCharacters",   4194304e6f, {60, 20},  "419430400", {60, 25}},
-};
-
-class StatReadOut : public StatTest, public testing::WithParamInterface<ReadOutCase> {};
-
-TEST_P(StatReadOut, StandsAtThePointer)
+TEST_F(StatTest, ReadOutStandsAtThePointer)
 {
-    stat->mValueMax = stat->mValueMaxWannabe = GetParam().maximum;
-    mouse.moveTo(GetParam().pointer);
-    draw();
-    const std::vector<RecordingRender::Text>& texts = root.render.texts;
-    ASSERT_EQ(texts.size(), *GetParam().text ? 1u : 0u);
-    if (texts.empty())
-        return;
-    EXPECT_EQ(texts[0].text, GetParam().text);
-    EXPECT_EQ(texts[0].position, GetParam().position);
-    EXPECT_EQ(texts[0].align, 2);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, StatReadOut, testing::ValuesIn(READ_OUT_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-TEST_F(StatTest, HearsThatThePointerLeft)
-{
-    stat->mValueMax = 2.0f;
-    mouse.moveTo(Vector2f(60, 45));
-    EXPECT_EQ(stat->mCurrent, 1.0f);
-    mouse.moveTo(Vector2f(5, 5));
-    EXPECT_EQ(stat->mCurrent, -1.0f);
-    Event elsewhere = eventAt("mousemove", Vector2f(5, 5));
-    EXPECT_FALSE(stat->acceptEvents(elsewhere));
+    for (const ReadOutCase& row : READ_OUT_CASES) {
+        SCOPED_TRACE(row.name);
+        reset();
+        stat->mValueMax = stat->mValueMaxWannabe = row.maximum;
+        mouse.moveTo(row.pointer);
+        draw();
+        const std::vector<RecordingRender::Text>& texts = root.render.texts;
+        ASSERT_EQ(texts.size(), *row.text ? 1u : 0u);
+        if (texts.empty())
+            continue;
+        EXPECT_EQ(texts[0].text, row.text);
+        EXPECT_EQ(texts[0].position, row.position);
+        EXPECT_EQ(texts[0].align, 2);
+    }
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,6 +31,12 @@ struct WidgetTree {
     {
         send(root, "mousedown", down);
         send(root, "mouseup", up);
+    }
+
+    void pressKeys(const std::vector<display::Key>& keys)
+    {
+        for (const display::Key key : keys)
+            pressKey(root, key);
     }
 
     void draw() { root.draw(root.getArea(), root.getArea(), root.getArea()); }
@@ -62,101 +67,51 @@ std::string checked(const RadioButton& options)
 constexpr const char* OPTIONS = "<options><option name='a'/><option name='b' checked='true'/>"
                                 "<option name='c' checked='true'/></options>";
 
-struct OptionCase {
+// Rows begin at 10, 30 and 50.
+// clang-format off
+const struct OptionCase {
     const char* name;
-    void (*input)(WidgetTree& tree);
-    const char* radio; // checked options afterwards
+    std::vector<Vector2f> click;    // where the button is pressed and released
+    std::vector<display::Key> keys; // after the click
+    const char* radio;              // checked options afterwards
     std::vector<int> radioHeard;
     const char* checkbox;
     std::vector<int> checkboxHeard;
-
-    friend void PrintTo(const OptionCase& option, std::ostream* out) { *out << option.name; }
+    bool inactive = false;
+} OPTION_CASES[] = {
+    {"AsLoaded",              {}, {}, "001", {}, "011", {}},
+    {"FirstRow",              {{10, 10}, {109, 29}}, {}, "100", {ACTION_RADIOBUTTON_CHANGED}, "111", {ACTION_CHECKBOX_ON}},
+    {"CheckedRow",            {{20, 50}, {20, 69}}, {}, "001", {}, "010", {ACTION_CHECKBOX_OFF}},
+    {"BelowTheLast",          {{20, 70}, {20, 70}}, {}, "001", {}, "011", {}},
+    {"ReleasedOnAnother",     {{20, 15}, {20, 35}}, {}, "001", {}, "011", {}},
+    {"UpByKeys",              {}, {display::KEY_UP}, "010", {ACTION_RADIOBUTTON_CHANGED}, "011", {}},
+    {"ToTheFirstAndSwitched", {}, {display::KEY_HOME, display::KEY_SPACE}, "100", {ACTION_RADIOBUTTON_CHANGED}, "111", {ACTION_CHECKBOX_ON}},
+    {"NotBeyondTheEnd",       {}, {display::KEY_END, display::KEY_DOWN, display::KEY_ENTER}, "001", {}, "010", {ACTION_CHECKBOX_OFF}},
+    {"Inactive",              {{20, 15}, {20, 15}}, {display::KEY_UP}, "001", {}, "011", {}, true},
 };
+// clang-format on
 
-void pressKeys(WidgetTree& tree, const std::vector<display::Key>& keys)
+/** Applies the case to a new control and compares what is checked and was heard. */
+void expectOptions(RadioButton* options, const OptionCase& row, const char* expected,
+                   const std::vector<int>& heard)
 {
-    for (const display::Key key : keys)
-        pressKey(tree.root, key);
+    WidgetTree tree(options, OPTIONS);
+    options->setInactive(row.inactive);
+    if (!row.click.empty())
+        tree.click(row.click[0], row.click[1]);
+    tree.pressKeys(row.keys);
+    EXPECT_EQ(checked(*options), expected);
+    EXPECT_EQ(actionsOf(tree.observer), heard);
 }
 
-// Rows begin at 10, 30 and 50.
-const OptionCase OPTION_CASES[] = {
-    {"AsLoaded",              [](WidgetTree&) {},                  "001", {},                           "011", {}                   },
-    {"FirstRow",
-     [](WidgetTree& tree) {
-         tree.click({10, 10}, {109, 29});
-     },                                                            "100",
-     {ACTION_RADIOBUTTON_CHANGED},
-     "111",                                                                                                    {ACTION_CHECKBOX_ON} },
-    {"CheckedRow",
-     [](WidgetTree& tree) {
-         tree.click({20, 50}, {20, 69});
-     },                                                            "001",
-     {},
-     "010",                                                                                                    {ACTION_CHECKBOX_OFF}},
-    {"BelowTheLast",
-     [](WidgetTree& tree) {
-         tree.click({20, 70}, {20, 70});
-     },                                                            "001",
-     {},
-     "011",                                                                                                    {}                   },
-    {"ReleasedOnAnother",
-     [](WidgetTree& tree) {
-         tree.click({20, 15}, {20, 35});
-     },                                                            "001",
-     {},
-     "011",                                                                                                    {}                   },
-    {"ReleasedOutside",
-     [](WidgetTree& tree) {
-         tree.click({20, 15}, {150, 15});
-     },                                                            "001",
-     {},
-     "011",                                                                                                    {}                   },
-    {"UpByKeys",
-     [](WidgetTree& tree) { pressKeys(tree, {display::KEY_UP}); },
-     "010",                                                               {ACTION_RADIOBUTTON_CHANGED},
-     "011",                                                                                                    {}                   },
-    {"ToTheFirstAndSwitched",
-     [](WidgetTree& tree) {
-         pressKeys(tree, {display::KEY_HOME, display::KEY_SPACE});
-     },                                                            "100",
-     {ACTION_RADIOBUTTON_CHANGED},
-     "111",                                                                                                    {ACTION_CHECKBOX_ON} },
-    {"NotBeyondTheEnd",
-     [](WidgetTree& tree) {
-         pressKeys(tree, {display::KEY_END, display::KEY_DOWN, display::KEY_ENTER});
-     },                                                            "001",
-     {},
-     "010",                                                                                                    {ACTION_CHECKBOX_OFF}},
-    {"Inactive",
-     [](WidgetTree& tree) {
-         tree.control->setInactive(true);
-         tree.click({20, 15}, {20, 15});
-         pressKeys(tree, {display::KEY_UP});
-     },                                                            "001",
-     {},
-     "011",                                                                                                    {}                   },
-};
-
-class Options : public testing::TestWithParam<OptionCase> {};
-
-TEST_P(Options, OneIsChosenOrManyAreSwitched)
+TEST(Options, OneIsChosenOrManyAreSwitched)
 {
-    auto* const radio = new RadioButton;
-    WidgetTree radioTree(radio, OPTIONS);
-    GetParam().input(radioTree);
-    EXPECT_EQ(checked(*radio), GetParam().radio);
-    EXPECT_EQ(actionsOf(radioTree.observer), GetParam().radioHeard);
-
-    auto* const checkbox = new Checkbox;
-    WidgetTree checkboxTree(checkbox, OPTIONS);
-    GetParam().input(checkboxTree);
-    EXPECT_EQ(checked(*checkbox), GetParam().checkbox);
-    EXPECT_EQ(actionsOf(checkboxTree.observer), GetParam().checkboxHeard);
+    for (const OptionCase& row : OPTION_CASES) {
+        SCOPED_TRACE(row.name);
+        expectOptions(new RadioButton, row, row.radio, row.radioHeard);
+        expectOptions(new Checkbox, row, row.checkbox, row.checkboxHeard);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, Options, testing::ValuesIn(OPTION_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(RadioButton, KeepsOptionsThatAnElementDoesNotMention)
 {
@@ -170,17 +125,6 @@ TEST(RadioButton, KeepsOptionsThatAnElementDoesNotMention)
     EXPECT_EQ(radio.getOption(1), "");
 }
 
-TEST(RadioButton, DrawsOnlyRowsInSight)
-{
-    auto* const radio = new RadioButton;
-    WidgetTree tree(radio, "<v/>");
-    for (int i = 0; i < 10'000; ++i)
-        radio->addOption(std::to_string(i), false);
-    tree.draw();
-    ASSERT_EQ(tree.root.render.texts.size(), 4U);
-    EXPECT_EQ(tree.root.render.texts.back().text, "3");
-}
-
 TEST(Knob, TurnsUpwards)
 {
     auto* const knob = new Knob;
@@ -192,64 +136,43 @@ TEST(Knob, TurnsUpwards)
     send(tree.root, "mousemove", {50, 199});
     EXPECT_EQ(knob->getValue(), 0.0f);
     send(tree.root, "mouseup", {50, 199});
-    pressKeys(tree, {display::KEY_END, display::KEY_F1});
+    tree.pressKeys({display::KEY_END, display::KEY_F1});
     EXPECT_EQ(knob->getValue(), 1.0f);
     EXPECT_EQ(actionsOf(tree.observer), std::vector<int>(3, ACTION_KNOB_CHANGED));
     loadFrom(*knob, "<v><knob value='none'/></v>");
     EXPECT_EQ(knob->getValue(), 1.0f);
 }
 
-struct LabelCase {
+// A line is 10 pixels high and a character 6 wide: 16 of them fit.
+// clang-format off
+constexpr struct LabelCase {
     const char* name;
     const char* attributes;
     const char* text;
     Vector2f position;
     int align;
-
-    friend void PrintTo(const LabelCase& label, std::ostream* out) { *out << label.name; }
+} LABEL_CASES[] = {
+    {"TopLeft",              "text='a b'", "a b", {10, 15}, display::Font::ALIGN_LEFT},
+    {"Middle",               "text='a' align='center' valign='center'", "a", {60, 50}, display::Font::ALIGN_CENTER},
+    {"MiddleByItsOtherName", "text='a' valign='middle'", "a", {10, 50}, display::Font::ALIGN_LEFT},
+    {"BottomRight",          "text='a' align='right' valign='bottom'", "a", {110, 85}, display::Font::ALIGN_RIGHT},
+    {"UnknownWords",         "text='a' align='left' valign='up'", "a", {10, 15}, display::Font::ALIGN_LEFT},
+    {"Shortened",            "text='0123456789abcdefgh'", "0123456789abcdef", {10, 15}, display::Font::ALIGN_LEFT},
 };
+// clang-format on
 
-// A line is 10 pixels high and a character 6 wide: 16 of them fit.
-constexpr LabelCase LABEL_CASES[] = {
-    {"TopLeft",              "text='a b'",                        "a b",              {10, 15}, display::Font::ALIGN_LEFT},
-    {"Middle",
-     "text='a' align='center' valign='center'",                   "a",
-     {60, 50},
-     display::Font::ALIGN_CENTER                                                                                         },
-    {"MiddleByItsOtherName", "text='a' valign='middle'",          "a",                {10, 50}, display::Font::ALIGN_LEFT},
-    {"BottomRight",
-     "text='a' align='right' valign='bottom'",                    "a",
-     {110, 85},
-     display::Font::ALIGN_RIGHT                                                                                          },
-    {"UnknownWords",         "text='a' align='left' valign='up'", "a",                {10, 15}, display::Font::ALIGN_LEFT},
-    {"Shortened",
-     "text='0123456789abcdefgh'",                                 "0123456789abcdef",
-     {10, 15},
-     display::Font::ALIGN_LEFT                                                                                           },
-};
-
-class LabelText : public testing::TestWithParam<LabelCase> {};
-
-TEST_P(LabelText, StandsWhereItIsTold)
+TEST(LabelText, StandsWhereItIsTold)
 {
-    WidgetTree tree(new Label, std::string("<label ") + GetParam().attributes + "/>");
-    tree.draw();
-    ASSERT_EQ(tree.root.render.texts.size(), 1U);
-    const RecordingRender::Text& drawn = tree.root.render.texts[0];
-    EXPECT_EQ(drawn.text, GetParam().text);
-    EXPECT_EQ(drawn.align, GetParam().align);
-    EXPECT_EQ(drawn.position, GetParam().position);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, LabelText, testing::ValuesIn(LABEL_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-TEST(Image, IsAnEmptyFrameWithoutADisplay)
-{
-    WidgetTree tree(new Image, "<image filename='missing.png'/>");
-    tree.draw();
-    EXPECT_EQ(tree.root.render.images.size(), 0U);
-    EXPECT_EQ(tree.root.render.boxes.size(), 2U);
+    for (const LabelCase& row : LABEL_CASES) {
+        SCOPED_TRACE(row.name);
+        WidgetTree tree(new Label, std::string("<label ") + row.attributes + "/>");
+        tree.draw();
+        ASSERT_EQ(tree.root.render.texts.size(), 1U);
+        const RecordingRender::Text& drawn = tree.root.render.texts[0];
+        EXPECT_EQ(drawn.text, row.text);
+        EXPECT_EQ(drawn.align, row.align);
+        EXPECT_EQ(drawn.position, row.position);
+    }
 }
 
 } // namespace
