@@ -1,7 +1,5 @@
 #include "cadenza/cad_clock_follower.h"
 
-#include "support/case_name.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -96,8 +94,6 @@ struct DriftCase {
     double difference;  // seconds that the clock may be behind the music at the end
     double tolerance;   // seconds
     double largestStep; // seconds beyond a frame's own time
-
-    friend void PrintTo(const DriftCase& drift, std::ostream* out) { *out << drift.name; }
 };
 
 constexpr double SLEW_STEP = 0.005 * FRAME_SECONDS * 1.0001;
@@ -117,34 +113,23 @@ constexpr DriftCase DRIFT_CASES[] = {
     {"SlowCrystal",            0.0,   0.9998, 60.0, 0.0,     0.0015, SLEW_STEP},
 };
 
-class FollowerDrift : public testing::TestWithParam<DriftCase> {};
-
-TEST_P(FollowerDrift, IsTakenOutAtItsPace)
+TEST(FollowerDrift, IsTakenOutAtItsPace)
 {
-    const DriftCase& drift = GetParam();
-    Show show;
-    show.start(0.0);
-    show.play(3.0);
-    show.forgetSteps();
+    for (const DriftCase& row : DRIFT_CASES) {
+        SCOPED_TRACE(row.name);
+        const DriftCase& drift = row;
+        Show show;
+        show.start(0.0);
+        show.play(3.0);
+        show.forgetSteps();
 
-    show.heard += drift.lead;
-    show.play(drift.playedFor, drift.rate);
+        show.heard += drift.lead;
+        show.play(drift.playedFor, drift.rate);
 
-    EXPECT_NEAR(show.heard - show.clock, drift.difference, drift.tolerance);
-    EXPECT_LE(show.largestStep, drift.largestStep);
-    EXPECT_GE(show.smallestStep, 0.0) << "demo time ran backwards";
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, FollowerDrift, testing::ValuesIn(DRIFT_CASES), test::caseName);
-
-TEST(MusicClockFollower, LeavesAClockThatRunsWithTheMusicAlone)
-{
-    Show show;
-    show.start(0.0);
-    show.play(3.0);
-    show.forgetSteps();
-    show.play(60.0);
-    EXPECT_EQ(show.corrected, 0.0);
+        EXPECT_NEAR(show.heard - show.clock, drift.difference, drift.tolerance);
+        EXPECT_LE(show.largestStep, drift.largestStep);
+        EXPECT_GE(show.smallestStep, 0.0) << "demo time ran backwards";
+    }
 }
 
 TEST(MusicClockFollower, TakesNoNoticeOfReportsThatComeInSteps)

@@ -143,61 +143,46 @@ struct Timeline {
 constexpr int ON_OFF = 0;
 constexpr int LOCK = 1;
 
-struct DragCase {
+const struct DragCase {
     const char* name;
     Vector2f span; // start and end, seconds
     Vector2f from; // of the timeline
     Vector2f to;
     int modifiers; // `display::KeyMod` bits
     const char* expected;
-
-    friend void PrintTo(const DragCase& drag, std::ostream* out) { *out << drag.name; }
+} DRAG_CASES[] = {
+    {"HeaderMovesTheEffect",        {2, 5},                 {35, 10},    {45, 10},   0,                      "3 to 6"    },
+    {"HeaderKeepsOnOutsideTheBar",  {2, 5},                 {35, 10},    {135, 250}, 0,                      "12 to 15"  },
+    {"StartHandle",                 {2, 8},                 {20, 0},     {30, 10},   0,                      "3 to 8"    },
+    {"StartStopsTwoSecondsFromEnd", {2, 8},                 {20, 10},    {200, 10},  0,                      "6 to 8"    },
+    {"EndHandle",                   {2, 8},                 {70, 10},    {90, 10},   0,                      "2 to 10"   },
+    {"EndStopsTwoSecondsFromStart", {2, 8},                 {79, 19.9f}, {0, 10},    0,                      "2 to 4"    },
+    {"NarrowBarHasItsEndHandle",    {2, 3.5f},              {26, 10},    {31, 10},   0,                      "2 to 4"    },
+    {"NarrowBarHasItsStartHandle",  {2, 3.5f},              {24, 10},    {19, 10},   0,                      "1.5 to 3.5"},
+    {"LeftShiftIsFine",             {2, 8},                 {75, 10},    {85, 10},   display::KEYMOD_LSHIFT, "2 to 8.1"  },
+    {"RightShiftIsFine",            {2, 8},                 {35, 10},    {25, 10},   display::KEYMOD_RSHIFT, "1.9 to 7.9"},
+    {"LaneMovesNothing",            {2, 8},                 {35, 20},    {45, 10},   0,                      "2 to 8"    },
+    {"EndlessOneMoves",             {0, INFINITE},          {50, 10},    {60, 10},   0,                      "1 to 1e+06"},
+    {"BeginningBeforeZeroEnds",     {-3, 5},                {45, 10},    {55, 10},   0,                      "-3 to 6"   },
+    {"BeginningBeforeZeroMoves",    {-3, 5},                {20, 10},    {21, 10},   0,                      "0 to 8"    },
+    {"ReversedHasNoBar",            {3, 0},                 {15, 10},    {20, 10},   0,                      "3 to 0"    },
+    {"NoNumbersHaveNoBar",          {NO_NUMBER, NO_NUMBER}, {0, 10},     {20, 10},   0,                      "nan to nan"},
 };
 
-const DragCase DRAG_CASES[] = {
-    {"HeaderMovesTheEffect",        {2, 5},                 {35, 10},    {45, 10},    0,                      "3 to 6"    },
-    {"HeaderStopsAtZero",           {2, 5},                 {35, 10},    {5, 10},     0,                      "0 to 3"    },
-    {"HeaderKeepsOnOutsideTheBar",  {2, 5},                 {35, 10},    {135, 250},  0,                      "12 to 15"  },
-    {"StartHandle",                 {2, 8},                 {20, 0},     {30, 10},    0,                      "3 to 8"    },
-    {"StartStopsTwoSecondsFromEnd", {2, 8},                 {20, 10},    {200, 10},   0,                      "6 to 8"    },
-    {"StartStopsAtZero",            {2, 8},                 {29.9f, 10}, {-9, 10},    0,                      "0 to 8"    },
-    {"EndHandle",                   {2, 8},                 {70, 10},    {90, 10},    0,                      "2 to 10"   },
-    {"EndStopsTwoSecondsFromStart", {2, 8},                 {79, 19.9f}, {0, 10},     0,                      "2 to 4"    },
-    {"HeaderBeginsBesidesStart",    {2, 8},                 {30, 10},    {40, 10},    0,                      "3 to 9"    },
-    {"HeaderEndsBesidesEnd",        {2, 8},                 {69.9f, 10}, {79.9f, 10}, 0,                      "3 to 9"    },
-    {"NarrowBarHasItsEndHandle",    {2, 3.5f},              {26, 10},    {31, 10},    0,                      "2 to 4"    },
-    {"NarrowBarHasItsStartHandle",  {2, 3.5f},              {24, 10},    {19, 10},    0,                      "1.5 to 3.5"},
-    {"OneAtZeroStaysNarrow",        {0, 1.5f},              {4, 10},     {5, 10},     0,                      "0 to 1.5"  },
-    {"LeftShiftIsFine",             {2, 8},                 {75, 10},    {85, 10},    display::KEYMOD_LSHIFT, "2 to 8.1"  },
-    {"RightShiftIsFine",            {2, 8},                 {35, 10},    {25, 10},    display::KEYMOD_RSHIFT, "1.9 to 7.9"},
-    {"ControlIsNot",                {2, 8},                 {35, 10},    {25, 10},    display::KEYMOD_LCTRL,  "1 to 7"    },
-    {"LaneMovesNothing",            {2, 8},                 {35, 20},    {45, 10},    0,                      "2 to 8"    },
-    {"BesidesTheBar",               {2, 8},                 {80, 10},    {95, 10},    0,                      "2 to 8"    },
-    {"EndlessOneMoves",             {0, INFINITE},          {50, 10},    {60, 10},    0,                      "1 to 1e+06"},
-    {"EndlessOneStartsLater",       {0, INFINITE},          {5, 10},     {15, 10},    0,                      "1 to 1e+06"},
-    {"BeginningBeforeZeroEnds",     {-3, 5},                {45, 10},    {55, 10},    0,                      "-3 to 6"   },
-    {"BeginningBeforeZeroMoves",    {-3, 5},                {20, 10},    {21, 10},    0,                      "0 to 8"    },
-    {"WithoutBeginningMoves",       {-INFINITE, 5},         {20, 10},    {21, 10},    0,                      "0 to 1e+06"},
-    {"ReversedHasNoBar",            {3, 0},                 {15, 10},    {20, 10},    0,                      "3 to 0"    },
-    {"NoNumbersHaveNoBar",          {NO_NUMBER, NO_NUMBER}, {0, 10},     {20, 10},    0,                      "nan to nan"},
-};
-
-class EffectDrag : public testing::TestWithParam<DragCase> {};
-
-TEST_P(EffectDrag, ChangesTheSpan)
+TEST(EffectDrag, ChangesTheSpan)
 {
-    Timeline timeline(GetParam().span.x, GetParam().span.y);
-    timeline.drag(GetParam().from, GetParam().to, GetParam().modifiers);
-    timeline.draw();
-    EXPECT_EQ(timeline.span(), GetParam().expected);
+    for (const DragCase& row : DRAG_CASES) {
+        SCOPED_TRACE(row.name);
+        Timeline timeline(row.span.x, row.span.y);
+        timeline.drag(row.from, row.to, row.modifiers);
+        timeline.draw();
+        EXPECT_EQ(timeline.span(), row.expected);
 
-    timeline.mouse.release();
-    timeline.mouse.moveTo({300, 10});
-    EXPECT_EQ(timeline.span(), GetParam().expected);
+        timeline.mouse.release();
+        timeline.mouse.moveTo({300, 10});
+        EXPECT_EQ(timeline.span(), row.expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EffectDrag, testing::ValuesIn(DRAG_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(EffectBar, DragWidensTheLanesAndKeepsTheirPlaces)
 {
@@ -254,15 +239,11 @@ TEST(EffectBar, ThatWasLoadedLockedGetsItsLanesBack)
     EXPECT_EQ(vellum::test::text(below->getArea()), "20 120 80 240");
 }
 
-struct RightClickCase {
+constexpr struct RightClickCase {
     const char* name;
     Vector2f point; // of the timeline
     const char* menu;
-
-    friend void PrintTo(const RightClickCase& click, std::ostream* out) { *out << click.name; }
-};
-
-constexpr RightClickCase RIGHT_CLICK_CASES[] = {
+} RIGHT_CLICK_CASES[] = {
     {"Header",        {50, 19.9f}, "context"},
     {"StartHandle",   {20, 0},     "context"},
     {"CurveBelow",    {50, 20},    "spline" },
@@ -270,28 +251,24 @@ constexpr RightClickCase RIGHT_CLICK_CASES[] = {
     {"BesidesTheBar", {19.9f, 10}, ""       },
 };
 
-class EffectRightClick : public testing::TestWithParam<RightClickCase> {};
-
-TEST_P(EffectRightClick, OpensTheMenuOfWhatIsThere)
+TEST(EffectRightClick, OpensTheMenuOfWhatIsThere)
 {
-    Timeline timeline;
-    test::loadBody(timeline.effect->beat, "");
-    timeline.mouse.moveTo(GetParam().point + ORIGIN);
-    timeline.mouse.press(display::MOUSE_RIGHT);
+    for (const RightClickCase& row : RIGHT_CLICK_CASES) {
+        SCOPED_TRACE(row.name);
+        Timeline timeline;
+        test::loadBody(timeline.effect->beat, "");
+        timeline.mouse.moveTo(row.point + ORIGIN);
+        timeline.mouse.press(display::MOUSE_RIGHT);
 
-    EXPECT_EQ(timeline.screen.openMenu(), GetParam().menu);
+        EXPECT_EQ(timeline.screen.openMenu(), row.menu);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EffectRightClick, testing::ValuesIn(RIGHT_CLICK_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 struct LookCase {
     const char* name;
     void (*prepare)(Timeline&);
     const char* boxes; // after the bar and the box of its header
     const char* text;
-
-    friend void PrintTo(const LookCase& look, std::ostream* out) { *out << look.name; }
 };
 
 template <int X>
@@ -308,28 +285,12 @@ void hold(Timeline& timeline)
     hover<X + 200>(timeline);
 }
 
-void leave(Timeline& timeline)
-{
-    hover<50>(timeline);
-    hover<300>(timeline);
-}
-
-void unfocus(Timeline& timeline)
-{
-    timeline.effects->setFocus(nullptr);
-}
-
-template <int... ROWS>
-void choose(Timeline& timeline)
-{
-    (timeline.choose(ROWS), ...);
-}
-
 template <int... ROWS>
 void chooseAndLeave(Timeline& timeline)
 {
-    choose<ROWS...>(timeline);
-    leave(timeline);
+    (timeline.choose(ROWS), ...);
+    hover<50>(timeline);
+    hover<300>(timeline);
 }
 
 void holdLocked(Timeline& timeline)
@@ -338,40 +299,35 @@ void holdLocked(Timeline& timeline)
     hold<50>(timeline);
 }
 
+// clang-format off
 const LookCase LOOK_CASES[] = {
-    {"Idle",         unfocus,                "back.color caption.color caption.color",    "text.color"                             },
-    {"ClickedLast",  leave,                  "back.pushed caption.color caption.color",   "text.pushed"                            },
-    {"SwitchedOff",  chooseAndLeave<ON_OFF>, "back.inactive caption.color caption.color",
-     "text.pushed"                                                                                                                 },
-    {"OnAgain",      chooseAndLeave<ON_OFF,  ON_OFF>,                                     "back.pushed caption.color caption.color",
-     "text.pushed"},
-    {"Locked",              choose<LOCK>,                             "caption.inactive caption.color caption.color",                                               "text.pushed"             },
-    {"LockedAndOff",              choose<ON_OFF,                       LOCK>,                                        "caption.inactive caption.color caption.color",
-     "text.pushed"},
-    {"LockedHeld",  holdLocked,                        "caption.inactive caption.color caption.color",                                                        "text.pushed"                                                                                     },
-    {"HeaderHovered", hover<50>,                       "back.pushed back.highlight caption.color caption.color",
-     "text.color"},
-    {"HeaderHeld",   hold<50>,                         "back.pushed back.pushed caption.color caption.color",                                                         "text.color"                                                                                                                                                },
-    {"StartHovered",  hover<25>,                        "back.pushed caption.highlight caption.color","text.pushed"},
-    {"EndHeld", hold<75>,                       "back.pushed caption.color caption.pushed",                                                             "text.pushed"                                                                                                                                                                                                                 },
+    {"Idle", [](Timeline& it) { it.effects->setFocus(nullptr); }, "back.color caption.color caption.color", "text.color"},
+    {"ClickedLast", chooseAndLeave<>, "back.pushed caption.color caption.color", "text.pushed"},
+    {"SwitchedOff", chooseAndLeave<ON_OFF>, "back.inactive caption.color caption.color", "text.pushed"},
+    {"OnAgain", chooseAndLeave<ON_OFF, ON_OFF>, "back.pushed caption.color caption.color", "text.pushed"},
+    {"LockedAndOff", chooseAndLeave<ON_OFF, LOCK>, "caption.inactive caption.color caption.color", "text.pushed"},
+    {"LockedHeld", holdLocked, "caption.inactive caption.color caption.color", "text.pushed"},
+    {"HeaderHovered", hover<50>, "back.pushed back.highlight caption.color caption.color", "text.color"},
+    {"HeaderHeld", hold<50>, "back.pushed back.pushed caption.color caption.color", "text.color"},
+    {"StartHovered", hover<25>, "back.pushed caption.highlight caption.color", "text.pushed"},
+    {"EndHeld", hold<75>, "back.pushed caption.color caption.pushed", "text.pushed"},
 };
+// clang-format on
 
-class EffectLook : public testing::TestWithParam<LookCase> {};
-
-TEST_P(EffectLook, TellsTheState)
+TEST(EffectLook, TellsTheState)
 {
-    Timeline timeline;
-    GetParam().prepare(timeline);
-    timeline.draw();
+    for (const LookCase& row : LOOK_CASES) {
+        SCOPED_TRACE(row.name);
+        Timeline timeline;
+        row.prepare(timeline);
+        timeline.draw();
 
-    const std::string expected = std::string("caption.border back.border ") + GetParam().boxes;
-    const auto words = std::ranges::count(expected, ' ') + 1;
-    EXPECT_EQ(timeline.boxes(static_cast<std::size_t>(words)), expected);
-    EXPECT_STREQ(nameOf(timeline.name().color.x), GetParam().text);
+        const std::string expected = std::string("caption.border back.border ") + row.boxes;
+        const auto words = std::ranges::count(expected, ' ') + 1;
+        EXPECT_EQ(timeline.boxes(static_cast<std::size_t>(words)), expected);
+        EXPECT_STREQ(nameOf(timeline.name().color.x), row.text);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EffectLook, testing::ValuesIn(LOOK_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST(EffectBar, DrawsItsHeaderAtTheTop)
 {
@@ -385,45 +341,28 @@ TEST(EffectBar, DrawsItsHeaderAtTheTop)
     EXPECT_EQ(vellum::test::text(timeline.screen.render.borders[0]), areas[0]);
 }
 
-struct NameCase {
+constexpr struct NameCase {
     const char* name;
     float end;   // seconds; the bar begins at 30
     float width; // of the timeline, which begins at 10; the name is 30 pixels wide
     float expected;
-
-    friend void PrintTo(const NameCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr NameCase NAME_CASES[] = {
+} NAME_CASES[] = {
     {"InTheMiddleWithRoom", 8,        380, 60 },
     {"WithoutRoom",         7,        380, 50 },
     {"WhereTheBarIsCutOff", 22,       100, 80 },
     {"WhereItNeverEnds",    INFINITE, 380, 360},
 };
 
-class EffectName : public testing::TestWithParam<NameCase> {};
-
-TEST_P(EffectName, StaysWhereItCanBeRead)
+TEST(EffectName, StaysWhereItCanBeRead)
 {
-    Timeline timeline(2.0f, GetParam().end, GetParam().width);
-    timeline.draw();
+    for (const NameCase& row : NAME_CASES) {
+        SCOPED_TRACE(row.name);
+        Timeline timeline(2.0f, row.end, row.width);
+        timeline.draw();
 
-    EXPECT_EQ(timeline.name().position, Vector2f(GetParam().expected, 15.0f));
-    EXPECT_EQ(timeline.name().align, display::Font::ALIGN_CENTER);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, EffectName, testing::ValuesIn(NAME_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-TEST(EffectBar, MenuHasTheStylesColours)
-{
-    Timeline timeline;
-    timeline.mouse.moveTo(Vector2f(50, 10) + ORIGIN);
-    timeline.mouse.press(display::MOUSE_RIGHT);
-    ASSERT_NE(timeline.screen.getOpen(), nullptr);
-    timeline.screen.getOpen()->draw({}, {}, {});
-
-    EXPECT_EQ(timeline.screen.render.boxColors.back(), timeline.screen.hex2vec("112233"));
+        EXPECT_EQ(timeline.name().position, Vector2f(row.expected, 15.0f));
+        EXPECT_EQ(timeline.name().align, display::Font::ALIGN_CENTER);
+    }
 }
 
 } // namespace

@@ -88,33 +88,23 @@ protected:
     std::optional<Gui> gui;
 };
 
-struct LengthCase {
-    const char* name;
-    float length; // seconds
-    const char* ruler;
-    const char* body;
-
-    friend void PrintTo(const LengthCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr LengthCase LENGTH_CASES[] = {
-    {"NoLength",     0.0f,   "0 0 11 174",   "0 0 11 1000"  },
-    {"AMinute",      60.0f,  "0 0 611 174",  "0 0 611 1000" },
-    {"WithoutMusic", 500.0f, "0 0 5011 174", "0 0 5011 1000"},
-};
-
-class TimelineLength : public Editor, public testing::WithParamInterface<LengthCase> {};
-
-TEST_P(TimelineLength, IsThatOfTheShow)
+TEST_F(Editor, TimelineIsAsLongAsTheShow)
 {
-    cadenza.mSongLength = GetParam().length;
-    open();
-    EXPECT_EQ(text(find("main_ruler").getArea()), GetParam().ruler);
-    EXPECT_EQ(text(find("main_body").getArea()), GetParam().body);
+    constexpr struct {
+        float length; // seconds
+        const char* ruler;
+        const char* body;
+    } CASES[] = {
+        {0.0f,   "0 0 11 174",   "0 0 11 1000"  },
+        {500.0f, "0 0 5011 174", "0 0 5011 1000"}, // without music
+    };
+    for (const auto& [length, ruler, body] : CASES) {
+        cadenza.mSongLength = length;
+        open();
+        EXPECT_EQ(text(find("main_ruler").getArea()), ruler);
+        EXPECT_EQ(text(find("main_body").getArea()), body);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, TimelineLength, testing::ValuesIn(LENGTH_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST_F(Editor, NamesTheControlThatTheLayoutLacks)
 {
@@ -252,15 +242,11 @@ TEST_F(Editor, MarksStartAndPlayHead)
     EXPECT_NE(test::pixelAt(picture, 301, 200), 0xff0000u);
 }
 
-struct SpeedCase {
+const struct SpeedCase {
     const char* name;
     std::vector<float> times; // demo time of each frame, seconds
     const char* caption;
-
-    friend void PrintTo(const SpeedCase& each, std::ostream* out) { *out << each.name; }
-};
-
-const SpeedCase SPEED_CASES[] = {
+} SPEED_CASES[] = {
     {"TooEarlyToTell",        {0.0f, 0.05f, 0.09f},               ""                       },
     {"TheFirstFrameIsNoTime", {0.0f, 0.03f, 0.06f, 0.09f, 0.12f}, "Speed: 24.00ms (42 fps)"},
     {"APauseIsNoTime",        {5.0f, 5.06f, 7.06f, 7.12f},        "Speed: 30.00ms (33 fps)"},
@@ -269,34 +255,27 @@ const SpeedCase SPEED_CASES[] = {
     {"StartsAnew",            {0.0f, 0.125f, 0.25f, 0.5f},        "Speed: 250.00ms (4 fps)"},
 };
 
-class Speed : public Editor, public testing::WithParamInterface<SpeedCase> {};
-
-TEST_P(Speed, IsShownEveryTenthOfASecond)
+TEST_F(Editor, SpeedIsShownEveryTenthOfASecond)
 {
-    open();
-    for (const float time : GetParam().times) {
-        cadenza.mSystemTime = time;
-        gui->onDraw();
+    for (const SpeedCase& row : SPEED_CASES) {
+        SCOPED_TRACE(row.name);
+        open();
+        for (const float time : row.times) {
+            cadenza.mSystemTime = time;
+            gui->onDraw();
+        }
+        EXPECT_EQ(find("fps").getCaption(), row.caption);
     }
-    EXPECT_EQ(find("fps").getCaption(), GetParam().caption);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, Speed, testing::ValuesIn(SPEED_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
-
-struct PadCase {
+constexpr struct PadCase {
     const char* name;
     bool back;
     float backAxis;
     bool forth;
     float forthAxis;
     float expected; // demo time after 10 seconds
-
-    friend void PrintTo(const PadCase& each, std::ostream* out) { *out << each.name; }
-};
-
-constexpr PadCase PAD_CASES[] = {
-    {"NothingHeld",     false, 1.0f,  false, 1.0f,  10.0f},
+} PAD_CASES[] = {
     {"BackAtRest",      true,  0.0f,  false, 0.0f,  9.9f },
     {"BackAllTheWay",   true,  1.0f,  false, 0.0f,  9.8f },
     {"BackReleased",    true,  -1.0f, false, 0.0f,  10.0f},
@@ -305,29 +284,27 @@ constexpr PadCase PAD_CASES[] = {
     {"BothForthIsLast", true,  1.0f,  true,  0.0f,  10.1f},
 };
 
-class Pad : public Editor, public testing::WithParamInterface<PadCase> {};
-
-TEST_P(Pad, MovesThroughTheShow)
+TEST_F(Editor, PadMovesThroughTheShow)
 {
-    display.pad.emplace();
-    open();
-    display.pad->buttons[8] = GetParam().back;
-    display.pad->axes[12] = GetParam().backAxis;
-    display.pad->buttons[9] = GetParam().forth;
-    display.pad->axes[13] = GetParam().forthAxis;
-    cadenza.mPaused = true;
-    cadenza.setTime(10.0f);
-    cadenza.getTime();
-    gui->onDraw();
-    EXPECT_FLOAT_EQ(cadenza.getTime(), GetParam().expected);
+    for (const PadCase& row : PAD_CASES) {
+        SCOPED_TRACE(row.name);
+        display.pad.emplace();
+        open();
+        display.pad->buttons[8] = row.back;
+        display.pad->axes[12] = row.backAxis;
+        display.pad->buttons[9] = row.forth;
+        display.pad->axes[13] = row.forthAxis;
+        cadenza.mPaused = true;
+        cadenza.setTime(10.0f);
+        cadenza.getTime();
+        gui->onDraw();
+        EXPECT_FLOAT_EQ(cadenza.getTime(), row.expected);
 
-    display.pad.reset();
-    gui->onDraw();
-    EXPECT_FLOAT_EQ(cadenza.getTime(), GetParam().expected) << "unplugged";
+        display.pad.reset();
+        gui->onDraw();
+        EXPECT_FLOAT_EQ(cadenza.getTime(), row.expected) << "unplugged";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, Pad, testing::ValuesIn(PAD_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST_F(Editor, AllocatesNothingWhileNothingChanges)
 {

@@ -31,13 +31,6 @@ void session(const std::function<void(OpenCadenza&)>& change = [](OpenCadenza&) 
     change(cadenza);
 }
 
-void press(OpenCadenza& cadenza, display::Key key)
-{
-    display::KeyEvent event;
-    event.key = key;
-    cadenza.onKeyDown(event);
-}
-
 /** A document on one line. */
 std::string flat(std::string document)
 {
@@ -50,78 +43,46 @@ struct SaveCase {
     const char* before; // what stands inside the root element
     void (*change)(OpenCadenza&);
     const char* after;
-
-    friend void PrintTo(const SaveCase& save, std::ostream* out) { *out << save.name; }
 };
-
-void nothing(OpenCadenza&) {}
 
 void moveStart(OpenCadenza& it)
 {
     it.mStartTime = 12.346f;
 }
 
-void switchLogOff(OpenCadenza& it)
-{
-    it.mLogConsole = false;
-}
-
-void loseSound(OpenCadenza& it)
-{
-    it.mNosound = true;
-}
-
 void pressOThreeTimes(OpenCadenza& it)
 {
+    display::KeyEvent event;
+    event.key = display::KEY_o;
     for (int i = 0; i < 3; ++i)
-        press(it, display::KEY_o);
+        it.onKeyDown(event);
 }
 
+void nothing(OpenCadenza&) {}
+// clang-format off
 constexpr SaveCase SAVE_CASES[] = {
-    {"StartIsRoundedToHundredths", R"(<time loop="on" start="3"/>)",                                 moveStart,
-     R"(<time loop="on" start="12.35"/>)"                                                                                                                                                                 },
-    {"OnlyTheFirstTime",           R"(<time start="1"/><time mode="vsync" start="2" loop="on"/>)",   nothing,
-     R"(<time start="2.00" loop="on"/><time mode="vsync" start="2" loop="on"/>)"                                                                                                                          },
-    {"AMissingTimeComesFirst",     R"(<!--mine--><log console="on"/>)",                              switchLogOff,
-     R"(<time start="0.00" loop="off"/><!--mine--><log console="off"/>)"                                                                                                                                  },
-    {"OnlyTheFirstDisplay",        R"(<time/><display width="0x40"/><display fullscreen="on"/>)",    nothing,
-     R"(<time start="0.00" loop="off"/><display width="0x40" fullscreen="on"/>)"
-     R"(<display fullscreen="on"/>)"                                                                                                                                                                      },
-    {"EveryMusic",                 R"(<time/><music mute="on" filename="a"/><music filename="b"/>)", nothing,
-     R"(<time start="0.00" loop="off"/><music mute="on" filename="a"/>)"
-     R"(<music filename="b" mute="on"/>)"                                                                                                                                                                 },
-    {"NoSoundIsStrongerThanMuted", R"(<time/><music mute="on"/>)",                                   loseSound,
-     R"(<time start="0.00" loop="off"/><music mute="nosound"/>)"                                                                                                                                          },
-    {"ARecordingSavesNoSound",     R"(<time/><dump name="a.png"/><music/>)",                         nothing,
-     R"(<time start="0.00" loop="off"/><dump name="a.png"/><music mute="nosound"/>)"                                                                                                                      },
-    {"EveryOsdAlike",              R"(<time/><osd location="middle"/><osd delay="0.5" show="on"/>)", nothing,
-     R"(<time start="0.00" loop="off"/><osd location="top" show="off" delay="0.50"/>)"
-     R"(<osd delay="0.50" show="off" location="top"/>)"                                                                                                                                                   },
-    {"ThreeMovesOfThePositionBar", R"(<time/><osd show="on"/><music mute="nosound"/>)",
-     pressOThreeTimes,                                                                                             R"(<time start="0.00" loop="off"/><osd show="on" location="bottom" delay="2.00"/>)"
-     R"(<music mute="nosound"/>)"                                                                                                                                                   },
-    {"NothingElseIsTouched",       R"(<time/><archive path="x"><deep/></archive><dis width="1"/>)",
-     nothing,                                                                                                      R"(<time start="0.00" loop="off"/><archive path="x"><deep/></archive><dis width="1"/>)"},
+    {"StartIsRoundedToHundredths", R"(<time loop="on" start="3"/>)", moveStart,
+     R"(<time loop="on" start="12.35"/>)"},
+    {"OnlyTheFirstTime", R"(<time start="1"/><time mode="vsync" start="2" loop="on"/>)", nothing,
+     R"(<time start="2.00" loop="on"/><time mode="vsync" start="2" loop="on"/>)"},
+    {"AMissingTimeComesFirst", R"(<!--mine--><log console="on"/>)", [](OpenCadenza& it) { it.mLogConsole = false; },
+     R"(<time start="0.00" loop="off"/><!--mine--><log console="off"/>)"},
+    {"OnlyTheFirstDisplay", R"(<time/><display width="0x40"/><display fullscreen="on"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><display width="0x40" fullscreen="on"/><display fullscreen="on"/>)"},
+    {"EveryMusic", R"(<time/><music mute="on" filename="a"/><music filename="b"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><music mute="on" filename="a"/><music filename="b" mute="on"/>)"},
+    {"NoSoundIsStrongerThanMuted", R"(<time/><music mute="on"/>)", [](OpenCadenza& it) { it.mNosound = true; },
+     R"(<time start="0.00" loop="off"/><music mute="nosound"/>)"},
+    {"ARecordingSavesNoSound", R"(<time/><dump name="a.png"/><music/>)", nothing,
+     R"(<time start="0.00" loop="off"/><dump name="a.png"/><music mute="nosound"/>)"},
+    {"EveryOsdAlike", R"(<time/><osd location="middle"/><osd delay="0.5" show="on"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><osd location="top" show="off" delay="0.50"/><osd delay="0.50" show="off" location="top"/>)"},
+    {"ThreeMovesOfThePositionBar", R"(<time/><osd show="on"/><music mute="nosound"/>)", pressOThreeTimes,
+     R"(<time start="0.00" loop="off"/><osd show="on" location="bottom" delay="2.00"/><music mute="nosound"/>)"},
+    {"NothingElseIsTouched", R"(<time/><archive path="x"><deep/></archive><dis width="1"/>)", nothing,
+     R"(<time start="0.00" loop="off"/><archive path="x"><deep/></archive><dis width="1"/>)"},
 };
-
-class SavedSettings : public testing::TestWithParam<SaveCase> {
-protected:
-    test::ScratchFolder folder;
-};
-
-TEST_P(SavedSettings, HoldWhatTheRunChangedAndAllTheRest)
-{
-    const std::string after = std::string("<demo>") + GetParam().after + "</demo>";
-    writeText(LOCAL, std::string("<demo>") + GetParam().before + "</demo>");
-    session(GetParam().change);
-    EXPECT_EQ(flat(readText(LOCAL)), after);
-
-    session();
-    EXPECT_EQ(flat(readText(LOCAL)), after) << "saved again";
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, SavedSettings, testing::ValuesIn(SAVE_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+// clang-format on
 
 class SettingsFile : public testing::Test {
 protected:
@@ -129,6 +90,20 @@ protected:
 
     test::ScratchFolder folder;
 };
+
+TEST_F(SettingsFile, SavedSettingsHoldWhatTheRunChangedAndAllTheRest)
+{
+    for (const SaveCase& row : SAVE_CASES) {
+        SCOPED_TRACE(row.name);
+        const std::string after = std::string("<demo>") + row.after + "</demo>";
+        writeText(LOCAL, std::string("<demo>") + row.before + "</demo>");
+        session(row.change);
+        EXPECT_EQ(flat(readText(LOCAL)), after);
+
+        session();
+        EXPECT_EQ(flat(readText(LOCAL)), after) << "saved again";
+    }
+}
 
 TEST_F(SettingsFile, IsIndentedAndKeepsItsDeclaration)
 {
@@ -152,34 +127,29 @@ TEST_F(SettingsFile, ThatAllShareIsNeverWritten)
     EXPECT_FALSE(std::filesystem::exists(LOCAL));
 }
 
-struct BadFile {
+// clang-format off
+constexpr struct BadFile {
     const char* name;
     const char* found; // when the run ends
     const char* said;
-
-    friend void PrintTo(const BadFile& bad, std::ostream* out) { *out << bad.name; }
-};
-
-constexpr BadFile BAD_FILES[] = {
+} BAD_FILES[] = {
     {"Empty",       "",                      "setup.local.xml: nothing is saved: (error at line 1"},
     {"Malformed",   "<demo>\n<time start=1", "setup.local.xml: nothing is saved: (error at line 2"},
-    {"AnotherRoot", "<show></show>",
-     "setup.local.xml: nothing is saved: the root element is 'show'"                              },
+    {"AnotherRoot", "<show></show>",         "setup.local.xml: nothing is saved: the root element is 'show'"},
 };
+// clang-format on
 
-class BadSettings : public SettingsFile, public testing::WithParamInterface<BadFile> {};
-
-TEST_P(BadSettings, AreReportedAndLeftAsTheyAre)
+TEST_F(SettingsFile, BadSettingsAreReportedAndLeftAsTheyAre)
 {
-    writeText(LOCAL, "<demo><time/></demo>");
-    session([](OpenCadenza&) { writeText(LOCAL, GetParam().found); });
+    for (const BadFile& row : BAD_FILES) {
+        SCOPED_TRACE(row.name);
+        writeText(LOCAL, "<demo><time/></demo>");
+        session([&](OpenCadenza&) { writeText(LOCAL, row.found); });
 
-    EXPECT_EQ(readText(LOCAL), GetParam().found);
-    EXPECT_EQ(test::countLogged("error", GetParam().said), 1);
+        EXPECT_EQ(readText(LOCAL), row.found);
+        EXPECT_EQ(test::countLogged("error", row.said), 1);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, BadSettings, testing::ValuesIn(BAD_FILES),
-                         [](const auto& each) { return std::string{each.param.name}; });
 
 TEST_F(SettingsFile, ThatCannotBeWrittenIsReportedAndKept)
 {
