@@ -12,7 +12,6 @@
 #include <array>
 #include <cstring>
 #include <functional>
-#include <memory>
 #include <numeric>
 
 namespace zavex::display {
@@ -77,29 +76,19 @@ INSTANTIATE_TEST_SUITE_P(Drivers, Buffers, testing::Bool(), [](const auto& each)
 });
 
 /** The window's left half, its right half, and nothing. */
+// clang-format off
 const std::vector<Point> HALVES = {
-    {-1, -1},
-    {0,  -1},
-    {-1, 1 },
-    {0,  -1},
-    {0,  1 },
-    {-1, 1 },
-    {0,  -1},
-    {1,  -1},
-    {0,  1 },
-    {1,  -1},
-    {1,  1 },
-    {0,  1 },
+    {-1, -1}, {0, -1}, {-1, 1}, {0, -1}, {0, 1}, {-1, 1},
+    {0,  -1}, {1, -1}, {0,  1}, {1, -1}, {1, 1}, {0,  1},
 };
+// clang-format on
 
-struct DrawCase {
+constexpr struct DrawCase {
     const char* name;
     bool indexed;
     int firstIndex, numIndices, firstVertex, numVertices;
     bool left, right; // halves that are drawn
-};
-
-constexpr DrawCase DRAW_CASES[] = {
+} DRAW_CASES[] = {
     {"AllVertices",                false, -1, 0, -1, 0, true,  true },
     {"SomeVertices",               false, -1, 0, 6,  6, false, true },
     {"NoVertices",                 false, -1, 0, 3,  0, false, false},
@@ -172,15 +161,13 @@ TEST_P(Buffers, UploadWhatWasLockedForWriting)
     });
 }
 
-struct IndexCase {
+constexpr struct IndexCase {
     const char* name;
     IBO::Format format;
     IBO::Format source;
     int offset;
     std::array<std::uint32_t, 3> expected;
-};
-
-constexpr IndexCase INDEX_CASES[] = {
+} INDEX_CASES[] = {
     {"Plain",           IBO::FORMAT_UINT8,  IBO::FORMAT_NONE,  0,     {0, 1, 2}            },
     {"OffsetAlone",     IBO::FORMAT_UINT8,  IBO::FORMAT_UINT8, 7,     {7, 8, 9}            },
     {"WiderWithOffset", IBO::FORMAT_UINT16, IBO::FORMAT_UINT8, 100,   {100, 101, 102}      },
@@ -239,31 +226,25 @@ TEST_P(Buffers, RefuseMisuse)
     const std::string range = "first>=0 && count>=0 && first+count<=mEntities";
     mShapeless.addAttribute(VertexAttribute(0, "place", 0, Variable::TYPE_NONE, 1));
     VBO* const shapeless = mDisplay.createVBO(1, &mShapeless, DisplayGL::MODE_STATIC);
+    // clang-format off
     const struct {
         const char* name;
         std::function<void()> action;
         std::string message;
     } rows[] = {
-        {"NoFlag",         [&] { vertices->lock(false, false, 0, 1); },                              "write || read"            },
-        {"NotLocked",      [&] { vertices->unlock(); },                                              "mMapped!=0"               },
-        {"BeyondTheEnd",   [&] { vertices->lock(true, false, 6, 7); },                               range                      },
-        {"BeforeTheStart", [&] { vertices->replace(-1, 1, HALVES.data()); },                         range                      },
-        {"HugeCount",      [&] { indices->replace(4, 2147483647, nullptr); },                        range                      },
-        {"NegativeCount",  [&] { indices->replace(0, -1, HALVES.data(), 1, IBO::FORMAT_UINT8); },
-         "count>=0"                                                                                                             },
-        {"NoFormat",       [&] { mDisplay.createIBO(1, IBO::FORMAT_NONE, DisplayGL::MODE_STATIC); },
-         "mFormat!=FORMAT_NONE"                                                                                                 },
-        {"NoMode",         [&] { mDisplay.draw(DisplayGL::DRAW_NONE, -1, 0, -1, 0); },
-         "outerMode!=DisplayGL::DRAW_NONE"                                                                                      },
-        {"NothingToDraw",  [&] { mDisplay.draw(DisplayGL::DRAW_LINES, -1, 0, -1, 0); },
-         "mCurrentVBO!=0"                                                                                                       },
-        {"NoType",         [&] { mDisplay.setVBO(shapeless); },                                      "attribute.type!=TYPE_NONE"},
-        {"Locked",
-         [&] {
-             vertices->lock(true, false, -1, 0);
-             vertices->lock(true, false, 0, 1);
-         },                                                                                          "mMapped==0"               },
+        {"NoFlag",         [&] { vertices->lock(false, false, 0, 1); }, "write || read"},
+        {"NotLocked",      [&] { vertices->unlock(); }, "mMapped!=0"},
+        {"BeyondTheEnd",   [&] { vertices->lock(true, false, 6, 7); }, range},
+        {"BeforeTheStart", [&] { vertices->replace(-1, 1, HALVES.data()); }, range},
+        {"HugeCount",      [&] { indices->replace(4, 2147483647, nullptr); }, range},
+        {"NegativeCount",  [&] { indices->replace(0, -1, HALVES.data(), 1, IBO::FORMAT_UINT8); }, "count>=0"},
+        {"NoFormat",       [&] { mDisplay.createIBO(1, IBO::FORMAT_NONE, DisplayGL::MODE_STATIC); }, "mFormat!=FORMAT_NONE"},
+        {"NoMode",         [&] { mDisplay.draw(DisplayGL::DRAW_NONE, -1, 0, -1, 0); }, "outerMode!=DisplayGL::DRAW_NONE"},
+        {"NothingToDraw",  [&] { mDisplay.draw(DisplayGL::DRAW_LINES, -1, 0, -1, 0); }, "mCurrentVBO!=0"},
+        {"NoType",         [&] { mDisplay.setVBO(shapeless); }, "attribute.type!=TYPE_NONE"},
+        {"Locked",         [&] { vertices->lock(true, false, -1, 0), vertices->lock(true, false, 0, 1); }, "mMapped==0"},
     };
+    // clang-format on
     for (const auto& row : rows)
         EXPECT_NE(thrownMessage(row.action).find(row.message), std::string::npos) << row.name;
     EXPECT_NE(thrownMessage([&] {

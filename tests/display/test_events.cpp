@@ -127,25 +127,6 @@ TEST_F(Events, AnswersStopDeliveryAndEndTheProgram)
     }
 }
 
-TEST(EventsWaitingDisplay, ADirtyAnswerIsDrawn)
-{
-    DisplayGLFW display;
-    display::WindowMode mode = smallMode();
-    mode.fpsMode = display::WindowMode::FPS_EVENT;
-    display.open(mode);
-    Protocol protocol;
-    Recorder recorder{"it", protocol};
-    recorder.attachToDisplay(&display);
-    display.update();
-    display.setDirty(false);
-    protocol.clear();
-
-    recorder.answer("keydown", Listener::DIRTY);
-    display.onKey(GLFW_KEY_F1, GLFW_PRESS);
-    display.update();
-    EXPECT_EQ(protocol, (Protocol{"it keydown", "it draw"}));
-}
-
 TEST_F(Events, NothingIsDeliveredWithoutAWindow)
 {
     mDisplay.close();
@@ -286,32 +267,18 @@ TEST(DoubleClick, IsTheSecondOfTwoQuickClicksWithoutMotion)
 
 TEST_F(Events, KeysOfTheLibraryHaveTheirOwnKeys)
 {
+    // clang-format off
     const std::pair<int, int> cases[] = {
-        {GLFW_KEY_TAB,        display::KEY_TAB      },
-        {GLFW_KEY_BACKSPACE,  display::KEY_BACKSPACE},
-        {GLFW_KEY_INSERT,     293                   },
-        {GLFW_KEY_DELETE,     294                   },
-        {GLFW_KEY_UP,         283                   },
-        {GLFW_KEY_DOWN,       284                   },
-        {GLFW_KEY_LEFT,       285                   },
-        {GLFW_KEY_RIGHT,      286                   },
-        {GLFW_KEY_PAGE_UP,    295                   },
-        {GLFW_KEY_PAGE_DOWN,  296                   },
-        {GLFW_KEY_HOME,       297                   },
-        {GLFW_KEY_END,        298                   },
-        {GLFW_KEY_F1,         258                   },
-        {GLFW_KEY_F25,        282                   },
-        {GLFW_KEY_KP_0,       299                   },
-        {GLFW_KEY_KP_9,       308                   },
-        {GLFW_KEY_KP_DECIMAL, 313                   },
-        {GLFW_KEY_KP_EQUAL,   314                   },
-        {GLFW_KEY_KP_ENTER,   315                   },
-        {GLFW_KEY_SPACE,      display::KEY_SPACE    },
-        {GLFW_KEY_A,          display::KEY_a        },
-        {GLFW_KEY_COMMA,      display::KEY_COMMA    },
-        {GLFW_KEY_CAPS_LOCK,  -1                    },
-        {GLFW_KEY_UNKNOWN,    -1                    },
+        {GLFW_KEY_TAB, display::KEY_TAB}, {GLFW_KEY_BACKSPACE, display::KEY_BACKSPACE},
+        {GLFW_KEY_INSERT, 293}, {GLFW_KEY_DELETE, 294}, {GLFW_KEY_UP, 283}, {GLFW_KEY_DOWN, 284},
+        {GLFW_KEY_LEFT, 285}, {GLFW_KEY_RIGHT, 286}, {GLFW_KEY_PAGE_UP, 295},
+        {GLFW_KEY_PAGE_DOWN, 296}, {GLFW_KEY_HOME, 297}, {GLFW_KEY_END, 298}, {GLFW_KEY_F1, 258},
+        {GLFW_KEY_F25, 282}, {GLFW_KEY_KP_0, 299}, {GLFW_KEY_KP_9, 308},
+        {GLFW_KEY_KP_DECIMAL, 313}, {GLFW_KEY_KP_EQUAL, 314}, {GLFW_KEY_KP_ENTER, 315},
+        {GLFW_KEY_SPACE, display::KEY_SPACE}, {GLFW_KEY_A, display::KEY_a},
+        {GLFW_KEY_COMMA, display::KEY_COMMA}, {GLFW_KEY_CAPS_LOCK, -1}, {GLFW_KEY_UNKNOWN, -1},
     };
+    // clang-format on
     for (const auto& [libraryKey, key] : cases) {
         press(libraryKey);
         EXPECT_EQ(mA.mKey.key, key) << libraryKey;

@@ -133,17 +133,15 @@ TEST_F(FontTest, MeasuresInPartsOfTheWindow)
 }
 
 /** Where the text "LI" is drawn: its L fills a cell, its I is a bar. */
-struct PlaceCase {
+// The text is 22 units long; its second cell begins 17 units after the first.
+constexpr struct PlaceCase {
     const char* name;
     Font::Alignment alignment;
     Vector3f origin;
     Vector2f scale;
     float left; // of the L
     float bar;  // left edge of the I's bar
-};
-
-// The text is 22 units long; its second cell begins 17 units after the first.
-constexpr PlaceCase PLACES[] = {
+} PLACES[] = {
     {"LeftStartsAtTheOrigin", Font::ALIGN_LEFT,   {0, 0, 0},   {1, 1}, 0,   19},
     {"RightEndsAtTheOrigin",  Font::ALIGN_RIGHT,  {0, 0, 0},   {1, 1}, -22, -3},
     {"CentreIsSymmetric",     Font::ALIGN_CENTER, {0, 0, 0},   {1, 1}, -11, 8 },
@@ -176,15 +174,13 @@ TEST_F(FontTest, PlaceIsWhereTheAlignmentPutsIt)
     }
 }
 
-struct BoundsCase {
+constexpr struct BoundsCase {
     const char* name;
     const char* text;
     Font::Alignment alignment;
     Vector2f scale;
     mathbase::Box2 expected;
-};
-
-constexpr BoundsCase BOUNDS[] = {
+} BOUNDS[] = {
     {"Empty",              "",   Font::ALIGN_LEFT,  {1, 1},  {0, 0, 0, 0}    },
     {"FaintPixelsCount",   "g",  Font::ALIGN_LEFT,  {1, 1},  {0, 0, 9, 4}    },
     {"YDownwards",         "g",  Font::ALIGN_LEFT,  {1, -1}, {0, -4, 9, 0}   },
@@ -199,26 +195,6 @@ TEST_F(FontTest, BoundsATextByItsInk)
         mFont.setAlignment(row.alignment);
         EXPECT_EQ(mFont.getBounds(row.text, row.scale), row.expected) << row.name;
     }
-}
-
-TEST_F(FontTest, FillsThroughASolidPointOfItsSheet)
-{
-    ASSERT_TRUE(mFont.getSolid().has_value());
-    const Font::Solid solid = *mFont.getSolid();
-    const Vector4f color(0.2f, 0.4f, 0.6f, 1.0f);
-    const Picture picture = pictureOf([&] {
-        mDisplay->setTexture(solid.texture, 0);
-        Draw::setTexturing(true);
-        Draw::setBlending(true);
-        Draw::drawQuad({
-            {{-40, -30, 0}, solid.texcoord, color},
-            {{40, -30, 0},  solid.texcoord, color},
-            {{40, 30, 0},   solid.texcoord, color},
-            {{-40, 30, 0},  solid.texcoord, color},
-        });
-    });
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 39, HEIGHT / 2), 0x336699u);
-    EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 39, HEIGHT / 2 + 29), 0x336699u);
 }
 
 TEST_F(FontTest, RoundsGlyphsToWholeUnits)
@@ -326,14 +302,6 @@ TEST_F(FontTest, SaysWhatItCannotLoad)
               }),
               "Cannot load font from 'sheet.png', no archive added to the display!");
     EXPECT_EQ(test::thrownMessage([] { Font(nullptr); }), "display");
-}
-
-TEST_F(FontTest, DrawsNothingWithoutASheet)
-{
-    const unsigned long arrays = Immediate::live().drawnArrays();
-    Font(&*mDisplay).draw("I", {1, 1}, {1, 1, 1, 1});
-    Draw::flush();
-    EXPECT_EQ(Immediate::live().drawnArrays(), arrays);
 }
 
 TEST_F(FontTest, GivesItsSheetBackAfterDrawingWhatWaits)

@@ -54,13 +54,5 @@ TEST_F(PictureTest, LeavesTheActualPictureBehindOnFailure)
     EXPECT_TRUE(std::filesystem::exists(mFolders.actual + "/missing.png"));
 }
 
-TEST_F(PictureTest, ReplacesTheStoredPictureWhenAsked)
-{
-    setenv("CADENZA_UPDATE_PICTURES", "1", 1);
-    EXPECT_TRUE(looksLike(grey(3, 2, 90), "one", {}, mFolders));
-    unsetenv("CADENZA_UPDATE_PICTURES");
-    EXPECT_TRUE(looksLike(grey(3, 2, 90), "one", {}, mFolders));
-}
-
 } // namespace
 } // namespace zavex::test

@@ -7,7 +7,6 @@
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <utility>
 
 namespace zavex::test {
