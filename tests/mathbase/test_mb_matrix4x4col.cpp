@@ -1,7 +1,6 @@
 #include "mathbase/mb_matrix4x4col.h"
 
 #include "near.h"
-#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -34,17 +33,13 @@ Matrix4x4Col built(const Build& build)
     return matrix;
 }
 
-struct PointCase {
+// clang-format off
+const struct PointCase {
     const char* name;
     Build build;
     Vector3f point;
     Vector3f expected;
-
-    friend void PrintTo(const PointCase& each, std::ostream* out) { *out << each.name; }
-};
-
-// clang-format off
-const PointCase POINT_CASES[] = {
+} POINT_CASES[] = {
     {"ScaleEvenly", [](auto& m) { m.setScale(2.0f); }, {1, 2, 3}, {2, 4, 6}},
     {"Scale", [](auto& m) { m.setScale(SCALE); }, {1, 2, 3}, {2, 1, -12}},
     {"ScaleKeepsItsCenter", [](auto& m) { m.setScale(SCALE, POSITION); }, POSITION, POSITION},
@@ -81,28 +76,23 @@ const PointCase POINT_CASES[] = {
 };
 // clang-format on
 
-class MatrixBuilder : public testing::TestWithParam<PointCase> {};
-
-TEST_P(MatrixBuilder, OverwritesAllElementsAndMovesAPoint)
+TEST(MatrixBuilder, OverwritesAllElementsAndMovesAPoint)
 {
-    const Matrix4x4Col matrix = built(GetParam().build);
-    for (const float element : matrix.mData)
-        EXPECT_FALSE(std::isnan(element));
-    EXPECT_TRUE(isNear(matrix.multiply(GetParam().point), GetParam().expected));
+    for (const PointCase& row : POINT_CASES) {
+        SCOPED_TRACE(row.name);
+        const Matrix4x4Col matrix = built(row.build);
+        for (const float element : matrix.mData)
+            EXPECT_FALSE(std::isnan(element));
+        EXPECT_TRUE(isNear(matrix.multiply(row.point), row.expected));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, MatrixBuilder, testing::ValuesIn(POINT_CASES), test::caseName);
-
-struct InverseCase {
+// clang-format off
+const struct InverseCase {
     const char* name;
     Build build;
     Build inverse;
-
-    friend void PrintTo(const InverseCase& each, std::ostream* out) { *out << each.name; }
-};
-
-// clang-format off
-const InverseCase INVERSE_CASES[] = {
+} INVERSE_CASES[] = {
     {"Prs",
      [](auto& m) { m.buildPRS(POSITION, ROTATION, SCALE); },
      [](auto& m) { m.buildPRSinverse(POSITION, ROTATION, SCALE); }},
@@ -127,17 +117,16 @@ const InverseCase INVERSE_CASES[] = {
 };
 // clang-format on
 
-class MatrixInverse : public testing::TestWithParam<InverseCase> {};
-
-TEST_P(MatrixInverse, MultipliesToTheIdentityOnBothSides)
+TEST(MatrixInverse, MultipliesToTheIdentityOnBothSides)
 {
-    const Matrix4x4Col matrix = built(GetParam().build);
-    const Matrix4x4Col inverse = built(GetParam().inverse);
-    EXPECT_TRUE(isNear(matrix * inverse, {}));
-    EXPECT_TRUE(isNear(inverse * matrix, {}));
+    for (const InverseCase& row : INVERSE_CASES) {
+        SCOPED_TRACE(row.name);
+        const Matrix4x4Col matrix = built(row.build);
+        const Matrix4x4Col inverse = built(row.inverse);
+        EXPECT_TRUE(isNear(matrix * inverse, {}));
+        EXPECT_TRUE(isNear(inverse * matrix, {}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, MatrixInverse, testing::ValuesIn(INVERSE_CASES), test::caseName);
 
 TEST(Matrix, CameraAtItsTargetIsLoggedAndLooksAlongMinusZ)
 {

@@ -1,7 +1,6 @@
 #include "mathbase/mb_quat.h"
 
 #include "near.h"
-#include "support/case_name.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
@@ -26,20 +25,16 @@ testing::AssertionResult isSame(const Quatf& actual, const Quatf& expected)
     return isNear(components, others, 4, test::ROUNDING);
 }
 
-struct OrderCase {
+// Followed by hand: the last letter's turn comes first. About x: y to z; about y: z to x; about z:
+// x to y.
+constexpr struct OrderCase {
     const char* name;
     RotationOrder order;
     Vector3f turnedX; // where quarter turns about x, y and z take the x, y and z axis
     Vector3f turnedY;
     Vector3f turnedZ;
     RotationOrder inverse;
-
-    friend void PrintTo(const OrderCase& each, std::ostream* out) { *out << each.name; }
-};
-
-// Followed by hand: the last letter's turn comes first. About x: y to z; about y: z to x; about z:
-// x to y.
-constexpr OrderCase ORDER_CASES[] = {
+} ORDER_CASES[] = {
     {"XYZ", RotationOrder::XYZ, Z,  -Y, X,  RotationOrder::ZYX},
     {"XZY", RotationOrder::XZY, Y,  -X, Z,  RotationOrder::YZX},
     {"YXZ", RotationOrder::YXZ, X,  Z,  -Y, RotationOrder::ZXY},
@@ -48,25 +43,27 @@ constexpr OrderCase ORDER_CASES[] = {
     {"ZYX", RotationOrder::ZYX, -Z, Y,  X,  RotationOrder::XYZ},
 };
 
-class EulerOrder : public testing::TestWithParam<OrderCase> {};
-
-TEST_P(EulerOrder, MultipliesTheTurnsAsItsLettersStand)
+TEST(EulerOrder, MultipliesTheTurnsAsItsLettersStand)
 {
-    const Quatf turn(Euler(PI / 2, PI / 2, PI / 2, GetParam().order));
-    EXPECT_TRUE(isNear(turn * X, GetParam().turnedX));
-    EXPECT_TRUE(isNear(turn * Y, GetParam().turnedY));
-    EXPECT_TRUE(isNear(turn * Z, GetParam().turnedZ));
+    for (const OrderCase& row : ORDER_CASES) {
+        SCOPED_TRACE(row.name);
+        const Quatf turn(Euler(PI / 2, PI / 2, PI / 2, row.order));
+        EXPECT_TRUE(isNear(turn * X, row.turnedX));
+        EXPECT_TRUE(isNear(turn * Y, row.turnedY));
+        EXPECT_TRUE(isNear(turn * Z, row.turnedZ));
+    }
 }
 
-TEST_P(EulerOrder, IsUndoneByItsInverseWithOppositeAngles)
+TEST(EulerOrder, IsUndoneByItsInverseWithOppositeAngles)
 {
-    EXPECT_TRUE(GetParam().order.getInverse() == GetParam().inverse);
-    const Quatf turn(Euler(0.3f, -1.1f, 2.0f, GetParam().order));
-    const Quatf back(Euler(-0.3f, 1.1f, -2.0f, GetParam().inverse));
-    EXPECT_TRUE(isSame(turn * back, {}));
+    for (const OrderCase& row : ORDER_CASES) {
+        SCOPED_TRACE(row.name);
+        EXPECT_TRUE(row.order.getInverse() == row.inverse);
+        const Quatf turn(Euler(0.3f, -1.1f, 2.0f, row.order));
+        const Quatf back(Euler(-0.3f, 1.1f, -2.0f, row.inverse));
+        EXPECT_TRUE(isSame(turn * back, {}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, EulerOrder, testing::ValuesIn(ORDER_CASES), test::caseName);
 
 TEST(Quat, KeepsItsRotationForAnOrderThatIsNone)
 {

@@ -82,13 +82,11 @@ TEST(Document, BuiltInMemoryHasNoDeclaration)
                                "</demo>\n");
 }
 
-struct RewriteCase {
+constexpr struct RewriteCase {
     const char* name;
     const char* text;
     const char* expected;
-};
-
-constexpr RewriteCase CONTENTS[] = {
+} CONTENTS[] = {
     {"RootWithoutContent",                              "",                             ""                           },
     {"ElementWithoutContentIsShortened",                "<b>\n</b>",                    "<b/>\n"                     },
     {"EmptyElementNamedAsItsParentEndsIt",              "<a/>",                         ""                           },
