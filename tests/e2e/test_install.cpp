@@ -29,7 +29,8 @@ protected:
         runProgram({"chmod", "-R", "a-w", mPlace.path(SHOW)}, {});
         fs::create_directory(mPlace.path("a home"));
     }
-    ~Installed() override { allowWriting(); }
+
+    void TearDown() override { allowWriting(); }
 
     void allowWriting() { runProgram({"chmod", "-R", "u+w", mPlace.path(SHOW)}, {}); }
 
@@ -73,13 +74,18 @@ TEST_F(Installed, TheShowIsEditedInACopyThatIsRenewedUntilThen)
     EXPECT_NE(launch("a home", 0).find("was edited"), std::string::npos);
     EXPECT_EQ(mPlace.read(SCRIPT), edited);
     EXPECT_EQ(mPlace.read(COPY + "/plasma/later.txt"), "later");
+
+    // A renewal that was cut short had put the copy aside.
+    fs::rename(mPlace.path(COPY), mPlace.path(COPY + "/../.afterglow.x.old"));
+    launch("a home", 0);
+    EXPECT_EQ(mPlace.read(SCRIPT), edited);
 }
 
 TEST_F(Installed, WithoutAPlaceForTheCopyTheLauncherSaysSoInOneLine)
 {
     mPlace.write("no home", "");
     const std::string said = launch("no home", 1);
-    EXPECT_TRUE(said.starts_with("afterglow: there is no working copy in ")) << said;
+    EXPECT_TRUE(said.starts_with("afterglow: cannot make the working copy ")) << said;
     EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
 }
 
