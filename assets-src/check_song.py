@@ -4,7 +4,6 @@
 Prints a table and ends with 1 if a figure is out of bounds. Needs what song.py needs.
 """
 
-import pathlib
 import re
 import subprocess
 import sys
@@ -17,18 +16,24 @@ import song
 BANDS = (20, 120, 500, 2000, 8000, 14000, 22050)  # Hz
 FRAME = 512  # sample frames under the onset detector
 HOP = 44  # sample frames between two looks of the onset detector, 1 ms
+RISE = 10  # hops over which the spectrum brightens at an onset
+APART = 91  # hops in which only the steepest rise counts
+STEEP = 0.15  # rise of an onset, mean decades over its band
 FLOOR = 0.003  # amplitude of a line of the spectrum that counts as silence
 STRAY = 0.010  # seconds that an onset may be off its beat
 
 
-def ffmpeg(file, *output):
-    return subprocess.run(["ffmpeg", "-nostdin", "-hide_banner", "-nostats", "-i", file, *output], capture_output=True,
-                          check=True)
+def ffmpeg(*output):
+    run = subprocess.run(["ffmpeg", "-nostdin", "-hide_banner", "-nostats", "-i", song.FILE, *output],
+                         capture_output=True)
+    if run.returncode:
+        sys.exit(f"check_song.py: {run.stderr.decode().splitlines()[-1]}")
+    return run
 
 
-def loudness(file):
+def loudness():
     """Momentary loudness as (seconds, LUFS) rows, then integrated loudness, range and true peak."""
-    text = ffmpeg(file, "-filter_complex", "ebur128=peak=true", "-f", "null", "-").stderr.decode()
+    text = ffmpeg("-filter_complex", "ebur128=peak=true", "-f", "null", "-").stderr.decode()
     moments = np.array(re.findall(r"t: *([\d.]+) .*?M: *(-[\d.]+)", text), dtype=float)
     summary = text[text.rindex("Summary:"):]
     return moments, *(float(re.search(label + r": +(-?[\d.]+)", summary)[1]) for label in ("I", "LRA", "Peak"))
@@ -40,8 +45,8 @@ def onsets(sound, low, high):
     bins = slice(low * FRAME // song.RATE, high * FRAME // song.RATE + 1)
     levels = np.concatenate([np.log10(np.abs(np.fft.rfft(some * np.hanning(FRAME))[:, bins]) * 4 / FRAME + FLOOR)
                              for some in np.array_split(frames, 40)])
-    flux = np.maximum(levels[10:] - levels[:-10], 0).mean(axis=1)
-    return (np.flatnonzero((flux == maximum_filter1d(flux, 91)) & (flux > 0.15)) + 10) * HOP / song.RATE
+    flux = np.maximum(levels[RISE:] - levels[:-RISE], 0).mean(axis=1)
+    return (np.flatnonzero((flux == maximum_filter1d(flux, APART)) & (flux > STEEP)) + RISE) * HOP / song.RATE
 
 
 def strays(found, due):
@@ -56,10 +61,9 @@ def latency(sound, low, high):
 
 
 def main():
-    file = sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo" / "afterglow.ogg"
-    raw = ffmpeg(file, "-f", "f32le", "-").stdout
+    raw = ffmpeg("-f", "f32le", "-").stdout
     sound = np.frombuffer(raw, "<f4").reshape(-1, 2).T.astype(float)
-    moments, integrated, spread, peak = loudness(file)
+    moments, integrated, spread, peak = loudness()
     faults = []
 
     def verdict(text, good):

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Draws the show's icon into packaging/icons: a glowing curve with its keys, at each size of the desktop's theme.
 
-Needs python3-pil.
+Needs python3-pil and fonts-inter.
 """
 
 import math
@@ -9,13 +9,13 @@ import pathlib
 
 from PIL import Image, ImageChops, ImageDraw, ImageFilter
 
+from pictures import AMBER, CYAN
+
 ICONS = pathlib.Path(__file__).resolve().parent.parent / "packaging" / "icons"
 SIZES = (48, 128, 256)
 CANVAS = 1024  # drawn once, then made smaller
-CORNER = 200
+CORNER = 200  # radius, pixels of the canvas
 INDIGO = (0x14, 0x10, 0x2E)
-CYAN = (0x38, 0xD6, 0xFF)
-AMBER = (0xFF, 0x9A, 0x3C)
 BLACK = (0, 0, 0)
 LEFT, RIGHT = 130, CANVAS - 130
 KEYS = (0.0, 0.5, 1.0)  # along the curve

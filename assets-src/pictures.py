@@ -7,10 +7,10 @@ two in both directions, so that building mipmaps never resamples them. Needs pyt
 
 import pathlib
 import random
-import sys
 
 from PIL import Image, ImageChops, ImageDraw, ImageFilter, ImageFont
 
+DEMO = pathlib.Path(__file__).resolve().parent.parent / "demo"
 FONTS = pathlib.Path("/usr/share/fonts/opentype/inter")
 WHITE = (255, 255, 255)
 CYAN = (0x38, 0xD6, 0xFF)
@@ -216,16 +216,15 @@ def emblem():
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
     for name, make in (("intro", title), ("intro2", maker), ("invites", invitation)):
-        make().save(folder / "plasma" / f"{name}.png")
+        make().save(DEMO / "plasma" / f"{name}.png")
     for word, line in CREDITS.items():
-        credit(word, line).save(folder / "creds" / f"{word}.png")
-    greetings_lines().save(folder / "lightspeed" / "greets.png")
-    greetings().save(folder / "lightspeed" / "greetings.png")
-    threads().save(folder / "volumetric" / "threads.png")
-    end_picture().save(folder / "ascii" / "ascii.png")
-    emblem().save(folder / "gallery.png")
+        credit(word, line).save(DEMO / "creds" / f"{word}.png")
+    greetings_lines().save(DEMO / "lightspeed" / "greets.png")
+    greetings().save(DEMO / "lightspeed" / "greetings.png")
+    threads().save(DEMO / "volumetric" / "threads.png")
+    end_picture().save(DEMO / "ascii" / "ascii.png")
+    emblem().save(DEMO / "gallery.png")
 
 
 if __name__ == "__main__":

@@ -6,9 +6,9 @@ usual way to change the show; this program is how its first version was laid on 
 """
 
 import pathlib
-import sys
 
 import song
+from song import CUT, DROP, IMPACT, RESOLVE
 
 BAR = song.BAR  # seconds
 BEAT = BAR / 4
@@ -51,8 +51,7 @@ def shown(level, first, last, fade=0.5):
 
 def kicks(first, last, start=0):
     """The beats with a kick from bar `first` until bar `last`, in bars after bar `start`."""
-    bars = [time / BAR for time, _ in song.strokes("kick")]
-    return [bar - start for bar in bars if first <= bar < last and bar * 4 % 1 == 0]
+    return [bar - start for bar in song.kicks(first, last)]
 
 
 NEAR = 0.002  # bars between two keys that make a jump
@@ -71,9 +70,6 @@ def pulses(base, peak, times, fall=0.22):
         keys += [(time - NEAR, base), (time, peak), (time + fall, base)]
     return keys
 
-
-# The song's sections, in bars.
-DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90
 
 PLASMA_SPAN = {"span": CUT * BAR}
 PLASMA = [
@@ -189,10 +185,10 @@ def document(name, plugins):
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
-    (folder / "script").mkdir(parents=True, exist_ok=True)
+    folder = pathlib.Path(__file__).resolve().parent.parent / "demo" / "script"
+    folder.mkdir(exist_ok=True)
     for name, plugins in EFFECTS.items():
-        (folder / "script" / f"{name}.xml").write_text(document(name, plugins), newline="\n")
+        (folder / f"{name}.xml").write_text(document(name, plugins), newline="\n")
 
 
 if __name__ == "__main__":

@@ -11,12 +11,12 @@ a step is a sixteenth.
 import functools
 import pathlib
 import subprocess
-import sys
 
 import numpy as np
 from scipy.ndimage import uniform_filter1d
 from scipy.signal import butter, oaconvolve, resample_poly, sosfilt
 
+FILE = pathlib.Path(__file__).resolve().parent.parent / "demo" / "afterglow.ogg"
 RATE = 44100
 BPM = 128
 STEP = 15 / BPM  # seconds
@@ -29,7 +29,9 @@ DRIVE = 10 ** (-2.2 / 20)  # into the limiter; sets the loudness
 
 # ---- Score ------------------------------------------------------------------------------------------------------
 
-SECTIONS = (  # first bar, what is heard: the map for pictures and for check_song.py
+DROP, CUT, IMPACT, RESOLVE = 16, 32, 64, 90  # bars on which everything turns, the pictures too
+
+SECTIONS = (  # first bar, what is heard: the table of check_song.py
     (0, "pad and pulse"), (4, "arpeggio"), (8, "kick"), (12, "bass, hats"), (16, "drop"), (20, "drop, answer"),
     (24, "drop, octave"), (28, "drop, climb"), (32, "breakdown"), (36, "piano"), (40, "choir"), (44, "pulse"),
     (48, "rising"), (52, "kick, muffled"), (56, "build"), (60, "riser"), (64, "finale"), (68, "finale, answer"),
@@ -181,6 +183,12 @@ def strokes(name):
     return [(step * STEP, int(symbol) / 9) for step, symbol in steps(PATTERNS[name])]
 
 
+def kicks(first, last):
+    """Beats with a kick from bar `first` until bar `last`, in bars."""
+    bars = [time / BAR for time, _ in strokes("kick")]
+    return [bar for bar in bars if first <= bar < last and bar * 4 % 1 == 0]
+
+
 # ---- Sound ------------------------------------------------------------------------------------------------------
 
 
@@ -252,7 +260,7 @@ def supersaw(note, count, voices, spread, seed):
 
 
 def thump(length, pitch, decay, drop=0.0, speed=0.02, attack=0.001):
-    """A falling sine, the body of every drum: it starts `drop` Hz higher and lands within `speed` seconds."""
+    """A falling sine, the body of all drums but the kick: starts `drop` Hz higher, lands within `speed` seconds."""
     count = int(length * RATE)
     return sine(pitch + fall(count, (drop, speed))) * fall(count, (1, decay)) * ends(count, attack, 0.05)
 
@@ -384,10 +392,10 @@ def riser(length):
     count = int(length * RATE)
     t = seconds(count) / length
     hiss = noise(20, count)
-    swept = sum(bandpass(hiss, (low, low * 1.7)) * np.exp(-((t - at) / 0.13) ** 2)
+    climb = sum(bandpass(hiss, (low, low * 1.7)) * np.exp(-((t - at) / 0.13) ** 2)
                 for at, low in zip(np.linspace(0.0, 1.02, 9), np.geomspace(260, 8300, 9)))
     tone = sine(220 * 4 ** t) + 0.5 * sine(221.5 * 4 ** t)
-    return (swept + 0.18 * tone) * t ** 2 * ends(count, 0.01, 0.02)
+    return (climb + 0.18 * tone) * t ** 2 * ends(count, 0.01, 0.02)
 
 
 def impact():
@@ -602,8 +610,8 @@ def master(mix):
     middle, side = highpass((mix[0] + mix[1]) / 2, 26), highpass((mix[0] - mix[1]) / 2, 150, 4)
     mix = limited(DRIVE * 10 ** (movement(FADER) / 20) * np.stack([middle + side, middle - side]))
     t = seconds(LENGTH)
-    out = np.cos(np.pi / 2 * np.clip((t - 93 * BAR) / (SILENT_FROM - 93 * BAR), 0, 1)) ** 2
-    return mix * np.minimum(t / 0.01, 1) * out * (t < SILENT_FROM)
+    fade = np.cos(np.pi / 2 * np.clip((t - 93 * BAR) / (SILENT_FROM - 93 * BAR), 0, 1)) ** 2
+    return mix * np.minimum(t / 0.01, 1) * fade * (t < SILENT_FROM)
 
 
 def render():
@@ -628,11 +636,10 @@ def render():
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "demo")
     pcm = (render().T * 32767).round().astype("<i2").tobytes()
     subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "s16le", "-ar", str(RATE), "-ac", "2", "-i", "-",
                     "-map_metadata", "-1", "-fflags", "+bitexact", "-flags", "+bitexact", "-c:a", "libvorbis",
-                    "-q:a", "6", folder / "afterglow.ogg"], input=pcm, check=True)
+                    "-q:a", "6", FILE], input=pcm, check=True)
 
 
 if __name__ == "__main__":
