@@ -31,8 +31,9 @@ function(cadenza_keep_loaded target)
 endfunction()
 
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
-# One executable, registered as one CTest test per GoogleTest case. Tests labelled gl or e2e need
-# the virtual screen that ./test provides: they share its pointer, keys and focus, so one runs at a time.
+# One executable, registered as one CTest test per GoogleTest case. Tests labelled gl share the pointer,
+# keys and focus of the virtual screen that ./test provides; those labelled e2e have screens of their own
+# but wait for what a program does in time. One of them runs at a time.
 # SERIAL lets nothing run beside its cases: they measure time.
 function(cadenza_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LINK;LABELS")

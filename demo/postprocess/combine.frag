@@ -16,10 +16,22 @@ const float GLOW_GAIN = 1.5;
 const float GRAIN = 0.16;      // amplitude of full noise where the picture is half bright
 const float SHOULDER = 0.75;   // brightness from which highlights are rolled off
 
-const vec3 SHADE = vec3(0.30, 0.26, 1.0) ;  // hue that a faint light without one takes: indigo
+const vec3 SHADE = vec3(0.30, 0.26, 1.0);   // hue that a faint light without one takes: indigo
 const vec3 SHINE = vec3(0.22, 0.84, 1.0);   // and a bright one: cyan; the brightest stay white
-const float AMBER = 0.6;                    // green of a warm light, of its red
-const float CORNER = 0.4;                   // of the light is lost in the corners
+const float AMBER = 0.6;                    // share of its red that a warm light has as green
+const float CORNER = 0.4;                   // share of the light that is lost in the corners
+
+// Where a change begins and where it is complete.
+const vec2 SHINES = vec2(0.05, 0.7);   // brightness: from SHADE to SHINE
+const vec2 BURNS = vec2(0.6, 0.88);    // brightness: to white
+const vec2 WARMS = vec2(0.1, 0.5);     // red over blue, of the brightness: to amber
+const vec2 COLOURS = vec2(0.05, 0.4);  // saturation: from toned to as it is
+const vec2 DARKENS = vec2(0.5, 2.0);   // squared distance from the middle; a corner has 2
+
+float ramp(vec2 edges, float x)
+{
+    return smoothstep(edges.x, edges.y, x);
+}
 
 // A hash without sine, so that every driver draws the same grain.
 float noise(vec2 cell, float seed)
@@ -41,16 +53,16 @@ vec3 rollOff(vec3 colour)
     return min(colour, SHOULDER) + (1.0 - SHOULDER) * (1.0 - exp(-over / (1.0 - SHOULDER)));
 }
 
-// Gives light without a hue one of the show's, and makes warm light amber; the other hues stay.
+// Gives light without a hue one of the show's, and makes amber of what has more red than blue.
 vec3 tone(vec3 colour)
 {
     float peak = max(colour.r, max(colour.g, colour.b));
     float low = min(colour.r, min(colour.g, colour.b));
     float hue = (peak - low) / max(peak, 1.0e-4);
-    vec3 tint = mix(SHADE, SHINE, smoothstep(0.05, 0.7, peak));
-    tint = mix(tint, vec3(1.0), smoothstep(0.6, 0.88, peak));
-    colour.g = mix(colour.g, AMBER * colour.r, smoothstep(0.1, 0.5, (colour.r - colour.b) / max(peak, 1.0e-4)));
-    return mix(peak * tint, colour, smoothstep(0.05, 0.4, hue));
+    vec3 tint = mix(SHADE, SHINE, ramp(SHINES, peak));
+    tint = mix(tint, vec3(1.0), ramp(BURNS, peak));
+    colour.g = mix(colour.g, AMBER * colour.r, ramp(WARMS, (colour.r - colour.b) / max(peak, 1.0e-4)));
+    return mix(peak * tint, colour, ramp(COLOURS, hue));
 }
 
 void main()
@@ -58,7 +70,7 @@ void main()
     vec3 colour = texture2D(originalTexture, vec2(position.x, 1.0 - position.y)).rgb;
     colour += GLOW_GAIN * max(glow, 0.0) * texture2D(glowTexture, position).rgb;
     vec2 aside = 2.0 * position - 1.0;
-    colour *= 1.0 - CORNER * smoothstep(0.5, 2.0, dot(aside, aside));
+    colour *= 1.0 - CORNER * ramp(DARKENS, dot(aside, aside));
     colour = tone(rollOff(max(colour, 0.0)));
 
     // Grain lives in the light; the last term dithers away the banding of eight bits. Both leave

@@ -11,11 +11,11 @@ const float REACH = 9.0;      // distance in which light falls to 1/e
 const float NEAR = 1.5;       // distance within which a body gives less and less light
 const float BRIGHTEST = 4.0;  // of a component of the light; a body at the eye keeps its hue
 
-// The integral of exp(-x / REACH) (1 - exp(-x / NEAR)) from the eye to `distance`.
-float depthOf(float distance)
+// The integral of exp(-x / REACH) (1 - exp(-x / NEAR)) from the eye to `far`.
+float depthOf(float far)
 {
     float both = REACH * NEAR / (REACH + NEAR);
-    return REACH * (1.0 - exp(-distance / REACH)) - both * (1.0 - exp(-distance / both));
+    return REACH * (1.0 - exp(-far / REACH)) - both * (1.0 - exp(-far / both));
 }
 
 void main()

@@ -11,7 +11,8 @@ class Shader;
 namespace zavex::effects {
 
 /**
- * Ends the picture of a frame: shows the shared target with its glow and grain on the screen.
+ * Ends the picture of a frame: shows the shared target with its glow and grain on the screen, in
+ * the tones of the show.
  *
  * Outside its span nothing is shown. Both curves are mapped from [-1, 1] to [0, 1].
  */

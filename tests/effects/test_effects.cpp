@@ -116,7 +116,7 @@ TEST_F(Effects, TheGlowIsWideSmoothAndAroundWhatGlows)
     EXPECT_NEAR(at(glowing, X - 35, 60)[0], at(glowing, X + 35, 60)[0], 4);
 }
 
-TEST_F(Effects, WithoutGlowThePictureIsWhatWasDrawn)
+TEST_F(Effects, WithoutGlowNothingSpreads)
 {
     prepare(mClear, "clear", "");
     preparePostProcess(0.0f, 0.0f);
@@ -125,7 +125,7 @@ TEST_F(Effects, WithoutGlowThePictureIsWhatWasDrawn)
         drawLamp();
     });
     EXPECT_LE(at(plain, 80, 81)[0], 1);
-    EXPECT_GT(at(plain, 80, 60)[0], 215); // highlights are rolled off
+    EXPECT_GT(at(plain, 80, 60)[0], 215); // highlights are rolled off and toned
 }
 
 TEST_F(Effects, LightWithoutAHueTakesOneOfTheShows)
