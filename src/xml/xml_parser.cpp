@@ -139,16 +139,21 @@ void XmlParser::parse(BufferReader& reader)
         throw Exception("Parser has already parsed a xml-file, use clear() first!");
 
     m_metaTag.clear();
+    mHasContentOutside = false;
     XmlTag tag;
     for (tag.parse(reader); tag.getType() != XmlTag::NORMAL; tag.parse(reader)) {
         if (tag.getType() == XmlTag::SPECIAL_QUESTION && tag.getName() == DECLARATION)
             mergeDeclaration(tag);
+        else
+            mHasContentOutside = true;
     }
     if (tag.getClosed())
         throw Exception("Root tag is closed!");
 
     m_root.setTag(tag);
     parseRecurse(reader, createIterator(""));
+    reader.skipWhitespace();
+    mHasContentOutside |= !reader.isEof();
 }
 
 void XmlParser::mergeDeclaration(const XmlTag& declaration)

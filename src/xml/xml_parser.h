@@ -49,6 +49,13 @@ public:
         return m_root.createIterator(criteria);
     }
 
+    /**
+     * Whether the document last read held anything outside its root element that writing it leaves
+     * out: text, comments or declarations before it, `<?xml?>` excepted, or anything but whitespace
+     * behind it. After a `parse` that threw: what was found until then.
+     */
+    bool hasContentOutside() const { return mHasContentOutside; }
+
 private:
     void parseBuffer(const char* data, std::size_t length);
     void parse(BufferReader& reader);
@@ -57,6 +64,7 @@ private:
 
     XmlNode m_root{nullptr}; // the document element itself
     XmlTag m_metaTag;        // the merged <?xml ...?> declarations; nameless when there was none
+    bool mHasContentOutside = false;
 };
 
 } // namespace zavex::xml

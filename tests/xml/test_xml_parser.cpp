@@ -133,6 +133,29 @@ TEST(Document, KeepsWhatWasRead)
         EXPECT_EQ(rewritten(each.text), each.expected) << each.name;
 }
 
+constexpr struct OutsideCase {
+    const char* text;
+    bool expected;
+} OUTSIDE_CASES[] = {
+    {"\n<?xml a=1?>\t<?xml b=1?>\n<a><!-- c --><!b>t<?c?></a> \t\r\n", false},
+    {"<!-- c --><a></a>",                                              true },
+    {"<!DOCTYPE a><a></a>",                                            true },
+    {"<?style?><a></a>",                                               true },
+    {"text <a></a>",                                                   true },
+    {"<a></a>\n<!-- c -->",                                            true },
+    {"<a></a></a>",                                                    true },
+};
+
+TEST(Document, SaysWhetherAnythingStandsOutsideItsRoot)
+{
+    XmlParser parser;
+    for (const OutsideCase& each : OUTSIDE_CASES) {
+        parser.clear();
+        parser.parse(each.text);
+        EXPECT_EQ(parser.hasContentOutside(), each.expected) << each.text;
+    }
+}
+
 struct BrokenCase {
     const char* name;
     const char* text;
