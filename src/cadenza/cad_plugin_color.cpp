@@ -8,7 +8,10 @@
 #include "xml/xml_iterator.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <numeric>
 
 namespace zavex::cadenza {
 
@@ -54,24 +57,21 @@ Color::~Color()
 
 void Color::load(xml::IteratorConst& it)
 {
-    // All tangents at the end: at every key they would take seconds where there are thousands.
-    for (Curve* const curve : {&mR, &mG, &mB})
-        curve->setAutoTangents(false);
+    std::array<std::vector<mathbase::SplineBaseKey<float>>, 3> keys;
     for (xml::IteratorConst key = it.createIterator("key"); ++key;) {
         const float time = key->getValueFloat("time");
-        mR.addKey({time, key->getValueFloat("r"), 0.0f, 0.0f});
-        mG.addKey({time, key->getValueFloat("g"), 0.0f, 0.0f});
-        mB.addKey({time, key->getValueFloat("b"), 0.0f, 0.0f});
+        keys[0].push_back({time, key->getValueFloat("r"), 0.0f, 0.0f});
+        keys[1].push_back({time, key->getValueFloat("g"), 0.0f, 0.0f});
+        keys[2].push_back({time, key->getValueFloat("b"), 0.0f, 0.0f});
     }
-    for (Curve* const curve : {&mR, &mG, &mB}) {
-        curve->setAutoTangents(true);
-        curve->updateTangents(0, 1, 1);
-    }
+    mR.addKeys(keys[0]);
+    mG.addKeys(keys[1]);
+    mB.addKeys(keys[2]);
 }
 
 void Color::save(xml::Iterator& it)
 {
-    for (int i = 0; i < mR.getNumKeys(); ++i) {
+    for (const int i : loadedOrder()) {
         xml::XmlTag key("key");
         key.setValue("time", mR[i].time);
         key.setValue("r", mR[i].value);
@@ -79,6 +79,16 @@ void Color::save(xml::Iterator& it)
         key.setValue("b", mB[i].value);
         it.addChild(key);
     }
+}
+
+/** The keys as they will stand when they are loaded; a drag may have left them out of order. */
+std::vector<int> Color::loadedOrder() const
+{
+    std::vector<int> order(static_cast<std::size_t>(mR.getNumKeys()));
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(
+        order, [this](int first, int second) { return Curve::isEarlier(mR[first], mR[second]); });
+    return order;
 }
 
 void Color::setupControl(float width)

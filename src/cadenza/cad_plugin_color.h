@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zavex::cadenza {
 
@@ -18,7 +19,9 @@ namespace zavex::cadenza {
  * end, and the lane that edits it. Kept as three curves whose keys have the same times in the same
  * order.
  *
- * In a script file `<key time="0.5" r="1" g="0.5" b="0"/>`.
+ * In a script file `<key time="0.5" r="1" g="0.5" b="0"/>`, in the order of time: keys that a drag
+ * left out of order are written as they will stand when they are loaded. Keys at one time keep
+ * their order.
  *
  * The lane shows the gradient in swatches and a round marker for each key. A left press on a key
  * drags it. Across a neighbour the drag goes on with the neighbour, so that the colours keep their
@@ -66,6 +69,7 @@ public:
 private:
     using Curve = mathbase::SplineFloat;
 
+    std::vector<int> loadedOrder() const;
     bool isKey(std::int32_t index) const;
     mathbase::Vector3f colorAt(float position) const;
     float positionOf(float x);

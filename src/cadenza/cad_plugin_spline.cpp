@@ -5,6 +5,7 @@
 #include "xml/xml_iterator.h"
 
 #include <string_view>
+#include <vector>
 
 namespace zavex::cadenza {
 
@@ -47,14 +48,10 @@ Spline::Spline() : PluginBase("spline"), mSpline(Curve::SMOOTH, true)
 
 void Spline::load(xml::IteratorConst& it)
 {
-    // All tangents at the end: at every key they would take seconds where there are thousands.
-    const int before = mSpline.getNumKeys();
-    mSpline.setAutoTangents(false);
+    std::vector<mathbase::SplineBaseKey<float>> keys;
     for (xml::IteratorConst key = it.createIterator("key"); ++key;)
-        mSpline.addKey({key->getValueFloat("time"), key->getValueFloat("value"), 0.0f, 0.0f});
-    mSpline.setAutoTangents(true);
-    if (mSpline.getNumKeys() != before)
-        mSpline.updateTangents(before, 1, 1);
+        keys.push_back({key->getValueFloat("time"), key->getValueFloat("value"), 0.0f, 0.0f});
+    mSpline.addKeys(keys);
 
     for (xml::IteratorConst modes = it.createIterator("attributes"); ++modes;) {
         mSpline.setInterpolation(interpolationMode(modes->getValue("type")));

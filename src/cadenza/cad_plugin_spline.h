@@ -16,8 +16,9 @@ namespace zavex::cadenza {
  *     <key time="0.5" value="1"/>
  *
  * "type" is "square", "linear" or "smooth"; "before" and "after" are "constant", "repeat" or "add".
- * Tangents are not stored. The modes are set after the keys were added and recompute nothing, so
- * loaded keys have the tangents of the modes before.
+ * Keys at one time keep the order of the file, so that a hard cut stays one. Tangents are not
+ * stored. The modes are set after the keys were added and recompute nothing, so loaded keys have
+ * the tangents of the modes before.
  */
 class Spline final : public PluginBase, public vellum::Spline {
 public:

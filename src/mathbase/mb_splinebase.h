@@ -80,6 +80,20 @@ public:
      */
     int addKey(const Key& key);
 
+    /**
+     * Inserts copies of all `keys`, each behind every key that is not later: those that stand at
+     * one time keep the order in which they come. Times that are no numbers go to the end.
+     * Recomputes the curve once; nothing happens without keys.
+     */
+    void addKeys(const std::vector<Key>& keys);
+
+    /** Whether `first` stands before `second`; a time that is no number is later than all others.
+     */
+    static bool isEarlier(const Key& first, const Key& second)
+    {
+        return first.time < second.time || (!std::isnan(first.time) && std::isnan(second.time));
+    }
+
     /** Removes a key. Throws `Exception` when there is no key `index`. */
     void removeKey(int index);
 
@@ -207,6 +221,18 @@ int SplineBase<T, Key>::addKey(const Key& key)
     mKeys.insert(mKeys.begin() + index, key);
     updateTangents(index, 1, 1);
     return index;
+}
+
+template <typename T, typename Key>
+void SplineBase<T, Key>::addKeys(const std::vector<Key>& keys)
+{
+    if (keys.empty())
+        return;
+    mLastUsedKey = -1;
+    const int added = getNumKeys();
+    mKeys.insert(mKeys.end(), keys.begin(), keys.end());
+    std::ranges::stable_sort(mKeys, isEarlier);
+    updateTangents(added, 1, 1);
 }
 
 template <typename T, typename Key>

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
+#include <random>
 #include <string>
 
 namespace zavex::cadenza {
@@ -25,12 +27,18 @@ const std::string FULL = "<effect>\n"
                          "\t\t<attributes type=\"linear\" before=\"constant\" after=\"add\"/>\n"
                          "\t\t<key time=\"0\" value=\"0\"/>\n"
                          "\t\t<key time=\"0.277778\" value=\"-1\"/>\n"
+                         "\t\t<key time=\"0.277778\" value=\"0.5\"/>\n"
+                         "\t\t<key time=\"0.277778\" value=\"0.25\"/>\n"
+                         "\t\t<key time=\"1\" value=\"0\"/>\n"
+                         "\t\t<key time=\"1\" value=\"1\"/>\n"
                          "\t</plugin>\n"
                          "\t<plugin type=\"trigger\" name=\"beat\">\n"
                          "\t\t<action start=\"15\" delay=\"0.46875\" repeat=\"31\"/>\n"
                          "\t\t<action start=\"0\" delay=\"0.01\" repeat=\"0\"/>\n"
                          "\t</plugin>\n"
                          "\t<plugin type=\"color\" name=\"color\">\n"
+                         "\t\t<key time=\"0.5\" r=\"1\" g=\"0\" b=\"0\"/>\n"
+                         "\t\t<key time=\"0.5\" r=\"0\" g=\"0\" b=\"1\"/>\n"
                          "\t\t<key time=\"0.888889\" r=\"1.1\" g=\"0.672941\" b=\"1e-05\"/>\n"
                          "\t</plugin>\n"
                          "</effect>\n";
@@ -66,6 +74,49 @@ TEST_F(EffectScript, IsSavedAsItWasLoaded)
     EXPECT_TRUE(effect.getInactive());
     EXPECT_EQ(test::countLogged("log", "effect::load: filename: script/probe.it.xml\n"), 1);
     EXPECT_EQ(test::countLogged("log", "effect::save: filename: script/probe.it.xml\n"), 1);
+}
+
+/** A number that scripts are likely to hold, of few different ones, and some that hardly differ. */
+std::string anyNumber(std::mt19937& random)
+{
+    constexpr const char* numbers[] = {"0",    "0.25",     "0.5",      "0.5", "-1",
+                                       "1e-5", "0.333333", "0.333333", "1",   "nan"};
+    return numbers[random() % std::size(numbers)];
+}
+
+/** Keys of each kind in any order, many of them at one time. */
+std::string anyScript(std::mt19937& random)
+{
+    std::string curve = R"(<effect><plugin name="curve"><attributes type="linear"/>)";
+    std::string color = R"(</plugin><plugin name="color">)";
+    for (auto keys = random() % 9; keys > 0; --keys) {
+        const auto value = [&random] { return "='" + anyNumber(random) + "' "; };
+        curve += "<key time" + value() + "value" + value() + "/>";
+        color += "<key time" + value() + "r" + value() + "g" + value() + "b" + value() + "/>";
+    }
+    return curve + color + R"(</plugin><plugin name="beat"><action/></plugin></effect>)";
+}
+
+/** What a run makes of a script that it loads and saves. */
+std::string savedAgain(const std::string& script)
+{
+    writeText(SCRIPT, script);
+    ProbeEffect loaded;
+    loaded.setIdentity("probe", "it");
+    loaded.load(nullptr);
+    loaded.save();
+    return readText(SCRIPT);
+}
+
+TEST_F(EffectScript, KeepsTheOrderOfKeysAtOneTime)
+{
+    std::mt19937 random(12);
+    for (int turn = 0; turn < 200; ++turn) {
+        const std::string script = anyScript(random);
+        SCOPED_TRACE(script);
+        const std::string saved = savedAgain(script);
+        ASSERT_EQ(savedAgain(saved), saved);
+    }
 }
 
 TEST_F(EffectScript, ThatIsMissingChangesNothingAndIsMadeBySaving)

@@ -88,19 +88,6 @@ TEST(Spline, WithoutWidthShowsItsStart)
     EXPECT_EQ(spline.get(3.0f), 0.0f);
 }
 
-TEST(Spline, RoundTripsAndAddsToWhatIsThere)
-{
-    const std::string body =
-        R"(<attributes type="square" before="repeat" after="add"/>)"
-        R"(<key time="-0.125" value="1e-05"/><key time="0.277778" value="-1"/>)";
-    Spline spline;
-    test::loadBody(spline, body);
-    EXPECT_EQ(test::savedBody(spline), body);
-
-    test::loadBody(spline, body);
-    EXPECT_EQ(test::savedBody(spline).size(), body.size() + body.size() - body.find("<key"));
-}
-
 TEST(Spline, TheLaneEditsTheCurve)
 {
     Spline spline;
