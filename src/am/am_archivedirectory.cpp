@@ -1,13 +1,13 @@
 #include "am/am_archivedirectory.h"
 
 #include "am/am_atomicwrite.h"
+#include "am/am_diskfile.h"
+#include "common/zvx_system.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <limits>
 #include <string_view>
+#include <utility>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace zavex::am {
@@ -23,25 +23,6 @@ bool isDirectory(const std::string& path)
 {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-using OpenFile = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-OpenFile openForReading(const std::string& path)
-{
-    // A pipe of that name must not make the program wait for its other end.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    return {descriptor < 0 ? nullptr : fdopen(descriptor, "rb"), std::fclose};
-}
-
-/** The size of a regular file in bytes; -1 for anything that `File` cannot hold. */
-std::int32_t readableSize(std::FILE* file)
-{
-    struct stat status {};
-    if (fstat(fileno(file), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > std::numeric_limits<std::int32_t>::max())
-        return -1;
-    return static_cast<std::int32_t>(status.st_size);
 }
 
 } // namespace
@@ -75,18 +56,11 @@ ArchiveDirectory::ArchiveDirectory(const std::string& path) : mPath(path)
 
 File ArchiveDirectory::read(const std::string& name)
 {
-    const OpenFile file = openForReading(mPath + name);
-    if (!file)
-        return {};
-    const std::int32_t length = readableSize(file.get());
-    if (length < 0)
-        return {};
-
-    const auto size = static_cast<std::size_t>(length);
-    auto bytes = std::make_unique_for_overwrite<char[]>(size);
-    if (std::fread(bytes.get(), 1, size, file.get()) != size)
-        return {};
-    return File(new FileStructure(name, std::move(bytes), length));
+    DiskRead found = readDiskFile(mPath + name, name);
+    if (!found.failure.empty())
+        ZVX_LOG("warning", "app", "'%s%s' cannot be read: %s\n", mPath.c_str(), name.c_str(),
+                found.failure.c_str());
+    return std::move(found.file);
 }
 
 bool ArchiveDirectory::write(File file)

@@ -23,10 +23,10 @@ public:
     /** @param path  Empty for the working directory as it is when a file is named. */
     explicit ArchiveDirectory(const std::string& path);
 
-    /** Null also for what is no regular file and for a file of 2^31 bytes or more. */
+    /** Null also for what `readDiskFile` cannot read; that is logged with the reason. */
     File read(const std::string& name) override;
 
-    /** As `writeFileAtomically`; creates missing directories. False also for a null file. */
+    /** As `writeFileAtomically`. False also for a null file. */
     bool write(File file) override;
 
     const std::string& getLocation() const override { return mPath; }

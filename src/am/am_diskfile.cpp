@@ -1,0 +1,129 @@
+#include "am/am_diskfile.h"
+
+#include "common/zvx_system.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zavex::am {
+
+namespace {
+
+constexpr std::int64_t MOST_BYTES =
+    std::numeric_limits<std::int32_t>::max(); // that a file can hold
+
+/** An open file that is closed with the object. */
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : mDescriptor(descriptor) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor()
+    {
+        if (mDescriptor >= 0)
+            close(mDescriptor);
+    }
+
+    int get() const { return mDescriptor; }
+
+private:
+    int mDescriptor;
+};
+
+/** Why what is open cannot be read; empty when it can. */
+std::string refusal(const struct stat& status)
+{
+    if (S_ISDIR(status.st_mode))
+        return std::strerror(EISDIR);
+    if (!S_ISREG(status.st_mode))
+        return "Not a regular file";
+    if (status.st_size > MOST_BYTES)
+        return "It has " + std::to_string(status.st_size) + " bytes, expected at most " +
+               std::to_string(MOST_BYTES);
+    return {};
+}
+
+/** @return Whether all bytes came; else errno says why, EIO when the file ended early. */
+bool readAll(int descriptor, char* bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t count = ::read(descriptor, bytes, size);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count == 0)
+            errno = EIO;
+        if (count <= 0)
+            return false;
+        bytes += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool meansMissing(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
+} // namespace
+
+DiskRead readDiskFile(const std::string& path, const std::string& name)
+{
+    // A pipe of that name must not make the program wait for its other end.
+    const Descriptor opened(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (opened.get() < 0)
+        return {{}, meansMissing(errno) ? "" : std::strerror(errno)};
+    struct stat status {};
+    if (fstat(opened.get(), &status) != 0)
+        return {{}, std::strerror(errno)};
+    if (std::string reason = refusal(status); !reason.empty())
+        return {{}, std::move(reason)};
+
+    const auto size = static_cast<std::size_t>(status.st_size);
+    auto bytes = std::make_unique_for_overwrite<char[]>(size);
+    if (!readAll(opened.get(), bytes.get(), size))
+        return {{}, std::strerror(errno)};
+    return {File(new FileStructure(name, std::move(bytes), static_cast<std::int32_t>(size))), {}};
+}
+
+std::string leadsOutside(const std::string& path)
+{
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path target = fs::weakly_canonical(path, error);
+    const fs::path inside = target.lexically_relative(fs::current_path(error));
+    return !target.empty() && (inside.empty() || *inside.begin() == "..") ? target.string() : "";
+}
+
+FolderLock::~FolderLock()
+{
+    if (mDescriptor >= 0)
+        close(mDescriptor);
+}
+
+bool FolderLock::take(const std::string& folder)
+{
+    if (mDescriptor >= 0)
+        return true;
+    mDescriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (mDescriptor >= 0 && flock(mDescriptor, LOCK_EX | LOCK_NB) == 0)
+        return true;
+    if (mDescriptor >= 0 && errno == EWOULDBLOCK) {
+        close(mDescriptor);
+        mDescriptor = -1;
+        return false;
+    }
+    ZVX_LOG("warning", "app", "'%s' cannot be locked against other programs: %s\n", folder.c_str(),
+            std::strerror(errno));
+    return true;
+}
+
+} // namespace zavex::am

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "am/am_file.h"
+
+#include <string>
+
+namespace zavex::am {
+
+/** What became of reading a file: the file, or why there is none. */
+struct DiskRead {
+    File file;           // null when it is missing or cannot be read
+    std::string failure; // why it cannot be read; empty when it was read or is missing
+
+    /** Nothing has this name, or a part of the path is no folder. */
+    bool isMissing() const { return file.isNull() && failure.empty(); }
+};
+
+/**
+ * Reads a regular file whole. A pipe, a device or a folder cannot be read and is not waited for,
+ * nor can a file of 2^31 bytes or more.
+ *
+ * @param path  Where the file is.
+ * @param name  What the file is called from then on.
+ */
+DiskRead readDiskFile(const std::string& path, const std::string& name);
+
+/**
+ * Where `path` leads when links are followed, if that lies outside the working directory; empty
+ * when it lies inside. What is missing counts as what it would be.
+ */
+std::string leadsOutside(const std::string& path);
+
+/**
+ * A folder that one program at a time works in: an advisory lock on the folder itself, which leaves
+ * nothing behind however the program ends.
+ */
+class FolderLock {
+public:
+    FolderLock() = default;
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+    /** Lets the folder go. */
+    ~FolderLock();
+
+    /**
+     * Takes the folder until the object ends.
+     *
+     * @return False when another holds it. True also where the file system knows no locks, which is
+     *         logged.
+     */
+    bool take(const std::string& folder);
+
+private:
+    int mDescriptor = -1; // of the folder
+};
+
+} // namespace zavex::am
