@@ -1,32 +1,38 @@
 #include "am/am_atomicwrite.h"
 
 #include "am/am_archivedirectory.h"
+#include "am/am_diskfile.h"
+#include "common/zvx_system.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <optional>
+#include <utility>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace zavex::am {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr mode_t NEW_FILE_MODE = 0666; // before the umask
 constexpr mode_t PERMISSIONS = 07777;
 constexpr int MOST_LINKS = 40; // as many as the system follows
+constexpr std::string_view PART = ".part";
+constexpr std::size_t MOST_DIGITS = 10; // of the number behind it
 
 /** Where symbolic links lead, to a file or to where one is to be; anything else is itself. */
 std::string resolve(const std::string& path)
 {
-    std::filesystem::path target = path;
+    fs::path target = path;
     std::error_code error;
     for (int links = 0; links < MOST_LINKS; ++links) {
-        const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+        const fs::path next = fs::read_symlink(target, error);
         if (error)
             break;
         target = target.parent_path() / next;
@@ -34,16 +40,17 @@ std::string resolve(const std::string& path)
     return target.string();
 }
 
-/** Creates a file in the folder of `target`, under a name that nothing has. -1 when it cannot. */
-int createBeside(const std::string& target, std::string& beside)
+std::string folderOf(const std::string& target)
 {
-    const std::string start = target.substr(0, target.rfind('/') + 1) + ".part";
-    int descriptor = -1;
-    for (int number = 0; descriptor < 0 && (number == 0 || errno == EEXIST); ++number) {
-        beside = start + std::to_string(number);
-        descriptor = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILE_MODE);
-    }
-    return descriptor;
+    const std::string folder = target.substr(0, target.rfind('/') + 1);
+    return folder.empty() ? "./" : folder;
+}
+
+/** How the names of the files beside this one begin; a name may be as long as the system allows. */
+std::string partName(const std::string& target)
+{
+    const std::string name = target.substr(target.rfind('/') + 1);
+    return "." + name.substr(0, NAME_MAX - 1 - PART.size() - MOST_DIGITS) + std::string(PART);
 }
 
 bool writeAll(int descriptor, std::string_view bytes)
@@ -59,12 +66,9 @@ bool writeAll(int descriptor, std::string_view bytes)
     return true;
 }
 
-/** Closes `descriptor` in any case. */
-bool fill(int descriptor, std::string_view bytes, std::optional<mode_t> replacedMode)
+/** Closes `descriptor`; errno stays what it was when `done` is false. */
+bool closeAfter(int descriptor, bool done)
 {
-    bool done = writeAll(descriptor, bytes);
-    if (replacedMode)
-        done = done && fchmod(descriptor, *replacedMode) == 0 && fsync(descriptor) == 0;
     const int error = errno;
     const bool closed = close(descriptor) == 0;
     if (!done)
@@ -72,51 +76,193 @@ bool fill(int descriptor, std::string_view bytes, std::optional<mode_t> replaced
     return done && closed;
 }
 
-/** @param oldMode  The permissions of the file that is replaced, if there is one. */
-bool replace(const std::string& target, std::string_view bytes, std::optional<mode_t> oldMode)
+/** Whether the folder, and not the disk or the file, is what refuses. */
+bool isFolderRefusal(int error)
 {
-    std::string beside;
-    int descriptor = createBeside(target, beside);
-    if (descriptor < 0 && errno == ENOENT && createFullDirectory(target))
-        descriptor = createBeside(target, beside);
-    if (descriptor < 0)
-        return false;
-    if (fill(descriptor, bytes, oldMode) && std::rename(beside.c_str(), target.c_str()) == 0)
-        return true;
+    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
+}
 
-    const int error = errno;
-    unlink(beside.c_str());
+/** Room for what is about to be written, where the file system can promise it. */
+bool reserve(int descriptor, std::size_t size)
+{
+    const int error = posix_fallocate(descriptor, 0, static_cast<off_t>(size));
     errno = error;
-    return false;
+    return error == 0 || (error != ENOSPC && error != EFBIG);
 }
 
-/** Into a device or a pipe, which has to stay what it is. */
-bool pass(const std::string& target, std::string_view bytes)
+/** Makes an open file hold these bytes and no others, on the disk. */
+bool overwrite(int descriptor, std::string_view bytes)
 {
-    const int descriptor = open(target.c_str(), O_WRONLY | O_CLOEXEC);
-    return descriptor >= 0 && fill(descriptor, bytes, std::nullopt);
-}
-
-bool write(const std::string& target, std::string_view bytes)
-{
-    struct stat old {};
-    if (stat(target.c_str(), &old) != 0)
-        return errno == ENOENT && replace(target, bytes, std::nullopt);
-    if (!S_ISREG(old.st_mode))
-        return pass(target, bytes);
-    // Renaming over a write-protected file would work.
-    return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0 &&
-           replace(target, bytes, old.st_mode & PERMISSIONS);
+    return lseek(descriptor, 0, SEEK_SET) == 0 && writeAll(descriptor, bytes) &&
+           ftruncate(descriptor, static_cast<off_t>(bytes.size())) == 0 && fsync(descriptor) == 0;
 }
 
 } // namespace
 
+FileReplacement::FileReplacement(const std::string& path, Flush flush)
+    : mPath(path), mTarget(resolve(path)), mFlush(flush)
+{}
+
+FileReplacement::~FileReplacement()
+{
+    if (!mBeside.empty())
+        unlink(mBeside.c_str());
+}
+
+bool FileReplacement::prepare(std::string_view bytes)
+{
+    mReplaces = stat(mTarget.c_str(), &mOld) == 0;
+    if (!mReplaces && errno != ENOENT)
+        return false;
+    if (mReplaces && !S_ISREG(mOld.st_mode)) {
+        errno = S_ISDIR(mOld.st_mode) ? EISDIR : EINVAL;
+        return false;
+    }
+    // Renaming over a write-protected file would work.
+    if (mReplaces && faccessat(AT_FDCWD, mTarget.c_str(), W_OK, AT_EACCESS) != 0)
+        return false;
+    if (prepareBeside(bytes))
+        return true;
+    mInPlace = mReplaces && isFolderRefusal(errno);
+    if (mInPlace)
+        mBytes = bytes;
+    return mInPlace;
+}
+
+bool FileReplacement::prepareBeside(std::string_view bytes)
+{
+    int beside = openBeside();
+    if (beside < 0 && errno == ENOENT && createFullDirectory(mTarget))
+        beside = openBeside();
+    return beside >= 0 && closeAfter(beside, fill(beside, bytes));
+}
+
+/** Creates a file in the folder of the target, under a name that nothing has. -1 when it cannot. */
+int FileReplacement::openBeside()
+{
+    const std::string start = folderOf(mTarget) + partName(mTarget);
+    int descriptor = -1;
+    for (int number = 0; descriptor < 0 && (number == 0 || errno == EEXIST); ++number) {
+        std::string beside = start + std::to_string(number);
+        descriptor = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILE_MODE);
+        if (descriptor >= 0)
+            mBeside = std::move(beside);
+    }
+    return descriptor;
+}
+
+bool FileReplacement::fill(int beside, std::string_view bytes) const
+{
+    if (!writeAll(beside, bytes) || (mReplaces && !takeOwner(beside)))
+        return false;
+    return (!mReplaces && mFlush == Flush::REPLACED) || fsync(beside) == 0;
+}
+
+/** Owner and permissions of the old file. */
+bool FileReplacement::takeOwner(int beside) const
+{
+    struct stat status {};
+    if (fstat(beside, &status) != 0)
+        return false;
+    if ((status.st_uid != mOld.st_uid || status.st_gid != mOld.st_gid) &&
+        fchown(beside, mOld.st_uid, mOld.st_gid) != 0)
+        return false;
+    return fchmod(beside, mOld.st_mode & PERMISSIONS) == 0;
+}
+
+bool FileReplacement::place()
+{
+    if (!mInPlace && std::rename(mBeside.c_str(), mTarget.c_str()) == 0) {
+        mBeside.clear();
+        return true;
+    }
+    if (!mInPlace && !(mReplaces && isFolderRefusal(errno)))
+        return false;
+    return writeInPlace();
+}
+
+bool FileReplacement::writeInPlace()
+{
+    if (!mBeside.empty()) {
+        const DiskRead beside = readDiskFile(mBeside, mBeside);
+        if (beside.file.isNull())
+            return false;
+        mBytes.assign(beside.file->data, static_cast<std::size_t>(beside.file->length));
+    }
+    const DiskRead old = readDiskFile(mTarget, mTarget);
+    const int descriptor = open(mTarget.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        return false;
+    bool done = reserve(descriptor, mBytes.size()) && overwrite(descriptor, mBytes);
+    if (!done && !old.file.isNull()) {
+        const int error = errno;
+        overwrite(descriptor, {old.file->data, static_cast<std::size_t>(old.file->length)});
+        errno = error;
+    }
+    done = closeAfter(descriptor, done);
+    if (done)
+        ZVX_LOG("log", "app", "'%s' was written in place: its folder takes no file beside it\n",
+                mPath.c_str());
+    return done;
+}
+
+void FileReplacement::flushFolder() const
+{
+    const int folder = open(folderOf(mTarget).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    fsync(folder);
+    close(folder);
+}
+
+void SaveSet::add(const std::string& path, std::string_view bytes)
+{
+    if (mFiles.emplace_back(path, FileReplacement::Flush::ALWAYS).prepare(bytes))
+        return;
+    const int error = errno;
+    mFiles.pop_back();
+    refuse(path, std::strerror(error));
+}
+
+void SaveSet::refuse(const std::string& path, const std::string& reason)
+{
+    mFailures.push_back({path, reason});
+}
+
+std::vector<SaveFailure> SaveSet::commit()
+{
+    for (FileReplacement& file : mFiles)
+        if (!file.place())
+            refuse(file.getPath(), std::strerror(errno));
+    for (const FileReplacement& file : mFiles)
+        file.flushFolder();
+    mFiles.clear();
+    return std::exchange(mFailures, {});
+}
+
 bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& reason)
 {
-    const bool written = write(resolve(path), bytes);
+    FileReplacement file(path, FileReplacement::Flush::REPLACED);
+    const bool written = file.prepare(bytes) && file.place();
     if (!written)
         reason = std::strerror(errno);
     return written;
+}
+
+void removeLeftovers(const std::string& path)
+{
+    const std::string target = resolve(path);
+    const std::string start = partName(target);
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folderOf(target), error)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() <= start.size() || !name.starts_with(start) ||
+            name.find_first_not_of("0123456789", start.size()) != std::string::npos)
+            continue;
+        if (entry.is_regular_file(error) && fs::remove(entry.path(), error))
+            ZVX_LOG("log", "app", "Removed '%s', left by a save that was cut short\n",
+                    entry.path().c_str());
+    }
 }
 
 } // namespace zavex::am

@@ -133,24 +133,24 @@ TEST_F(Archives, AFileIsNoFolder)
     EXPECT_FALSE(manager.writeFile(File(), 0));
 }
 
-TEST_F(Archives, APipeIsNotReadAndWrittenAsItIs)
+TEST_F(Archives, WhatIsNoRegularFileIsNeitherReadNorWrittenNorWaitedFor)
 {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    std::filesystem::create_directory(path("folder"));
+    std::filesystem::create_symlink("/dev/zero", path("device"));
+    test::clearLog();
     ArchiveManager manager;
     manager.addArchive(path(""));
-    EXPECT_TRUE(manager.readFile("pipe", 0).isNull());
-
-    const int reader = open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
-    ASSERT_GE(reader, 0);
-    EXPECT_TRUE(manager.writeFile(makeFile("pipe", "text"), 0));
-    char bytes[8] = {};
-    EXPECT_EQ(::read(reader, bytes, sizeof(bytes)), 4);
-    EXPECT_STREQ(bytes, "text");
-    close(reader);
-    EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
+    for (const char* name : {"pipe", "folder", "device"}) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(manager.readFile(name, 0).isNull());
+        EXPECT_EQ(test::countLogged("warning", "'" + path(name) + "' cannot be read: "), 1);
+        EXPECT_FALSE(manager.writeFile(makeFile(name, "text"), 0));
+    }
+    EXPECT_TRUE(files().empty());
 }
 
-TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndSaysWhy)
+TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndNotTheOthersUnsaved)
 {
     write("saved.xml", "the old file");
     std::signal(SIGXFSZ, SIG_IGN);
@@ -158,14 +158,19 @@ TEST_F(Archives, AFailedWriteLeavesTheOldFileWholeAndSaysWhy)
     getrlimit(RLIMIT_FSIZE, &before);
     const rlimit small{4, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
-    std::string reason;
-    const bool written = writeFileAtomically(path("saved.xml"), "a longer text", reason);
+    SaveSet set;
+    set.add(path("saved.xml"), "a longer text");
+    set.add(path("new.xml"), "text");
+    EXPECT_FALSE(std::filesystem::exists(path("new.xml")));
+    const std::vector<SaveFailure> failures = set.commit();
     setrlimit(RLIMIT_FSIZE, &before);
 
-    EXPECT_FALSE(written);
-    EXPECT_EQ(reason, "File too large");
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_EQ(failures[0].path, path("saved.xml"));
+    EXPECT_EQ(failures[0].reason, "File too large");
     EXPECT_EQ(read("saved.xml"), "the old file");
-    EXPECT_EQ(files(), std::vector<std::string>{"saved.xml"});
+    EXPECT_EQ(read("new.xml"), "text");
+    EXPECT_EQ(files(), (std::vector<std::string>{"new.xml", "saved.xml"}));
 }
 
 /** Nothing is forbidden to root: acts as another user while it lives. */
@@ -181,7 +186,7 @@ private:
     bool mChanged;
 };
 
-TEST_F(Archives, WhatIsWriteProtectedStaysAndTheReasonSaysSo)
+TEST_F(Archives, WhatIsWriteProtectedStaysAndWhatIsNotIsWrittenWhateverItsFolderRefuses)
 {
     namespace fs = std::filesystem;
     constexpr auto READ = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
@@ -190,20 +195,38 @@ TEST_F(Archives, WhatIsWriteProtectedStaysAndTheReasonSaysSo)
     write("closed/file", "old");
     fs::permissions(path("open/file"), READ);
     fs::permissions(path("open"), fs::perms::all);
+    for (const char* name : {"sticky", "foreign"}) {
+        write(std::string(name) + "/file", "older");
+        fs::permissions(path(std::string(name) + "/file"), fs::perms::all);
+        fs::permissions(path(name), fs::perms::all);
+    }
+    fs::permissions(path("sticky"), fs::perms::sticky_bit, fs::perm_options::add);
     fs::permissions(path("closed/file"), fs::perms::all);
     fs::permissions(path("closed"), READ | ENTER);
     fs::permissions(path(), fs::perms::all);
     {
         const CommonUser user;
-        for (const char* name : {"open/file", "closed/file", "closed/new", "closed/a/b/new"}) {
-            std::string reason;
+        std::string reason;
+        for (const char* name : {"open/file", "closed/new", "closed/a/b/new"}) {
             EXPECT_FALSE(writeFileAtomically(path(name), "new", reason)) << name;
             EXPECT_EQ(reason, "Permission denied") << name;
         }
+        for (const char* text : {"longer", "new"})
+            EXPECT_TRUE(writeFileAtomically(path("closed/file"), text, reason)) << reason;
+        // Only the owner may rename within such a folder, or give a file to somebody else.
+        EXPECT_TRUE(writeFileAtomically(path("sticky/file"), "new", reason)) << reason;
+        EXPECT_TRUE(writeFileAtomically(path("foreign/file"), "new", reason)) << reason;
     }
     fs::permissions(path("closed"), fs::perms::all);
-    EXPECT_EQ(read("open/file") + read("closed/file"), "oldold");
-    EXPECT_EQ(files(), (std::vector<std::string>{"closed/file", "open/file"}));
+    EXPECT_EQ(read("open/file"), "old");
+    struct stat status {};
+    for (const char* name : {"closed/file", "sticky/file", "foreign/file"}) {
+        EXPECT_EQ(read(name), "new") << name;
+        EXPECT_EQ(stat(path(name).c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, geteuid()) << name;
+    }
+    EXPECT_EQ(files(), (std::vector<std::string>{"closed/file", "foreign/file", "open/file",
+                                                 "sticky/file"}));
 }
 
 TEST_F(Archives, ReplacingKeepsPermissionsAndLinks)
@@ -227,16 +250,19 @@ TEST_F(Archives, ReplacingKeepsPermissionsAndLinks)
               fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_F(Archives, ReplacingLeavesItsNeighboursAlone)
+TEST_F(Archives, ReplacingLeavesItsNeighboursAloneUntilTheyAreRemoved)
 {
     const std::string longest(255, 'n'); // as long as a name may be
     write(longest, "old");
-    write(".part0", "somebody's");
+    const std::string part = "." + std::string(239, 'n') + ".part";
+    write(part + "0", "left behind");
+    write(part + "0x", "somebody's");
     std::string reason;
     ASSERT_TRUE(writeFileAtomically(path(longest), "new", reason)) << reason;
     EXPECT_EQ(read(longest), "new");
-    EXPECT_EQ(read(".part0"), "somebody's");
-    EXPECT_EQ(files(), (std::vector<std::string>{".part0", longest}));
+    EXPECT_EQ(read(part + "0"), "left behind");
+    removeLeftovers(path(longest));
+    EXPECT_EQ(files(), (std::vector<std::string>{part + "0x", longest}));
 }
 
 TEST_F(Archives, AZipCutAnywhereGivesTheWholeFileOrNone)
