@@ -9,6 +9,7 @@
 #include "vellum/vel_color_chooser.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
+#include "vellum/vel_control_factory.h"
 #include "vellum/vel_dropdown.h"
 #include "vellum/vel_flow.h"
 #include "vellum/vel_frame.h"
@@ -59,19 +60,6 @@ template <typename... Controls>
 void registerPrototypes(ControlFactory& factory)
 {
     (factory.addControlType(new Controls), ...);
-}
-
-/** The registry is the program's: the first GUI fills it for all. */
-void registerControls(ControlFactory& factory)
-{
-    [[maybe_unused]] static const bool registered = [&factory] {
-        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, ColorChooser,
-                           Container, Context, Dropdown, Flow, Frame, Image, Knob, Label,
-                           LayoutStack, Menu, MenuBar, Panel, PanelFrame, RadioButton, Ruler,
-                           Scrollbars, Slider, Spline, Stat, TabView, TabCaption, TabFrame,
-                           TextInput, TreeView, Window, WindowFrame, Workspace>(factory);
-        return true;
-    }();
 }
 
 /** A document of the display's archive; null when there is no such file. */
@@ -127,12 +115,25 @@ Event charEvent(const char* type, const display::CharEvent& character)
 
 } // namespace
 
+/** The registry is the program's: the first call fills it for all. */
+void registerControls()
+{
+    [[maybe_unused]] static const bool registered = [] {
+        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, ColorChooser,
+                           Container, Context, Dropdown, Flow, Frame, Image, Knob, Label,
+                           LayoutStack, Menu, MenuBar, Panel, PanelFrame, RadioButton, Ruler,
+                           Scrollbars, Slider, Spline, Stat, TabView, TabCaption, TabFrame,
+                           TextInput, TreeView, Window, WindowFrame, Workspace>(controlFactory);
+        return true;
+    }();
+}
+
 Vellum::Vellum(display::DisplayGL* newDisplay) : Listener(newDisplay)
 {
     std::srand(mathbase::initialSeed());
     mWorkspace.setDisplay(display);
     fillWindow();
-    registerControls(mControlFactory);
+    registerControls();
 }
 
 Vellum::~Vellum() = default;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "vellum/vel_control_factory.h"
 #include "vellum/vel_workspace.h"
 
 #include "display/dis_listener.h"
@@ -16,6 +15,9 @@ class XmlParser;
 } // namespace zavex::xml
 
 namespace zavex::vellum {
+
+/** Makes all control types known to `controlFactory`; does nothing the second time. */
+void registerControls();
 
 /**
  * A GUI on a display: turns the display's input into events for a tree of controls, draws the tree
@@ -80,7 +82,6 @@ private:
     bool loadWorkspace(xml::IteratorConst& element);
     bool loadStyle(const std::string& fileName);
 
-    ControlFactory mControlFactory;
     std::vector<std::unique_ptr<xml::XmlParser>> mStyles; // outlive the workspace
     Workspace mWorkspace;
     int mForwardedX = 0; // where the pointer was last seen, in whole pixels of the window
