@@ -5,12 +5,19 @@ add_library(cadenza_flags INTERFACE)
 target_compile_features(cadenza_flags INTERFACE cxx_std_20)
 target_compile_options(cadenza_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Werror)
+    -Woverloaded-virtual -Werror
+    # Not a part of -Wconversion for g++.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 if(CADENZA_SANITIZE)
     # -O1 keeps the picture tests bearable under software rendering.
     target_compile_options(cadenza_flags INTERFACE
         -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(cadenza_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(CADENZA_FUZZ)
+    # The libraries too: the fuzzer looks for inputs that reach more of them.
+    target_compile_options(cadenza_flags INTERFACE
+        -O1 -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 endif()
 
 # cadenza_library(<folder> SOURCES <file...> LINK <library...>)
@@ -63,6 +70,22 @@ endif()
 ]])
     set_property(DIRECTORY APPEND PROPERTY
         TEST_INCLUDE_FILES ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake)
+endfunction()
+
+# cadenza_fuzz(SOURCES <file...> FUZZER <file...> REPLAY <file...> LINK <library...>)
+# The fuzz targets: with FUZZER the program that looks for inputs, where CADENZA_FUZZ is set; else with
+# REPLAY the test that gives each target the inputs kept for it.
+function(cadenza_fuzz)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "SOURCES;FUZZER;REPLAY;LINK")
+    if(NOT CADENZA_FUZZ)
+        cadenza_test(fuzz SOURCES ${arg_SOURCES} ${arg_REPLAY} LINK ${arg_LINK})
+        return()
+    endif()
+    add_executable(fuzz ${arg_SOURCES} ${arg_FUZZER})
+    set_target_properties(fuzz PROPERTIES CXX_EXTENSIONS OFF)
+    target_include_directories(fuzz PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(fuzz PRIVATE ${arg_LINK} cadenza_flags)
+    target_link_options(fuzz PRIVATE -fsanitize=fuzzer,address,undefined)
 endfunction()
 
 # cadenza_bench(<name> SOURCES <file...> LINK <library...>)
