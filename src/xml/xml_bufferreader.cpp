@@ -14,10 +14,12 @@ constexpr std::array<std::uint8_t, 256> makeClasses()
     for (std::size_t byte = 0; byte < classes.size(); ++byte) {
         const bool isWord = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
                             (byte >= 'a' && byte <= 'z');
-        classes[byte] = isWord ? BufferReader::WORD : 0;
+        classes[byte] = isWord ? BufferReader::WORD : BufferReader::OTHER;
     }
     classes[':'] = BufferReader::COLON;
     classes['>'] = BufferReader::CLOSING_ANGLE;
+    classes['"'] = BufferReader::DOUBLE_QUOTE;
+    classes['\''] = BufferReader::APOSTROPHE;
     classes[' '] = BufferReader::SPACE;
     for (const unsigned char byte : {'\t', '\n', '\r'})
         classes[byte] = BufferReader::SPACE | BufferReader::CONTROL;
@@ -32,6 +34,14 @@ bool isOf(char byte, int classes)
 }
 
 } // namespace
+
+int BufferReader::classesIn(std::string_view text)
+{
+    int classes = 0;
+    for (const char byte : text)
+        classes |= CLASSES[static_cast<unsigned char>(byte)];
+    return classes;
+}
 
 void BufferReader::skipWhitespace()
 {

@@ -23,9 +23,15 @@ public:
         CLOSING_ANGLE = 4, // '>'
         SPACE = 8,         // space, tab, newline, carriage return
         CONTROL = 16,      // tab, newline, carriage return
+        DOUBLE_QUOTE = 32, // '"'
+        APOSTROPHE = 64,   // '\''
+        OTHER = 128,       // all that is none of these
     };
 
     BufferReader(const char* buffer, std::size_t length) : mBuffer(buffer), mLength(length) {}
+
+    /** The kinds of bytes that occur in `text`; 0 when it is empty. */
+    static int classesIn(std::string_view text);
 
     /** Consumes one byte. Throws "EOF" at the end. */
     char readChar();

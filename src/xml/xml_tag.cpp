@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdlib>
 #include <locale.h>
+#include <map>
 #include <ostream>
 #include <utility>
 
@@ -21,6 +22,9 @@ constexpr std::string_view COMMENT_BEGIN = "!--"; // behind the '<'
 constexpr std::string_view COMMENT_END = "-->";
 constexpr std::string_view QUESTION_END = "?>";
 constexpr int DOUBLE_DIGITS = 6; // significant digits of a stored number
+
+/** Up to so many attributes, looking at each is the fastest way to find one. */
+constexpr std::size_t FEW_ARGUMENTS = 32;
 
 const std::string emptyString; // NOLINT(readability-identifier-naming): a fixed name
 
@@ -55,6 +59,11 @@ std::string readQuoted(BufferReader& reader)
     return value;
 }
 
+bool consistsOf(std::string_view text, int classes)
+{
+    return (BufferReader::classesIn(text) & ~classes) == 0;
+}
+
 } // namespace
 
 void XmlTag::clear()
@@ -67,7 +76,11 @@ void XmlTag::clear()
 
 void XmlTag::setValue(std::string_view attribute, std::string_view value)
 {
-    storeValue(attribute, std::string{value});
+    const auto found = std::ranges::find(arg, attribute, &Argument::name);
+    if (found != arg.end())
+        found->value = value;
+    else
+        arg.push_back({std::string{attribute}, std::string{value}});
 }
 
 void XmlTag::setValue(std::string_view attribute, int value)
@@ -83,9 +96,22 @@ void XmlTag::setValue(std::string_view attribute, double value)
     setValue(attribute, std::string_view{digits.data(), written.ptr});
 }
 
+void XmlTag::setValues(const std::vector<Argument>& values)
+{
+    for (const Argument& each : values)
+        storeValue(each.name, std::string{each.value});
+    uniteRepeated();
+}
+
 void XmlTag::parse(BufferReader& reader)
 {
     clear();
+    readTag(reader);
+    uniteRepeated();
+}
+
+void XmlTag::readTag(BufferReader& reader)
+{
     reader.rememberPosition();
     reader.skipWhitespace();
     if (reader.peekChar() != '<')
@@ -147,7 +173,7 @@ void XmlTag::parseComment(BufferReader& reader)
     if (content.empty() || content.back() == '-')
         throw Exception("Xml: Ill formatted comment!");
     skip(reader, COMMENT_END.substr(1));
-    setValue(CONTENT, content);
+    storeValue(CONTENT, std::string{content});
 }
 
 void XmlTag::parseSpecialQuestion(BufferReader& reader)
@@ -204,16 +230,44 @@ void XmlTag::parseAttribute(BufferReader& reader, bool requiresEquals)
     // Only a declaration gets here without having consumed anything; it would stay here forever.
     if (!requiresEquals && attribute.empty() && value.empty())
         refuse(reader);
-    setValue(attribute, value);
+    storeValue(attribute, std::string{value});
 }
 
+/** Behind the first few attributes, one that repeats another waits for `uniteRepeated`. */
 void XmlTag::storeValue(std::string_view attribute, std::string&& value)
 {
-    const auto found = std::ranges::find(arg, attribute, &Argument::name);
-    if (found != arg.end())
-        found->value = std::move(value);
-    else
-        arg.push_back({std::string{attribute}, std::move(value)});
+    if (arg.size() < FEW_ARGUMENTS) {
+        const auto found = std::ranges::find(arg, attribute, &Argument::name);
+        if (found != arg.end()) {
+            found->value = std::move(value);
+            return;
+        }
+    }
+    arg.push_back({std::string{attribute}, std::move(value)});
+}
+
+/** Gives attributes of one name the place of the first and the value of the last. */
+void XmlTag::uniteRepeated()
+{
+    if (arg.size() <= FEW_ARGUMENTS)
+        return;
+
+    std::map<std::string_view, Argument*> firsts;
+    std::vector<bool> isFirst;
+    for (Argument& each : arg) {
+        const auto [first, inserted] = firsts.try_emplace(each.name, &each);
+        if (!inserted)
+            first->second->value = std::move(each.value);
+        isFirst.push_back(inserted);
+    }
+    if (firsts.size() == arg.size())
+        return;
+
+    std::vector<Argument> united;
+    for (std::size_t index = 0; index < arg.size(); ++index)
+        if (isFirst[index])
+            united.push_back(std::move(arg[index]));
+    arg = std::move(united);
 }
 
 void XmlTag::write(std::ostream& out, bool closeEmpty) const
@@ -227,28 +281,90 @@ void XmlTag::write(std::ostream& out, bool closeEmpty) const
 void XmlTag::appendTo(std::string& out, bool closeEmpty) const
 {
     switch (tagType) {
-        case NORMAL:
-            out.append(1, '<').append(name);
-            appendArguments(out);
-            out.append(closed && closeEmpty ? "/>" : ">");
-            break;
-        case COMMENT: out.append("<!--").append(getValue(CONTENT)).append(COMMENT_END); break;
+        case NORMAL: appendElement(out, closeEmpty); break;
+        case COMMENT: appendComment(out); break;
         case SPECIAL_QUESTION:
+            requireName(name, BufferReader::WORD | BufferReader::CLOSING_ANGLE);
             out.append("<?").append(name);
             appendArguments(out);
             out.append("?>");
             break;
         case SPECIAL_EXCLAIM: appendDeclaration(out); break;
-        case TEXT: out.append(1, '\'').append(getValue(CONTENT)).append(1, '\''); break;
+        case TEXT: appendText(out); break;
         default: throw Exception("XmlTag::write; Unknown tagtype!");
     }
     out.push_back('\n');
 }
 
+void XmlTag::appendElement(std::string& out, bool closeEmpty) const
+{
+    requireName(name, BufferReader::WORD | BufferReader::COLON);
+    out.append(1, '<').append(name);
+    const bool closes = closed && closeEmpty;
+    if (name.empty() && !arg.empty() && !arg.front().name.empty()) {
+        // The attribute's name would be read as the element's, if it were not for the slashes.
+        if (!closes)
+            refuseToWrite("an attribute of an open element without a name", arg.front().name);
+        out.append("//");
+    }
+    appendArguments(out);
+    out.append(closes ? "/>" : ">");
+}
+
+void XmlTag::appendComment(std::string& out) const
+{
+    const std::string& content = getValue(CONTENT);
+    if (content.empty() || content.back() == '-' || content.find(COMMENT_END) != std::string::npos)
+        refuseToWrite("a comment that is empty, ends with '-' or holds its end mark", content);
+    out.append("<!--").append(content).append(COMMENT_END);
+}
+
+void XmlTag::appendText(std::string& out) const
+{
+    const std::string& content = getValue(CONTENT);
+    if (content.find_first_of("<\t\r") != std::string::npos)
+        refuseToWrite("text with '<', a tab or a carriage return", content);
+    const std::string_view visible =
+        std::string_view{content}.substr(0, content.find_last_not_of(" \n") + 1);
+    // Read back, what was written has its apostrophes already; they must not grow in number.
+    if (visible.size() >= 2 && visible.front() == '\'' && visible.back() == '\'')
+        out.append(visible);
+    else
+        out.append(1, '\'').append(content).append(1, '\'');
+}
+
 void XmlTag::appendArguments(std::string& out) const
 {
-    for (const Argument& each : arg)
-        out.append(1, ' ').append(each.name).append("=\"").append(each.value).append(1, '"');
+    for (const Argument& each : arg) {
+        requireName(each.name, BufferReader::WORD);
+        out.append(1, ' ').append(each.name).append(1, '=');
+        appendQuoted(out, each);
+    }
+}
+
+void XmlTag::appendQuoted(std::string& out, const Argument& argument) const
+{
+    const int classes = BufferReader::classesIn(argument.value);
+    const bool holdsDoubleQuote = (classes & BufferReader::DOUBLE_QUOTE) != 0;
+    if (holdsDoubleQuote && (classes & BufferReader::APOSTROPHE) != 0)
+        refuseToWrite("a value with both kinds of quotes", argument.name + "=" + argument.value);
+    if ((classes & BufferReader::CONTROL) != 0)
+        refuseToWrite("a value with a tab or the end of a line",
+                      argument.name + "=" + argument.value);
+    const char quote = holdsDoubleQuote ? '\'' : '"';
+    out.append(1, quote).append(argument.value).append(1, quote);
+}
+
+void XmlTag::requireName(const std::string& text, int classes) const
+{
+    if (!consistsOf(text, classes))
+        refuseToWrite("a name with a byte that none may have", text);
+}
+
+void XmlTag::refuseToWrite(const char* reason, const std::string& text) const
+{
+    throw Exception("XmlTag::write; In '%s': %s could not be read back: %s", name.c_str(), reason,
+                    text.c_str());
 }
 
 void XmlTag::appendDeclaration(std::string& out) const
@@ -257,7 +373,15 @@ void XmlTag::appendDeclaration(std::string& out) const
     for (const Argument& each : arg) {
         if (&each != &arg.front())
             out.push_back(' ');
-        out.append(each.name).append(1, ' ').append(each.value);
+        requireName(each.name, BufferReader::WORD);
+        out.append(each.name).append(1, ' ');
+        // Bare, a value is a word; an empty one would take the next name for its own.
+        const bool standsBare = !each.name.empty() && consistsOf(each.value, BufferReader::WORD) &&
+                                (!each.value.empty() || &each == &arg.back());
+        if (standsBare)
+            out.append(each.value);
+        else
+            appendQuoted(out, each);
     }
     out.push_back('>');
 }

@@ -15,6 +15,10 @@ class BufferReader;
  * A plain value. Works on bytes: nothing is escaped or unescaped, in either direction. Comments and
  * text keep their characters in one attribute named "content". Numbers are read and written as in
  * the C locale, whatever the user's locale is.
+ *
+ * A tag may hold what no document can, such as a value with both kinds of quotes: `setValue` does
+ * not know yet what kind of tag the value is for, so writing refuses it. What is written is read
+ * back the same, but for text, which gains the apostrophes around it once.
  */
 class XmlTag {
 public:
@@ -59,25 +63,35 @@ public:
     /** Stores six significant digits as `printf("%.6g")` does: 0.1, 1.23457e+06, inf. */
     void setValue(std::string_view attribute, double value);
 
+    /** As `setValue` for each of `values` in turn, but in time for any number of them. */
+    void setValues(const std::vector<Argument>& values);
+
     /**
      * Replaces this tag by the next one in the buffer; whitespace before it is skipped.
      *
      * Throws `Exception` with "EOF" when the buffer ends before the tag does, and with what was
-     * expected when the tag is malformed; the tag then holds what was read so far. A `<!`
+     * expected when the tag is malformed; the tag then holds what was read so far, attributes
+     * that repeat each other included. A `<!`
      * declaration with a byte that starts neither a word nor a quoted value (such as '[') throws
      * "'=' expected!".
      */
     void parse(BufferReader& reader);
 
     /**
-     * Writes the tag as one line, then flushes the stream.
+     * Writes the tag as one line, then flushes the stream. Values stand between double quotes,
+     * those that hold one between apostrophes; a `<!` declaration's only where they need quotes.
+     * Text stands between apostrophes, unless it begins and ends with one already; whitespace
+     * behind the last one is then left out.
      *
      * @param closeEmpty  Whether a closed element ends in "/>"; otherwise it ends in ">".
-     * Throws `Exception` when the type is none of the enumeration.
+     * Throws `Exception`, having written nothing, when the type is none of the enumeration and when
+     * the tag would not be read back as it is: a name that is none, a value with both kinds of
+     * quotes, a tab or the end of a line, text with '<', a tab or a carriage return, a comment that
+     * is empty, ends with '-' or holds its end mark.
      */
     void write(std::ostream& out, bool closeEmpty) const;
 
-    /** Appends what `write` writes, newline included. Throws as `write` does. */
+    /** Appends what `write` writes, newline included. Throws as `write` does, leaving a part. */
     void appendTo(std::string& out, bool closeEmpty) const;
 
     /** One of the enumeration, unless something else was set. */
@@ -114,6 +128,7 @@ public:
     double getValueDouble(std::string_view attribute) const;
 
 private:
+    void readTag(BufferReader& reader);
     void parseText(BufferReader& reader);
     void parseNormal(BufferReader& reader);
     void parseComment(BufferReader& reader);
@@ -121,8 +136,15 @@ private:
     void parseSpecialExclaim(BufferReader& reader);
     void parseAttribute(BufferReader& reader, bool requiresEquals);
     void storeValue(std::string_view attribute, std::string&& value);
+    void uniteRepeated();
 
+    void appendElement(std::string& out, bool closeEmpty) const;
+    void appendComment(std::string& out) const;
+    void appendText(std::string& out) const;
     void appendArguments(std::string& out) const;
+    void appendQuoted(std::string& out, const Argument& argument) const;
+    void requireName(const std::string& text, int classes) const;
+    [[noreturn]] void refuseToWrite(const char* reason, const std::string& text) const;
     void appendDeclaration(std::string& out) const;
 
     std::string name;
