@@ -3,6 +3,8 @@
 #include "common/zvx_system.h"
 #include "xml/xml_bufferreader.h"
 
+#include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <utility>
 #include <vector>
@@ -13,20 +15,30 @@ namespace {
 
 constexpr std::string_view DECLARATION = "xml"; // the name in <?xml ...?>
 
-/**
- * Writes a tree line by line, walking it with its own stack: it may be as deep as memory allows.
- *
- * Collects the text; given a stream, passes it on and flushes after every tag.
- */
+/** Whether `tag`, just read, is the end tag of `element`. */
+bool ends(const XmlTag& tag, const XmlTag& element)
+{
+    return tag.getClosed() && tag.getArg().empty() && tag.getName() == element.getName();
+}
+
+/** Throws when `open` elements, which lie inside one another, are too many. */
+void requireDepth(std::size_t open)
+{
+    if (open > XmlParser::DEEPEST)
+        throw Exception("More than %d elements lie inside one another", XmlParser::DEEPEST);
+}
+
+/** Writes a tree line by line into a text, walking it with its own stack. */
 class TreeWriter {
 public:
-    /** @param out  Null to keep the text for `text`. */
-    TreeWriter(std::ostream* out, const std::string& indent) : mStream(out), mIndent(indent) {}
+    explicit TreeWriter(const std::string& indent) : mIndent(indent) {}
 
     void writeDocument(const XmlTag& declaration, const XmlNode& root);
 
-    /** What was not passed on to a stream. */
     std::string& text() { return mText; }
+
+    /** Where in the text each start tag, declaration, comment and run of text ends. */
+    const std::vector<std::size_t>& tagEnds() const { return mTagEnds; }
 
 private:
     /** An element whose start tag is written and whose content is under way. */
@@ -37,14 +49,15 @@ private:
 
     void writeNextChild();
     void writeTag(const XmlTag& tag, bool closeEmpty);
+    void writeMargin();
     void open(const XmlNode& node);
     void close();
-    void passOn();
 
-    std::ostream* mStream; // null when the text is kept
     const std::string& mIndent;
     std::string mText;
-    std::string mMargin; // indentation of the innermost open element's children
+    std::string mMargin;          // indentation of the innermost open element's children
+    std::size_t mIndentation = 0; // bytes of all margins written
+    std::vector<std::size_t> mTagEnds;
     std::vector<OpenElement> mOpen;
 };
 
@@ -60,52 +73,52 @@ void TreeWriter::writeDocument(const XmlTag& declaration, const XmlNode& root)
         const OpenElement& innermost = mOpen.back();
         innermost.written == innermost.node->getNumChildren() ? close() : writeNextChild();
     }
-    passOn();
 }
 
 void TreeWriter::writeNextChild()
 {
     OpenElement& parent = mOpen.back();
     const XmlNode& child = *parent.node->getChildren(parent.written++);
-    mText.append(mMargin);
-    writeTag(child.getTag(), true);
-    if (!child.getTag().getClosed())
+    const XmlTag& tag = child.getTag();
+    const bool wouldEndParent = ends(tag, parent.node->getTag());
+    if (wouldEndParent && tag.getType() != XmlTag::NORMAL)
+        throw Exception("XmlParser::write; A declaration named as its parent '%s' would end it",
+                        tag.getName().c_str());
+    writeMargin();
+    writeTag(tag, !wouldEndParent);
+    if (!tag.getClosed() || wouldEndParent)
         open(child);
 }
 
 void TreeWriter::writeTag(const XmlTag& tag, bool closeEmpty)
 {
     tag.appendTo(mText, closeEmpty);
-    passOn();
-    if (mStream != nullptr)
-        mStream->flush();
+    mTagEnds.push_back(mText.size());
+}
+
+void TreeWriter::writeMargin()
+{
+    mIndentation += mMargin.size();
+    if (mIndentation > XmlParser::MOST_INDENTATION)
+        throw Exception("XmlParser::write; The indentation of elements inside one another takes "
+                        "more than %zu bytes",
+                        XmlParser::MOST_INDENTATION);
+    mText.append(mMargin);
 }
 
 void TreeWriter::open(const XmlNode& node)
 {
     mOpen.push_back({&node});
+    requireDepth(mOpen.size());
     mMargin.append(mIndent);
 }
 
 void TreeWriter::close()
 {
     mMargin.resize(mMargin.size() - mIndent.size());
-    mText.append(mMargin).append("</").append(mOpen.back().node->getTag().getName()).append(">\n");
+    writeMargin();
+    mText.append("</").append(mOpen.back().node->getTag().getName()).append(">\n");
     mOpen.pop_back();
-}
-
-void TreeWriter::passOn()
-{
-    if (mStream == nullptr)
-        return;
-    mStream->write(mText.data(), static_cast<std::streamsize>(mText.size()));
-    mText.clear();
-}
-
-/** Whether `tag`, just read, is the end tag of `element`. */
-bool ends(const XmlTag& tag, const XmlTag& element)
-{
-    return tag.getClosed() && tag.getArg().empty() && tag.getName() == element.getName();
 }
 
 } // namespace
@@ -141,12 +154,16 @@ void XmlParser::parse(BufferReader& reader)
     m_metaTag.clear();
     mHasContentOutside = false;
     XmlTag tag;
+    std::vector<XmlTag::Argument> laterDeclared;
     for (tag.parse(reader); tag.getType() != XmlTag::NORMAL; tag.parse(reader)) {
-        if (tag.getType() == XmlTag::SPECIAL_QUESTION && tag.getName() == DECLARATION)
-            mergeDeclaration(tag);
-        else
+        if (tag.getType() != XmlTag::SPECIAL_QUESTION || tag.getName() != DECLARATION)
             mHasContentOutside = true;
+        else if (m_metaTag.getName().empty())
+            m_metaTag.setTag(tag);
+        else
+            std::ranges::copy(tag.getArg(), std::back_inserter(laterDeclared));
     }
+    m_metaTag.setValues(laterDeclared);
     if (tag.getClosed())
         throw Exception("Root tag is closed!");
 
@@ -156,15 +173,7 @@ void XmlParser::parse(BufferReader& reader)
     mHasContentOutside |= !reader.isEof();
 }
 
-void XmlParser::mergeDeclaration(const XmlTag& declaration)
-{
-    if (m_metaTag.getName().empty())
-        m_metaTag.setTag(declaration);
-    for (const XmlTag::Argument& each : declaration.getArg())
-        m_metaTag.setValue(each.name, each.value);
-}
-
-/** Keeps the elements under way on its own stack: documents may be as deep as memory allows. */
+/** Keeps the elements under way on its own stack. */
 void XmlParser::parseRecurse(BufferReader& reader, const Iterator& element)
 {
     std::vector<Iterator> open{element};
@@ -179,19 +188,29 @@ void XmlParser::parseRecurse(BufferReader& reader, const Iterator& element)
             continue;
         }
         Iterator child = innermost.addChild(tag);
-        if (!tag.getClosed())
+        if (!tag.getClosed()) {
             open.push_back(std::move(child));
+            requireDepth(open.size());
+        }
     }
 }
 
 void XmlParser::write(std::ostream& out, const std::string& indent) const
 {
-    TreeWriter(&out, indent).writeDocument(m_metaTag, m_root);
+    TreeWriter writer(indent);
+    writer.writeDocument(m_metaTag, m_root);
+    const std::string& text = writer.text();
+    std::size_t begin = 0;
+    for (const std::size_t end : writer.tagEnds()) {
+        out.write(text.data() + begin, static_cast<std::streamsize>(end - begin)).flush();
+        begin = end;
+    }
+    out.write(text.data() + begin, static_cast<std::streamsize>(text.size() - begin));
 }
 
 void XmlParser::write(std::string& out, const std::string& indent) const
 {
-    TreeWriter writer(nullptr, indent);
+    TreeWriter writer(indent);
     writer.writeDocument(m_metaTag, m_root);
     out = std::move(writer.text());
 }

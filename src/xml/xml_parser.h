@@ -24,11 +24,20 @@ class BufferReader;
 class XmlParser {
 public:
     /**
+     * How many elements may be open inside one another. Nothing here recurses, but each level is
+     * indented once more: a document of so many elements in one another fills 100 MB with tabs.
+     */
+    static constexpr int DEEPEST = 10'000;
+
+    /** What indentation may take in a written document, in bytes: enough for any of real use. */
+    static constexpr std::size_t MOST_INDENTATION = 128u << 20;
+
+    /**
      * Reads a document of `length` bytes; what follows the root element's end tag is not read.
      *
      * Throws `Exception` naming the line and column (from 1) of the fault and of the end of the tag
-     * before it; what was read until then stays until `clear`. The buffer is not needed
-     * afterwards.
+     * before it; what was read until then stays until `clear`. Elements deeper than `DEEPEST` are
+     * a fault. The buffer is not needed afterwards.
      */
     void parse(const char* data, int length);
     void parse(const std::string& text);
@@ -36,10 +45,18 @@ public:
     /** Forgets the tree. The declaration stays until the next `parse`. */
     void clear() { m_root.clear(); }
 
-    /** Writes the declaration, if there is one, and the tree; each level is indented once more. */
+    /**
+     * Writes the declaration, if there is one, and the tree; each level is indented once more. What
+     * was read is read back the same, see `XmlTag::write` for how: an empty element that bears its
+     * parent's name gets an end tag, since its short form would end the parent.
+     *
+     * Throws `Exception`, having written nothing, when a tag cannot be written, a declaration
+     * without attributes bears its parent's name, more than `DEEPEST` elements lie inside one
+     * another or the indentation takes more than `MOST_INDENTATION`.
+     */
     void write(std::ostream& out, const std::string& indent) const;
 
-    /** Replaces `out` by the written document. */
+    /** Replaces `out` by the written document. Throws as above and leaves `out` as it was. */
     void write(std::string& out, const std::string& indent) const;
 
     /** An iterator over the root element's children; its `getRoot` is the root element's tag. */
@@ -60,7 +77,6 @@ private:
     void parseBuffer(const char* data, std::size_t length);
     void parse(BufferReader& reader);
     void parseRecurse(BufferReader& reader, const Iterator& element);
-    void mergeDeclaration(const XmlTag& declaration);
 
     XmlNode m_root{nullptr}; // the document element itself
     XmlTag m_metaTag;        // the merged <?xml ...?> declarations; nameless when there was none

@@ -1,9 +1,12 @@
 #include "xml/xml_parser.h"
 
+#include "common/zvx_system.h"
 #include "support/log_capture.h"
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -90,6 +93,7 @@ constexpr struct RewriteCase {
     {"RootWithoutContent",                              "",                             ""                               },
     {"ElementWithoutContentIsShortened",                "<b>\n</b>",                    "<b/>\n"                         },
     {"EmptyElementNamedAsItsParentEndsIt",              "<a/>",                         ""                               },
+    {"OpenedElementNamedAsItsParentKeepsItsEndTag",     "<a></a>",                      "<a>\n</a>\n"                    },
     {"EmptyElementNamedAsItsParentWithAttributesStays", "<a x=1/>",                     "<a x=\"1\"/>\n"                 },
     {"DeclarationNamedAsItsParentEndsIt",               "<?a?>",                        ""                               },
     {"StrayEndTagIsAnEmptyChild",                       "<b></c></b>",                  "<b>\n<c/>\n</b>\n"              },
@@ -103,6 +107,7 @@ constexpr struct RewriteCase {
     {"SpacesAroundEquals",                              "<b x \n=\t'1'/>",              "<b x=\"1\"/>\n"                 },
     {"SlashAnywhereCloses",                             "<b / x=1>",                    "<b x=\"1\"/>\n"                 },
     {"TextLosesLeadingSpaceAndReturns",                 " \n t\tu\r\n v > <b/>",        "'t    u\n v > '\n<b/>\n"        },
+    {"ApostrophesOfTextDoNotGrow",                      "'t'\n \t<b/>",                 "'t'\n<b/>\n"                    },
     {"CommentKeepsEveryByte",                           "<!--\t-- >\r\n- -->",          "<!--\t-- >\r\n- -->\n"          },
     {"ShortestComment",                                 "<!--x-->",                     "<!--x-->\n"                     },
     {"CommentMayBeginWithAnglesEnd",                    "<!--->-->",                    "<!--->-->\n"                    },
@@ -247,28 +252,123 @@ TEST(BrokenDocument, KeepsWhatWasReadUntilCleared)
     EXPECT_EQ(written(parser, ""), "<d>\n</d>\n");
 }
 
-TEST(DeepDocument, IsReadWrittenAndDestroyed)
+std::string repeated(const std::string& part, int count)
 {
-    constexpr int DEPTH = 100'000;
-    const auto repeated = [](const std::string& part) {
-        std::string text;
-        for (int each = 0; each < DEPTH; ++each)
-            text += part;
-        return text;
-    };
-    const std::string text = "<a>\n" + repeated("<b>\n") + repeated("</b>\n") + "</a>\n";
+    std::string text;
+    for (int each = 0; each < count; ++each)
+        text += part;
+    return text;
+}
+
+TEST(LargeDocument, IsReadAndWrittenUpToItsLimits)
+{
+    constexpr int DEEPEST = XmlParser::DEEPEST;
+    const std::string text = repeated("<b>", DEEPEST) + repeated("</b>", DEEPEST);
     XmlParser parser;
     parser.parse(text);
-    // The innermost element has no content of its own and is closed.
-    EXPECT_EQ(written(parser, "").size(), text.size() - std::string("</b>").size());
+    std::string out = written(parser, "");
+    XmlParser().parse(out);
+    EXPECT_EQ(out.size(), text.size() + 2 * DEEPEST);
+    EXPECT_EQ(thrownMessage([&] { XmlParser().parse(repeated("<b>", DEEPEST + 1)); }),
+              "(error at line 1, col 30004); More than 10000 elements lie inside one another (when "
+              "reading tag at 1:30001)");
 
     parser.clear();
-    EXPECT_EQ(parser.createIterator("").getRoot().getName(), "");
-    EXPECT_FALSE(++parser.createIterator(""));
+    parser.parse("<a><b/></a>");
+    EXPECT_EQ(thrownMessage(
+                  [&] { parser.write(out, std::string(XmlParser::MOST_INDENTATION + 1, ' ')); }),
+              "XmlParser::write; The indentation of elements inside one another takes more than "
+              "134217728 bytes");
+    EXPECT_EQ(out.size(), text.size() + 2 * DEEPEST);
+}
 
-    // Cut, what has been read goes with its parser.
-    EXPECT_EQ(thrownMessage([&] { parser.parse(repeated("<b>")); }),
-              "(error at line 1, col 300001); EOF (when reading tag at 1:300001)");
+TEST(LargeDocument, UnitesRepeatedAttributesHoweverMany)
+{
+    const auto declaration = [](const char* seventh, const char* eighth) {
+        std::string text = "<?xml";
+        for (int each = 0; each < 100'000; ++each)
+            text += " a" + std::to_string(each) + "=\"" +
+                    (each == 7   ? seventh
+                     : each == 8 ? eighth
+                                 : "1") +
+                    '"';
+        return text;
+    };
+    XmlParser parser;
+    parser.parse(declaration("1", "2") + " a7=2 a7=3?>" + declaration("4", "5") + " a8=6?><a></a>");
+    EXPECT_EQ(written(parser), declaration("4", "6") + "?>\n\n<a>\n</a>\n");
+}
+
+/** A document of pieces that readers stumble over, in any order; now and then it is none. */
+std::string randomDocument(std::mt19937& random)
+{
+    const auto oneOf = [&](const auto& pieces) {
+        return std::string(pieces[random() % std::size(pieces)]);
+    };
+    constexpr const char* NAMES[] = {"", "a", "b1", "COMMENT"};
+    constexpr const char* KINDS[][2] = {
+        {"<",        ">" },
+        {"<",        ">" },
+        {"</",       ">" },
+        {"<",        "/>"},
+        {"< / / w=", ">" },
+        {"<?",       "?>"},
+        {"<!",       ">" }
+    };
+    constexpr const char* ARGUMENTS[] = {" x=1", " ='\"'", " y=\"it's\"", " z='\t< >/\r'", " x= "};
+    constexpr const char* WORDS[] = {" x", "y ", " \"q \"", " w ''", " v 'v'", "'\"'"};
+    constexpr const char* TEXTS[] = {"'", "t 'u'\t\r\n", "''",     "<!---\t->\r\n-->", "", "\n ",
+                                     "",  "<!-- -->",    "<?xml?>"};
+
+    std::string text = "<" + oneOf(NAMES) + ">";
+    for (int piece = 0; piece < 12; ++piece) {
+        const auto& [begin, end] = KINDS[random() % std::size(KINDS)];
+        const bool exclaims = std::string_view(begin) == "<!";
+        text += begin + (exclaims ? "" : oneOf(NAMES));
+        for (std::size_t left = random() % 3; left > 0; --left)
+            text += exclaims ? oneOf(WORDS) : oneOf(ARGUMENTS);
+        text += end + oneOf(TEXTS);
+    }
+    for (int last = 0; last < 100; ++last)
+        text += "</" + oneOf(NAMES) + ">";
+    return text;
+}
+
+/** All that a node holds, but for the characters of text, to which writing adds apostrophes. */
+std::string dump(const XmlNode& node)
+{
+    const XmlTag& tag = node.getTag();
+    std::string text =
+        "(" + std::to_string(tag.getType()) + tag.getName() + (tag.getClosed() ? "/" : "");
+    for (const XmlTag::Argument& each : tag.getArg())
+        if (tag.getType() != XmlTag::TEXT)
+            text += "[" + each.name + "|" + each.value + "]";
+    for (int child = 0; child < node.getNumChildren(); ++child)
+        text += dump(*node.getChildren(child));
+    return text + ")";
+}
+
+TEST(Document, IsReadBackAsItWasWritten)
+{
+    std::mt19937 random(1);
+    int documents = 0;
+    for (int attempt = 0; attempt < 2'000; ++attempt) {
+        const std::string text = randomDocument(random);
+        XmlParser first;
+        try {
+            first.parse(text);
+        } catch (const Exception&) {
+            continue;
+        }
+        ++documents;
+        XmlParser second;
+        second.parse(written(first));
+        ASSERT_EQ(dump(*second.createIterator("").getContext()),
+                  dump(*first.createIterator("").getContext()))
+            << text;
+        ASSERT_EQ(written(second), written(first)) << text;
+    }
+    EXPECT_GT(documents, 1000);
 }
 
 /** Counts the flushes of the stream that writes to it. */
@@ -294,17 +394,49 @@ TEST(Document, FlushesTheStreamAfterEveryTag)
     EXPECT_EQ(counter.flushes, 4); // the declaration, a, b and c; end tags come with what follows
 }
 
-TEST(Document, OfAnUnknownTagTypeLeavesTheTextAlone)
-{
-    XmlParser parser;
-    parser.parse("<a><b/></a>");
-    Iterator child = parser.createIterator("");
-    ++child;
-    child->setTagType(XmlTag::TEXT + 1);
+constexpr struct UnwritableCase {
+    int type;
+    const char* name;
+    const char* attribute;
+    const char* value;
+    const char* fault;
+} UNWRITABLE_CASES[] = {
+    {XmlTag::NORMAL,           "b",   "x",       "'\"",
+     "'b': a value with both kinds of quotes could not be read back: x='\""       },
+    {XmlTag::NORMAL,           "b",   "x",       "1\n2",
+     "'b': a value with a tab or the end of a line could not be read back: x=1\n2"},
+    {XmlTag::NORMAL,           "b-c", "x",       "",
+     "'b-c': a name with a byte that none may have could not be read back: b-c"   },
+    {XmlTag::SPECIAL_QUESTION, "b",   "x:y",     "",
+     "'b': a name with a byte that none may have could not be read back: x:y"     },
+    {XmlTag::SPECIAL_EXCLAIM,  "",    "x",       "\t",
+     "'': a value with a tab or the end of a line could not be read back: x=\t"   },
+    {XmlTag::COMMENT,          "",    "content", "c-->d",
+     "'': a comment that is empty, ends with '-' or holds its end mark could not be read back: "
+     "c-->d"                                                                      },
+    {XmlTag::TEXT,             "",    "content", "t<",
+     "'': text with '<', a tab or a carriage return could not be read back: t<"   },
+    {XmlTag::TEXT + 1,         "",    "",        "",      nullptr                 },
+};
 
-    std::string text = "as it was";
-    EXPECT_EQ(thrownMessage([&] { parser.write(text, ""); }), "XmlTag::write; Unknown tagtype!");
-    EXPECT_EQ(text, "as it was");
+TEST(Document, WithATagThatCouldNotBeReadBackLeavesTheTextAlone)
+{
+    for (const UnwritableCase& each : UNWRITABLE_CASES) {
+        XmlTag tag(each.name);
+        tag.setTagType(each.type);
+        tag.setValue(each.attribute, each.value);
+        XmlParser parser;
+        parser.parse("<a><b/></a>");
+        parser.createIterator("").addChild(tag);
+
+        std::string text = "as it was";
+        EXPECT_EQ(thrownMessage([&] { parser.write(text, ""); }),
+                  each.fault ? std::string("XmlTag::write; In ") + each.fault
+                             : "XmlTag::write; Unknown tagtype!");
+        std::ostringstream stream;
+        EXPECT_THROW(parser.write(stream, ""), Exception);
+        EXPECT_EQ(text + stream.str(), "as it was");
+    }
 }
 
 } // namespace
