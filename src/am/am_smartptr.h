@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <utility>
 
 namespace zavex::am {
@@ -54,9 +55,11 @@ public:
     /** Lets go of what is held and takes `object`, which is owned from here on and may be null. */
     void attach(Object* object)
     {
+        std::unique_ptr<Object> owned(object);
         release();
         if (object != nullptr)
             mRef = new PtrRef{object, Counter{}};
+        owned.release();
     }
 
     /** Lets go of what is held; the handle is null afterwards. */
