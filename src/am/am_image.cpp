@@ -4,7 +4,6 @@
 #include "common/zvx_system.h"
 
 #include <cstdint>
-#include <limits>
 #include <utility>
 
 namespace zavex::am {
@@ -20,16 +19,17 @@ void ImageObject::setData(int width, int height, std::unique_ptr<unsigned char[]
     mImageWidth = width;
     mImageHeight = height;
     mImageData = std::move(data);
+    mShare.reset();
 }
 
 void ImageObject::resize(int width, int height)
 {
     const std::size_t size = byteCount(width, height);
-    mImageData.reset();
-    mImageWidth = width;
-    mImageHeight = height;
+    setData(0, 0, nullptr);
     if (size != 0)
         mImageData = std::make_unique_for_overwrite<unsigned char[]>(size);
+    mImageWidth = width;
+    mImageHeight = height;
 }
 
 unsigned char* ImageObject::getWriteData()
@@ -41,10 +41,11 @@ unsigned char* ImageObject::getWriteData()
 
 std::size_t ImageObject::byteCount(int width, int height)
 {
-    constexpr std::int64_t mostPixels = std::numeric_limits<std::int32_t>::max() / BYTES_PER_PIXEL;
+    constexpr std::int64_t mostPixels = MOST_BYTES / BYTES_PER_PIXEL;
     const std::int64_t pixels = std::int64_t{width} * height;
     if (width < 0 || height < 0 || pixels > mostPixels)
-        throw Exception("An image cannot have %d x %d pixels", width, height);
+        throw Exception("An image cannot have %d x %d pixels, expected at most %lld", width, height,
+                        static_cast<long long>(mostPixels));
     return static_cast<std::size_t>(pixels) * BYTES_PER_PIXEL;
 }
 
@@ -69,9 +70,11 @@ Image& Image::operator=(Image&& other) noexcept
 
 void Image::assign(ImageObject* object)
 {
+    std::unique_ptr<ImageObject> owned(object);
     decRef();
     if (object != nullptr)
         mObjectRef = new ImageRefCounter{object, 1};
+    owned.release();
 }
 
 ImageObject* Image::operator->() const

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace zavex::am {
 
@@ -17,6 +18,12 @@ class ImageManager;
 class ImageObject {
 public:
     static constexpr std::size_t BYTES_PER_PIXEL = 4;
+
+    /**
+     * What one picture may take: 8,192 x 8,192 pixels, twice the largest screens and as large as
+     * the textures that every display can be counted on to take.
+     */
+    static constexpr std::size_t MOST_BYTES = std::size_t{1} << 28U;
 
     ImageObject() = default;
 
@@ -38,7 +45,7 @@ public:
     /**
      * Frees the pixels and makes room for others, whose bytes are not set; none when a side is 0.
      *
-     * Throws Exception when a side is negative or the picture would have 2^31 bytes or more.
+     * Throws Exception when a side is negative or the picture would have more than MOST_BYTES.
      */
     void resize(int width, int height);
 
@@ -55,7 +62,10 @@ public:
     ImageManager* getManager() const { return mLoader; }
     void setManager(ImageManager* manager) { mLoader = manager; }
 
-    /** width x height x 4. Throws Exception when that is negative or 2^31 bytes or more. */
+    /** Keeps what stands for these pixels in an account until they go. */
+    void setShare(std::shared_ptr<void> share) { mShare = std::move(share); }
+
+    /** width x height x 4. Throws Exception when that is negative or more than MOST_BYTES. */
     static std::size_t byteCount(int width, int height);
 
 private:
@@ -64,6 +74,7 @@ private:
     int mImageWidth = 0;             // pixels
     int mImageHeight = 0;            // pixels
     std::unique_ptr<unsigned char[]> mImageData;
+    std::shared_ptr<void> mShare;
 };
 
 /** What all handles on one image share. */

@@ -7,6 +7,12 @@
 
 namespace zavex::am {
 
+/** How large a picture is. */
+struct ImageSize {
+    int width = 0;  // pixels
+    int height = 0; // pixels
+};
+
 /** Reads, and perhaps writes, one picture format. */
 class ImageCodec {
 public:
@@ -16,8 +22,8 @@ public:
     virtual ~ImageCodec() = default;
 
     /**
-     * Replaces the pixels of `out`. Throws Exception when the bytes are not such a picture; `out`
-     * is then as it was.
+     * Replaces the pixels of `out`. Throws Exception when the bytes are not such a picture, or one
+     * of more than ImageObject::MOST_BYTES; `out` is then as it was.
      */
     virtual void decodeImage(const unsigned char* data, std::size_t size, ImageObject& out) = 0;
 
@@ -33,6 +39,12 @@ public:
     virtual std::string getFormatString() const = 0;
 
     virtual bool canWrite() const { return false; }
+
+    /**
+     * The size that the bytes claim, found without taking memory for it. Throws Exception when they
+     * are not such a picture or too few to hold one of that size.
+     */
+    virtual ImageSize readSize(const unsigned char* data, std::size_t size) = 0;
 };
 
 } // namespace zavex::am

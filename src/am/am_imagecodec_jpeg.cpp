@@ -17,6 +17,16 @@ namespace {
 // six bits.
 constexpr std::int64_t MOST_PIXELS_PER_BYTE = 2048;
 
+// An arithmetic code has no such limit; this is beyond what a picture of one colour reaches that is
+// not made to be huge.
+constexpr std::int64_t MOST_PIXELS_PER_ARITHMETIC_BYTE = 65536;
+
+// What a progressive picture may take beside its pixels while it is put together.
+constexpr long MOST_WORKING_BYTES = long{ImageObject::MOST_BYTES};
+
+// Each scan of a progressive picture costs as much time as the first. Common encoders write ten.
+constexpr int MOST_SCANS = 64;
+
 /** The library's error handler and where it jumps to; the handler must stand first. */
 struct ErrorExit {
     jpeg_error_mgr handler;
@@ -33,6 +43,15 @@ struct ErrorExit {
     std::longjmp(exit->target, 1);
 }
 
+void requireFewScans(j_common_ptr info)
+{
+    if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number <= MOST_SCANS)
+        return;
+    auto* const exit = reinterpret_cast<ErrorExit*>(info->err);
+    std::snprintf(exit->message, JMSG_LENGTH_MAX, "More than %d scans", MOST_SCANS);
+    std::longjmp(exit->target, 1);
+}
+
 class Decoder {
 public:
     Decoder()
@@ -40,6 +59,7 @@ public:
         mInfo.err = jpeg_std_error(&mExit.handler);
         mExit.handler.error_exit = leave;
         mExit.handler.output_message = leave;
+        mProgress.progress_monitor = requireFewScans;
     }
 
     Decoder(const Decoder&) = delete;
@@ -51,6 +71,8 @@ public:
         if (setjmp(mExit.target) != 0)
             return false;
         jpeg_create_decompress(&mInfo);
+        mInfo.progress = &mProgress;
+        mInfo.mem->max_memory_to_use = MOST_WORKING_BYTES;
         jpeg_mem_src(&mInfo, data, static_cast<unsigned long>(size));
         jpeg_read_header(&mInfo, TRUE);
         // Red, green and blue as ever, laid out as blue, green, red and an opaque alpha.
@@ -77,7 +99,9 @@ public:
     bool isPlausible(std::size_t size) const
     {
         const std::int64_t pixels = std::int64_t{width()} * height();
-        return mInfo.arith_code || pixels / MOST_PIXELS_PER_BYTE <= static_cast<std::int64_t>(size);
+        const std::int64_t most =
+            mInfo.arith_code ? MOST_PIXELS_PER_ARITHMETIC_BYTE : MOST_PIXELS_PER_BYTE;
+        return pixels / most <= static_cast<std::int64_t>(size);
     }
 
     int width() const { return static_cast<int>(mInfo.output_width); }
@@ -87,24 +111,38 @@ public:
 private:
     jpeg_decompress_struct mInfo{};
     ErrorExit mExit{};
+    jpeg_progress_mgr mProgress{};
 };
+
+/** Reads the header. Throws Exception when the file cannot be such a picture. */
+void openFile(Decoder& decoder, const unsigned char* data, std::size_t size)
+{
+    if (!decoder.start(data, size))
+        throw Exception("Internal jpeglib error; %s", decoder.message());
+    if (!decoder.isPlausible(size))
+        throw Exception("Internal jpeglib error; %d x %d pixels cannot be in %zu bytes",
+                        decoder.width(), decoder.height(), size);
+}
 
 } // namespace
 
 void ImageCodecJPEG::decodeImage(const unsigned char* data, std::size_t size, ImageObject& out)
 {
     Decoder decoder;
-    if (!decoder.start(data, size))
-        throw Exception("Internal jpeglib error; %s", decoder.message());
-    if (!decoder.isPlausible(size))
-        throw Exception("Internal jpeglib error; %d x %d pixels cannot be in %zu bytes",
-                        decoder.width(), decoder.height(), size);
+    openFile(decoder, data, size);
 
     auto pixels = std::make_unique_for_overwrite<unsigned char[]>(
         ImageObject::byteCount(decoder.width(), decoder.height()));
     if (!decoder.readPixels(pixels.get()))
         throw Exception("Internal jpeglib error; %s", decoder.message());
     out.setData(decoder.width(), decoder.height(), std::move(pixels));
+}
+
+ImageSize ImageCodecJPEG::readSize(const unsigned char* data, std::size_t size)
+{
+    Decoder decoder;
+    openFile(decoder, data, size);
+    return {decoder.width(), decoder.height()};
 }
 
 } // namespace zavex::am

@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace zavex::am {
@@ -14,8 +17,51 @@ namespace zavex::am {
 namespace {
 
 constexpr std::size_t SIGNATURE_SIZE = 8; // bytes
+constexpr std::size_t CHUNK_FRAME = 12;   // bytes: length, type and check sum of a chunk
 constexpr unsigned char OPAQUE = 255;
 constexpr std::size_t BYTES_PER_PIXEL = ImageObject::BYTES_PER_PIXEL;
+
+using Bytes = std::span<const unsigned char>;
+
+struct Chunk {
+    std::string_view type; // four letters; empty when there is no whole chunk
+    Bytes content;
+};
+
+/** Takes the chunk that `rest` begins with off it. */
+Chunk takeChunk(Bytes& rest)
+{
+    if (rest.size() < CHUNK_FRAME)
+        return {};
+    const std::size_t length = png_get_uint_32(rest.data());
+    if (length > rest.size() - CHUNK_FRAME)
+        return {};
+    const auto* const type = reinterpret_cast<const char*>(rest.data()) + 4;
+    const Chunk chunk{
+        {type, 4},
+        rest.subspan(8, length)
+    };
+    rest = rest.subspan(length + CHUNK_FRAME);
+    return chunk;
+}
+
+bool isPng(Bytes file)
+{
+    return file.size() >= SIGNATURE_SIZE && png_sig_cmp(file.data(), 0, SIGNATURE_SIZE) == 0;
+}
+
+/** How many bytes hold the pixels; empty when a chunk claims more than the file has. */
+std::optional<std::size_t> deflatedBytes(Bytes chunks)
+{
+    std::size_t sum = 0;
+    for (Chunk chunk = takeChunk(chunks); chunk.type != "IEND"; chunk = takeChunk(chunks)) {
+        if (chunk.type.empty())
+            return std::nullopt;
+        if (chunk.type == "IDAT")
+            sum += chunk.content.size();
+    }
+    return sum;
+}
 
 // libpng reports an error by a jump out of its own frames. The functions that it jumps to hold
 // nothing with a destructor; everything they need is owned by their callers.
@@ -27,20 +73,13 @@ constexpr std::size_t BYTES_PER_PIXEL = ImageObject::BYTES_PER_PIXEL;
 
 void ignoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
 
-/** The bytes not read yet. */
-struct Source {
-    const unsigned char* data;
-    std::size_t size;
-};
-
 void readBytes(png_structp png, png_bytep out, png_size_t count)
 {
-    auto* const source = static_cast<Source*>(png_get_io_ptr(png));
-    if (count > source->size)
+    auto* const rest = static_cast<Bytes*>(png_get_io_ptr(png));
+    if (count > rest->size())
         png_error(png, "end of file");
-    std::memcpy(out, source->data, count);
-    source->data += count;
-    source->size -= count;
+    std::memcpy(out, rest->data(), count);
+    *rest = rest->subspan(count);
 }
 
 class Reader {
@@ -61,22 +100,35 @@ public:
     Reader& operator=(const Reader&) = delete;
     ~Reader() { png_destroy_read_struct(&mPng, &mInfo, nullptr); }
 
-    /** Everything up to the first pixel. */
-    bool readHeader(Source& source)
+    /**
+     * Everything up to the first pixel.
+     *
+     * @param rest  What follows the signature; what was not read yet, from then on.
+     */
+    bool readHeader(Bytes& rest)
     {
         if (setjmp(png_jmpbuf(mPng)) != 0)
             return false;
-        png_set_read_fn(mPng, &source, readBytes);
+        png_set_read_fn(mPng, &rest, readBytes);
+        // Chunks that are not needed are skipped unread, the known ones among them, too.
+        png_set_keep_unknown_chunks(mPng, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
         png_set_sig_bytes(mPng, static_cast<int>(SIGNATURE_SIZE));
         png_read_info(mPng, mInfo);
         return true;
     }
 
-    /** The pixels as they are stored, and what follows them. */
+    /**
+     * The pixels and what follows them. Red, green and blue of 8 bits, with or without alpha,
+     * become blue, green, red and alpha; others stay as they are stored.
+     */
     bool readPixels(png_bytepp rows)
     {
         if (setjmp(png_jmpbuf(mPng)) != 0)
             return false;
+        if (isColour()) {
+            png_set_bgr(mPng);
+            png_set_add_alpha(mPng, OPAQUE, PNG_FILLER_AFTER); // where there is none
+        }
         png_read_image(mPng, rows);
         png_read_end(mPng, nullptr);
         return true;
@@ -86,57 +138,65 @@ public:
     int height() const { return static_cast<int>(png_get_image_height(mPng, mInfo)); }
     int colourType() const { return png_get_color_type(mPng, mInfo); }
     int bitDepth() const { return png_get_bit_depth(mPng, mInfo); }
-    /** Of the pixels as they are stored. */
-    std::size_t rowBytes() const { return png_get_rowbytes(mPng, mInfo); }
+    bool isColour() const
+    {
+        return bitDepth() == 8 && (colourType() & ~PNG_COLOR_MASK_ALPHA) == PNG_COLOR_TYPE_RGB;
+    }
+    std::size_t storedRowBytes() const { return png_get_rowbytes(mPng, mInfo); }
+    std::size_t storedBytes() const
+    {
+        return storedRowBytes() * static_cast<std::size_t>(height());
+    }
 
 private:
     png_structp mPng = nullptr;
     png_infop mInfo = nullptr;
 };
 
+/** Throws Exception unless the pixels are of a kind that is read. */
 void requireFormat(const Reader& reader)
 {
-    const int type = reader.colourType();
-    const int depth = reader.bitDepth();
-    if (type == PNG_COLOR_TYPE_GRAY && depth == 8)
+    if (reader.isColour())
+        return;
+    if (reader.colourType() == PNG_COLOR_TYPE_GRAY && reader.bitDepth() == 8)
         throw Exception("[loadPNG] No support for grayscale images yet");
-    if (depth != 8 || (type != PNG_COLOR_TYPE_RGB && type != PNG_COLOR_TYPE_RGB_ALPHA))
-        throw Exception("[loadPNG] Bad color format of image (type %d, %d bits per channel)", type,
-                        depth);
+    throw Exception("[loadPNG] Bad color format of image (type %d, %d bits per channel)",
+                    reader.colourType(), reader.bitDepth());
 }
 
-/** Whether the rest of the file can hold as many pixels as its header claims. */
-bool isPlausible(const Reader& reader, std::size_t bytesLeft)
+[[noreturn]] void refuseFile()
 {
-    const std::size_t claimed = reader.rowBytes() * static_cast<std::size_t>(reader.height());
-    return canInflateTo(claimed, bytesLeft);
+    throw Exception("[loadPNG] Error when decoding png-file!");
 }
 
-/** @param rowBytes  width x 3 for red, green and blue; width x 4 with alpha. */
-std::unique_ptr<unsigned char[]> toBgra(const unsigned char* stored, std::size_t rowBytes,
-                                        int width, int height)
+/**
+ * Reads everything up to the first pixel off `file`. Throws Exception unless the file holds all its
+ * chunks and they as many pixels as its header claims.
+ */
+void openFile(Reader& reader, Bytes& file)
 {
-    const std::size_t size = ImageObject::byteCount(width, height);
-    auto pixels = std::make_unique_for_overwrite<unsigned char[]>(size);
-    const std::size_t channels = rowBytes / static_cast<std::size_t>(width);
-    for (std::size_t at = 0; at < size; at += BYTES_PER_PIXEL, stored += channels) {
-        pixels[at] = stored[2];
-        pixels[at + 1] = stored[1];
-        pixels[at + 2] = stored[0];
-        pixels[at + 3] = channels == BYTES_PER_PIXEL ? stored[3] : OPAQUE;
-    }
-    return pixels;
+    if (!isPng(file))
+        throw Exception("[loadPNG] Not a png-file! Header is wrong!");
+
+    file = file.subspan(SIGNATURE_SIZE);
+    const std::optional<std::size_t> deflated = deflatedBytes(file);
+    if (!deflated || !reader.readHeader(file) || !canInflateTo(reader.storedBytes(), *deflated))
+        refuseFile();
 }
 
 void appendBytes(png_structp png, png_bytep bytes, png_size_t count)
 {
     auto* const file = static_cast<std::vector<unsigned char>*>(png_get_io_ptr(png));
+    bool kept = true;
     try {
         file->insert(file->end(), bytes, bytes + count);
     } catch (const std::exception&) {
-        // Nothing may be thrown through the library's frames; its own way out is a jump.
-        png_error(png, "out of memory");
+        kept = false;
     }
+    // Nothing may be thrown through the library's frames; its own way out is a jump, which must not
+    // leave a handler.
+    if (!kept)
+        png_error(png, "out of memory");
 }
 
 void flushNothing(png_structp /*png*/) {}
@@ -187,26 +247,32 @@ std::vector<png_bytep> rowsOf(unsigned char* pixels, std::size_t stride, int hei
 
 void ImageCodecPNG::decodeImage(const unsigned char* data, std::size_t size, ImageObject& out)
 {
-    if (size < SIGNATURE_SIZE || png_sig_cmp(data, 0, SIGNATURE_SIZE) != 0)
-        throw Exception("[loadPNG] Not a png-file! Header is wrong!");
-
     Reader reader;
-    Source source{data + SIGNATURE_SIZE, size - SIGNATURE_SIZE};
-    if (!reader.readHeader(source))
-        throw Exception("[loadPNG] Error when decoding png-file!");
-    if (!isPlausible(reader, size))
-        throw Exception("[loadPNG] Error when decoding png-file!");
+    Bytes file{data, size};
+    openFile(reader, file);
 
-    // A damaged file is called so, whatever its format: the format is looked at when all is read.
     const int width = reader.width();
     const int height = reader.height();
-    const auto stored = std::make_unique_for_overwrite<unsigned char[]>(
-        reader.rowBytes() * static_cast<std::size_t>(height));
-    std::vector<png_bytep> rows = rowsOf(stored.get(), reader.rowBytes(), height);
+    // A damaged file is called so, whatever its format: the format is looked at when all is read.
+    // What will be refused then is read over and over into one row.
+    const bool kept = reader.isColour();
+    const std::size_t count = ImageObject::byteCount(width, height);
+    auto pixels =
+        std::make_unique_for_overwrite<unsigned char[]>(kept ? count : reader.storedRowBytes());
+    const std::size_t stride = kept ? static_cast<std::size_t>(width) * BYTES_PER_PIXEL : 0;
+    std::vector<png_bytep> rows = rowsOf(pixels.get(), stride, height);
     if (!reader.readPixels(rows.data()))
-        throw Exception("[loadPNG] Error when decoding png-file!");
+        refuseFile();
     requireFormat(reader);
-    out.setData(width, height, toBgra(stored.get(), reader.rowBytes(), width, height));
+    out.setData(width, height, std::move(pixels));
+}
+
+ImageSize ImageCodecPNG::readSize(const unsigned char* data, std::size_t size)
+{
+    Reader reader;
+    Bytes file{data, size};
+    openFile(reader, file);
+    return {reader.width(), reader.height()};
 }
 
 bool ImageCodecPNG::encodeImage(unsigned char** data, std::size_t* size, ImageObject& in)

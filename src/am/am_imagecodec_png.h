@@ -11,6 +11,7 @@ public:
     bool encodeImage(unsigned char** data, std::size_t* size, ImageObject& in) override;
     std::string getFormatString() const override { return "png"; }
     bool canWrite() const override { return true; }
+    ImageSize readSize(const unsigned char* data, std::size_t size) override;
 };
 
 } // namespace zavex::am

@@ -4,10 +4,24 @@
 
 namespace zavex::am {
 
+namespace {
+
+[[noreturn]] void refuse()
+{
+    throw Exception("[ImageCodec] TGA-reader is not done yet!");
+}
+
+} // namespace
+
 void ImageCodecTGA::decodeImage(const unsigned char* /*data*/, std::size_t /*size*/,
                                 ImageObject& /*out*/)
 {
-    throw Exception("[ImageCodec] TGA-reader is not done yet!");
+    refuse();
+}
+
+ImageSize ImageCodecTGA::readSize(const unsigned char* /*data*/, std::size_t /*size*/)
+{
+    refuse();
 }
 
 } // namespace zavex::am

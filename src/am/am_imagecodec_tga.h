@@ -9,6 +9,7 @@ class ImageCodecTGA final : public ImageCodec {
 public:
     void decodeImage(const unsigned char* data, std::size_t size, ImageObject& out) override;
     std::string getFormatString() const override { return "tga"; }
+    ImageSize readSize(const unsigned char* data, std::size_t size) override;
 };
 
 } // namespace zavex::am
