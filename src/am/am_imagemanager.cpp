@@ -12,7 +12,7 @@
 
 namespace zavex::am {
 
-ImageManager::ImageManager()
+ImageManager::ImageManager(std::size_t mostBytes) : mMostBytes(mostBytes)
 {
     addCodec(std::make_unique<ImageCodecPNG>());
     addCodec(std::make_unique<ImageCodecJPEG>());
@@ -48,9 +48,12 @@ Image ImageManager::loadImage(const std::string& name, const File& file, bool un
         throw Exception("ImageManager::loadImage, No decoder found for %s", name.c_str());
     ZVX_REQUIRE(!file.isNull(), "!file.isNull()");
 
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(file->data);
+    const auto length = static_cast<std::size_t>(file->length);
+    std::shared_ptr<void> share = takeShare(name, codec->readSize(bytes, length));
     auto object = std::make_unique<ImageObject>();
-    codec->decodeImage(reinterpret_cast<const unsigned char*>(file->data),
-                       static_cast<std::size_t>(file->length), *object);
+    codec->decodeImage(bytes, length, *object);
+    object->setShare(std::move(share));
     if (uncached)
         return Image(object.release());
 
@@ -59,6 +62,20 @@ Image ImageManager::loadImage(const std::string& name, const File& file, bool un
     Image image(object.release());
     mImageCache.emplace(name, image);
     return image;
+}
+
+/** Counts a picture in before it is decoded, until what is returned goes. */
+std::shared_ptr<void> ImageManager::takeShare(const std::string& name, ImageSize size)
+{
+    const std::size_t bytes = std::size_t{static_cast<unsigned>(size.width)} *
+                              static_cast<unsigned>(size.height) * ImageObject::BYTES_PER_PIXEL;
+    if (bytes > ImageObject::MOST_BYTES || bytes > mMostBytes - *mBytesHeld)
+        throw Exception("Picture '%s' has %d x %d pixels, %zu bytes: one may take at most %zu, all "
+                        "together %zu, of which %zu are taken",
+                        name.c_str(), size.width, size.height, bytes, ImageObject::MOST_BYTES,
+                        mMostBytes, *mBytesHeld);
+    *mBytesHeld += bytes;
+    return {mBytesHeld.get(), [held = mBytesHeld, bytes](void*) { *held -= bytes; }};
 }
 
 File ImageManager::encodeImage(const std::string& name, Image& image)

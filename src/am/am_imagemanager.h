@@ -3,6 +3,7 @@
 #include "am/am_file.h"
 #include "am/am_image.h"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -10,6 +11,7 @@
 namespace zavex::am {
 
 class ImageCodec;
+struct ImageSize;
 
 /**
  * Decodes and encodes pictures by the extension of their names, and keeps those in use by name so
@@ -17,8 +19,15 @@ class ImageCodec;
  */
 class ImageManager {
 public:
-    /** Knows "png", "jpg" and "tga". */
-    ImageManager();
+    /** What all pictures that one manager decoded may take while they live: four of the largest. */
+    static constexpr std::size_t MOST_BYTES_TOGETHER = 4 * ImageObject::MOST_BYTES;
+
+    /**
+     * Knows "png", "jpg" and "tga".
+     *
+     * @param mostBytes  That all pictures may take together.
+     */
+    explicit ImageManager(std::size_t mostBytes = MOST_BYTES_TOGETHER);
     ImageManager(const ImageManager&) = delete;
     ImageManager& operator=(const ImageManager&) = delete;
     ~ImageManager();
@@ -26,7 +35,9 @@ public:
     /**
      * Decodes a file, or gives the image that is cached under `name`.
      *
-     * Throws Exception when no codec serves the extension or the file cannot be decoded.
+     * Throws Exception when no codec serves the extension or the file cannot be decoded; before
+     * memory is taken when the picture would have more than ImageObject::MOST_BYTES, or all that
+     * live would have more together than this manager allows.
      *
      * @param file      Must not be null, unless the image is cached.
      * @param uncached  Decode in any case, into a private, writable image.
@@ -64,10 +75,13 @@ private:
     using ImageCache = std::map<std::string, Image>;
 
     void drop(ImageCache::iterator entry);
+    std::shared_ptr<void> takeShare(const std::string& name, ImageSize size);
     ImageCodec* findCodec(const std::string& name) const;
     void addCodec(std::unique_ptr<ImageCodec> codec);
 
     ImageCache mImageCache;
+    std::size_t mMostBytes;
+    std::shared_ptr<std::size_t> mBytesHeld = std::make_shared<std::size_t>(0); // by all that live
     std::map<std::string, std::unique_ptr<ImageCodec>> mImageCodecs; // by lower-case extension
 };
 

@@ -12,6 +12,8 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <sys/resource.h>
+
 namespace zavex::am {
 namespace {
 
@@ -48,7 +50,8 @@ std::string smallPng()
     return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, std::string("\xff\0\0\0\0\xff", 6));
 }
 
-std::string encodeJpeg(int width, int height, bool arithmetic = false)
+/** @param scans  1 for a plain picture, else at least 2 and at most 65. */
+std::string encodeJpeg(int width, int height, bool arithmetic = false, int scans = 1)
 {
     jpeg_compress_struct info{};
     jpeg_error_mgr errors{};
@@ -64,6 +67,21 @@ std::string encodeJpeg(int width, int height, bool arithmetic = false)
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, 95, TRUE);
     info.arith_code = arithmetic ? TRUE : FALSE;
+    // One coefficient after another, the first in two steps when there are more scans than those.
+    std::vector<jpeg_scan_info> script{
+        {3, {0, 1, 2}, 0, 0, 0, scans == 65}
+    };
+    for (int at = 1; at < std::min(scans, 64); ++at)
+        script.push_back({1, {0}, at, at, 0, 0});
+    if (scans == 65)
+        script.push_back({
+            3, {0, 1, 2},
+             0, 0, 1, 0
+        });
+    if (scans > 1) {
+        info.scan_info = script.data();
+        info.num_scans = scans;
+    }
     jpeg_start_compress(&info, TRUE);
     std::string row;
     for (int x = 0; x < width; ++x)
@@ -77,6 +95,14 @@ std::string encodeJpeg(int width, int height, bool arithmetic = false)
     std::string file(reinterpret_cast<char*>(bytes), size);
     std::free(bytes);
     return file;
+}
+
+std::string bigEndian(std::size_t number)
+{
+    std::string bytes;
+    for (const unsigned shift : {24u, 16u, 8u, 0u})
+        bytes += static_cast<char>(number >> shift & 0xffu);
+    return bytes;
 }
 
 Image decode(const std::string& name, const std::string& bytes)
@@ -131,24 +157,6 @@ TEST(Png, CutAtAnyByteIsRefused)
     }
 }
 
-TEST(Png, ASizeThatTheFileCannotHoldIsRefusedBeforeMemoryIsTaken)
-{
-    constexpr std::size_t WIDTH_AT = 16;
-    constexpr std::size_t HEADER_CHECK_AT = 29;
-    for (const std::uint32_t side : {100000u, 0x7fffffffu, 0xffffffffu, 0u}) {
-        std::string png = smallPng();
-        for (std::size_t byte = 0; byte < 8; ++byte)
-            png[WIDTH_AT + byte] = static_cast<char>(side >> 8 * (3 - byte % 4) & 0xff);
-        const auto* const chunk = reinterpret_cast<const Bytef*>(&png[WIDTH_AT - 4]);
-        const auto check = static_cast<std::uint32_t>(crc32(0, chunk, 17));
-        for (std::size_t byte = 0; byte < 4; ++byte)
-            png[HEADER_CHECK_AT + byte] = static_cast<char>(check >> 8 * (3 - byte) & 0xff);
-        EXPECT_EQ(thrownMessage([&] { decode("a.png", png); }),
-                  "[loadPNG] Error when decoding png-file!")
-            << side;
-    }
-}
-
 TEST(Jpeg, DecodesWithinItsLossAndOpaque)
 {
     const Image image = decode("a.jpg", encodeJpeg(17, 9));
@@ -183,15 +191,94 @@ TEST(Jpeg, CutAtAnyByteIsRefused)
     }
 }
 
-TEST(Jpeg, ASizeThatTheFileCannotHoldIsRefusedBeforeMemoryIsTaken)
+std::string chunk(const std::string& type, const std::string& content, std::size_t claimed)
 {
-    std::string jpeg = encodeJpeg(16, 16);
-    const std::size_t frame = jpeg.find("\xff\xc0");
-    ASSERT_NE(frame, std::string::npos);
+    const std::string text = type + content;
+    const auto check =
+        crc32(0, reinterpret_cast<const Bytef*>(text.data()), static_cast<uInt>(text.size()));
+    return bigEndian(claimed) + text + bigEndian(check);
+}
+
+/** A PNG with a header that fits its claims; its pixels are no pixels. */
+std::string claimingPng(std::size_t width, std::size_t height, std::size_t deflated,
+                        const std::string& between = "")
+{
+    const std::string header =
+        bigEndian(width) + bigEndian(height) + std::string("\x08\6\0\0\0", 5);
+    return "\x89PNG\r\n\x1a\n" + chunk("IHDR", header, 13) + between +
+           chunk("IDAT", std::string(deflated, '\0'), deflated) + chunk("IEND", "", 0);
+}
+
+std::string claimingJpeg(bool arithmetic, const std::string& behind)
+{
+    std::string jpeg = encodeJpeg(16, 16, arithmetic);
+    const std::size_t frame = jpeg.find(arithmetic ? "\xff\xc9" : "\xff\xc0");
     for (std::size_t byte = 5; byte < 9; ++byte)
-        jpeg[frame + byte] = '\xff'; // height and width of 65535
-    EXPECT_NE(thrownMessage([&] { decode("a.jpg", jpeg); }).find("Internal jpeglib error; "),
-              std::string::npos);
+        jpeg.at(frame + byte) = '\x7f'; // height and width of 32639
+    return jpeg + behind;
+}
+
+long peakMegabytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
+{
+    const std::string damaged = "[loadPNG] Error when decoding png-file!";
+    const std::string tooLarge =
+        "bytes: one may take at most 268435456, all together 1073741824, of which 0 are taken";
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::string message; // ends so
+    } rows[] = {
+        {"no side.png",              claimingPng(0,      0,                                   100),                   damaged             },
+        {                                                                            "more pixels than deflated bytes.png",         claimingPng(10000,              10000,                                100),                damaged                    },
+        {                                                "bytes of something else.png",
+         claimingPng(10000,                                    10000,                        100,     chunk("teXt",                 std::string(500000, ' '), 500000)), damaged},
+        {                                                                    "longest sides.png",                          claimingPng(0x7fffffff,                          0x7fffffff,              100), damaged   },
+        {    "chunk beyond the end.png", claimingPng(1,      1,                                   100,                    chunk("iTXt",         "short", 0x7a000000)),
+         damaged},
+        {                                                                 "too many pixels.png",                    claimingPng(8193,                                      8192,                                                     300000),
+         "8193 x 8192 pixels, 268468224 " + tooLarge                  },
+        {"more pixels than a code holds.jpg",                          claimingJpeg(false,          ""),
+         "32639 x 32639 pixels cannot be in"           },
+        {                                                                                                                                                               "arithmetic.jpg",         claimingJpeg(true,                ""), "32639 x 32639 pixels cannot be in"                      },
+        {                                      "too many pixels.jpg",                     claimingJpeg(false, std::string(2100000,                                    ' ')),
+         "32639 x 32639 pixels, 4261217284 " + tooLarge                                                                                              },
+        { "too many scans.jpg",                       encodeJpeg(16,   16,                                      false,                                              65),
+         "Internal jpeglib error; More than 64 scans"},
+    };
+    const long before = peakMegabytes();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string message = thrownMessage([&] { decode(row.name, row.bytes); });
+        EXPECT_NE(message.find(row.message), std::string::npos) << message;
+        EXPECT_LT(peakMegabytes(), before + 50);
+    }
+    EXPECT_EQ(decode("a.jpg", encodeJpeg(16, 16, false, 64))->getWidth(), 16);
+}
+
+TEST(Images, TogetherTakeNoMoreThanTheirManagerAllows)
+{
+    const File file = makeFile("a.png", smallPng());
+    ImageManager manager(3 * 2 * 3 * 4);
+    const Image kept = manager.loadImage("a.png", file, false);
+    Image own = manager.loadImage("a.png", file, true);
+    Image changed = manager.loadImage("a.png", file, true);
+    EXPECT_EQ(thrownMessage([&] { manager.loadImage("b.png", file, false); }),
+              "Picture 'b.png' has 2 x 3 pixels, 24 bytes: one may take at most 268435456, all "
+              "together 72, of which 72 are taken");
+    own = Image();
+    EXPECT_THROW(
+        manager.loadImage("b.png", makeFile("b.png", smallPng().replace(45, 1, "?")), false),
+        Exception);
+    const Image other = manager.loadImage("b.png", file, false);
+    changed->resize(1, 1);
+    EXPECT_EQ(manager.loadImage("c.png", file, false)->getWidth(), 2);
 }
 
 TEST(Images, NamesChooseTheCodec)
