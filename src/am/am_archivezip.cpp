@@ -1,12 +1,19 @@
 #include "am/am_archivezip.h"
 
 #include "am/am_deflate.h"
+#include "common/zvx_system.h"
 
 #include <minizip/unzip.h>
 
-#include <algorithm>
-#include <limits>
-#include <vector>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace zavex::am {
 
@@ -14,7 +21,7 @@ namespace {
 
 constexpr int CASE_BY_SYSTEM = 0; // minizip: compare names as the system's file names are
 constexpr std::size_t NAME_SIZE = 512;
-constexpr std::size_t CHUNK = 1U << 18U; // bytes
+constexpr unsigned long ENCRYPTED = 1; // flag of an entry
 
 std::string entryName(const std::string& name)
 {
@@ -26,33 +33,83 @@ std::string entryName(const std::string& name)
     return name.substr(first);
 }
 
-/** Whether an entry can be as large as it claims: a size field may lie. */
-bool isPlausible(const unz_file_info& info)
+/** A regular file that is open for reading. */
+struct OpenedFile {
+    std::FILE* file = nullptr; // null when it cannot be opened
+    std::uint64_t size = 0;    // bytes
+    std::string failure;       // empty when it is open or missing
+};
+
+OpenedFile openRegular(const std::string& path)
 {
-    return info.uncompressed_size <=
-               static_cast<unsigned long>(std::numeric_limits<std::int32_t>::max()) &&
-           canInflateTo(info.uncompressed_size, info.compressed_size);
+    // A pipe of that name must not make the program wait for its other end.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return {nullptr, 0, errno == ENOENT || errno == ENOTDIR ? "" : std::strerror(errno)};
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return {nullptr, 0, "Not a regular file"};
+    }
+    std::FILE* const file = fdopen(descriptor, "rb");
+    if (file == nullptr)
+        close(descriptor);
+    return {file, static_cast<std::uint64_t>(status.st_size), file ? "" : std::strerror(errno)};
 }
 
-/** Reads the open entry. Memory grows with what really comes. False when it is not `size` bytes. */
-bool readEntry(unzFile zip, std::size_t size, std::vector<char>& bytes)
+/** @param opaque  The file that was opened; it is handed over. */
+voidpf handOver(voidpf opaque, const void* /*name*/, int /*mode*/)
 {
-    while (bytes.size() < size) {
-        const std::size_t start = bytes.size();
-        bytes.resize(start + std::min(CHUNK, size - start));
-        const int count =
-            unzReadCurrentFile(zip, &bytes[start], static_cast<unsigned>(bytes.size() - start));
-        bytes.resize(start + static_cast<std::size_t>(std::max(count, 0)));
+    return std::exchange(static_cast<OpenedFile*>(opaque)->file, nullptr);
+}
+
+/** Why an entry is not to be read; empty when it may be. A size field may lie. */
+std::string refusal(const unz_file_info& info, std::uint64_t zipSize)
+{
+    if ((info.flag & ENCRYPTED) != 0)
+        return "It is encrypted";
+    if (info.uncompressed_size > ArchiveZIP::MOST_BYTES)
+        return "It has " + std::to_string(info.uncompressed_size) + " bytes, expected at most " +
+               std::to_string(ArchiveZIP::MOST_BYTES);
+    if (info.compressed_size > zipSize ||
+        !canInflateTo(info.uncompressed_size, info.compressed_size))
+        return "It claims " + std::to_string(info.uncompressed_size) + " bytes in " +
+               std::to_string(info.compressed_size) + ", in a file of " + std::to_string(zipSize);
+    return {};
+}
+
+/** Reads the open entry. False when it has fewer bytes. */
+bool readAll(unzFile zip, char* bytes, std::size_t size)
+{
+    while (size > 0) {
+        const int count = unzReadCurrentFile(zip, bytes, static_cast<unsigned>(size));
         if (count <= 0)
             return false;
+        bytes += count;
+        size -= static_cast<std::size_t>(count);
     }
-    // The check sum is verified when a whole entry is closed.
     return true;
 }
 
 } // namespace
 
-ArchiveZIP::ArchiveZIP(const std::string& path) : mPath(path), mZipfile(unzOpen(path.c_str())) {}
+ArchiveZIP::ArchiveZIP(const std::string& path) : mPath(path)
+{
+    OpenedFile opened = openRegular(path);
+    mSize = opened.size;
+    if (opened.file != nullptr) {
+        zlib_filefunc64_def functions{};
+        fill_fopen64_filefunc(&functions);
+        functions.zopen64_file = handOver;
+        functions.opaque = &opened;
+        mZipfile = unzOpen2_64(path.c_str(), &functions);
+        if (mZipfile == nullptr)
+            opened.failure = "It is damaged, or no zip file";
+    }
+    if (!opened.failure.empty())
+        ZVX_LOG("warning", "app", "Zip '%s' cannot be read: %s\n", path.c_str(),
+                opened.failure.c_str());
+}
 
 ArchiveZIP::~ArchiveZIP()
 {
@@ -62,23 +119,38 @@ ArchiveZIP::~ArchiveZIP()
 
 File ArchiveZIP::read(const std::string& name)
 {
+    if (mZipfile == nullptr ||
+        unzLocateFile(mZipfile, entryName(name).c_str(), CASE_BY_SYSTEM) != UNZ_OK)
+        return {};
+    std::string failure = "It is damaged";
+    File file = readEntry(name, failure);
+    if (file.isNull())
+        ZVX_LOG("warning", "app", "'%s' in '%s' cannot be read: %s\n", name.c_str(), mPath.c_str(),
+                failure.c_str());
+    return file;
+}
+
+/** @param failure  Changed where there is more to say. */
+File ArchiveZIP::readEntry(const std::string& name, std::string& failure)
+{
     unz_file_info info{};
     char storedName[NAME_SIZE];
-    if (mZipfile == nullptr ||
-        unzLocateFile(mZipfile, entryName(name).c_str(), CASE_BY_SYSTEM) != UNZ_OK ||
-        unzGetCurrentFileInfo(mZipfile, &info, storedName, NAME_SIZE, nullptr, 0, nullptr, 0) !=
-            UNZ_OK ||
-        !isPlausible(info) || unzOpenCurrentFilePassword(mZipfile, nullptr) != UNZ_OK)
+    if (unzGetCurrentFileInfo(mZipfile, &info, storedName, NAME_SIZE, nullptr, 0, nullptr, 0) !=
+        UNZ_OK)
         return {};
-
-    std::vector<char> bytes;
-    const bool whole = readEntry(mZipfile, info.uncompressed_size, bytes);
+    if (std::string reason = refusal(info, mSize); !reason.empty()) {
+        failure = std::move(reason);
+        return {};
+    }
+    auto bytes = std::make_unique_for_overwrite<char[]>(info.uncompressed_size);
+    if (unzOpenCurrentFilePassword(mZipfile, nullptr) != UNZ_OK)
+        return {};
+    const bool whole = readAll(mZipfile, bytes.get(), info.uncompressed_size);
+    // The check sum is verified when a whole entry is closed.
     if (unzCloseCurrentFile(mZipfile) != UNZ_OK || !whole)
         return {};
-
-    auto data = std::make_unique_for_overwrite<char[]>(bytes.size());
-    std::ranges::copy(bytes, data.get());
-    return File(new FileStructure(name, std::move(data), static_cast<std::int32_t>(bytes.size())));
+    return File(new FileStructure(name, std::move(bytes),
+                                  static_cast<std::int32_t>(info.uncompressed_size)));
 }
 
 bool ArchiveZIP::write(File /*file*/)

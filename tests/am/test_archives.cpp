@@ -278,20 +278,56 @@ TEST_F(Archives, AZipCutAnywhereGivesTheWholeFileOrNone)
     }
 }
 
-TEST_F(Archives, ALyingSizeFieldGivesNoFile)
+TEST_F(Archives, AnEntryThatLiesGivesNoFileAndSaysWhy)
 {
     writeZip("whole.zip", std::string(3000, 'c'));
     const std::string zip = read("whole.zip");
     const std::size_t entry = zip.find("PK\1\2"); // the central directory's record
     ASSERT_NE(entry, std::string::npos);
-    constexpr std::size_t UNCOMPRESSED_SIZE = 24; // offset of a little-endian 32-bit number
-    for (const std::uint32_t lie : {0u, 1u, 2999u, 3001u, 0x7fffffffu, 0xfffffff0u}) {
+    const struct {
+        const char* field;
+        std::size_t offset;
+        std::uint32_t value; // little-endian
+        const char* reason;
+    } rows[] = {
+        {"flags",     8,  1,           "It is encrypted"                              },
+        {"method",    10, 99,          "It is damaged"                                },
+        {"deflated",  20, 0x7ffffff,   "It claims 3000 bytes in 134217727, in a file "},
+        {"size",      24, 0,           "It is damaged"                                },
+        {"size",      24, 2999,        "It is damaged"                                },
+        {"size",      24, 3001,        "It is damaged"                                },
+        {"size",      24, 1U << 29U,   "It claims 536870912 bytes in "                },
+        {"size",      24, 536870913U,  "It has 536870913 bytes, expected at most 5368"},
+        {"size",      24, 0xfffffff0U, "It has 4294967280 bytes, expected at most "   },
+        {"beginning", 42, 0x7fffffff,  "It is damaged"                                },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.field + std::to_string(row.value));
         std::string lying = zip;
-        for (std::size_t byte = 0; byte < 4; ++byte)
-            lying[entry + UNCOMPRESSED_SIZE + byte] = static_cast<char>(lie >> 8 * byte & 0xff);
+        for (std::size_t byte = 0; byte < (row.offset < 20 ? 2 : 4); ++byte)
+            lying[entry + row.offset + byte] = static_cast<char>(row.value >> 8 * byte & 0xff);
         write("lying.zip", lying);
-        EXPECT_EQ(readInside("lying.zip"), "(null)") << lie;
+        test::clearLog();
+        EXPECT_EQ(readInside("lying.zip"), "(null)");
+        EXPECT_EQ(
+            test::countLogged("warning", "lying.zip' cannot be read: " + std::string(row.reason)),
+            1);
     }
+}
+
+TEST_F(Archives, AZipThatIsNoFileIsNotWaitedForAndSaysSo)
+{
+    ASSERT_EQ(mkfifo(path("pipe.zip").c_str(), 0600), 0);
+    std::filesystem::create_directory(path("folder.zip"));
+    std::filesystem::create_symlink("/dev/zero", path("device.zip"));
+    write("text.zip", "text");
+    test::clearLog();
+    for (const char* name : {"pipe.zip", "folder.zip", "device.zip", "text.zip", "missing.zip"})
+        EXPECT_EQ(readInside(name), "(null)") << name;
+    EXPECT_EQ(test::countLogged("warning", ".zip' cannot be read: Not a regular file"), 3);
+    EXPECT_EQ(test::countLogged("warning", "text.zip' cannot be read: It is damaged, or no zip"),
+              1);
+    EXPECT_EQ(test::countLogged("warning", "missing.zip"), 0);
 }
 
 } // namespace
