@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <set>
 #include <utility>
 
 #include <fcntl.h>
@@ -22,23 +23,8 @@ namespace fs = std::filesystem;
 
 constexpr mode_t NEW_FILE_MODE = 0666; // before the umask
 constexpr mode_t PERMISSIONS = 07777;
-constexpr int MOST_LINKS = 40; // as many as the system follows
 constexpr std::string_view PART = ".part";
 constexpr std::size_t MOST_DIGITS = 10; // of the number behind it
-
-/** Where symbolic links lead, to a file or to where one is to be; anything else is itself. */
-std::string resolve(const std::string& path)
-{
-    fs::path target = path;
-    std::error_code error;
-    for (int links = 0; links < MOST_LINKS; ++links) {
-        const fs::path next = fs::read_symlink(target, error);
-        if (error)
-            break;
-        target = target.parent_path() / next;
-    }
-    return target.string();
-}
 
 std::string folderOf(const std::string& target)
 {
@@ -97,10 +83,20 @@ bool overwrite(int descriptor, std::string_view bytes)
            ftruncate(descriptor, static_cast<off_t>(bytes.size())) == 0 && fsync(descriptor) == 0;
 }
 
+/** Makes a folder remember its files on the disk. Where a file system cannot, nothing happens. */
+void flush(const std::string& folder)
+{
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    fsync(descriptor);
+    close(descriptor);
+}
+
 } // namespace
 
 FileReplacement::FileReplacement(const std::string& path, Flush flush)
-    : mPath(path), mTarget(resolve(path)), mFlush(flush)
+    : mPath(path), mTarget(followLinks(path)), mFlush(flush)
 {}
 
 FileReplacement::~FileReplacement()
@@ -206,13 +202,9 @@ bool FileReplacement::writeInPlace()
     return done;
 }
 
-void FileReplacement::flushFolder() const
+std::string FileReplacement::getFolder() const
 {
-    const int folder = open(folderOf(mTarget).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0)
-        return;
-    fsync(folder);
-    close(folder);
+    return folderOf(mTarget);
 }
 
 void SaveSet::add(const std::string& path, std::string_view bytes)
@@ -234,8 +226,11 @@ std::vector<SaveFailure> SaveSet::commit()
     for (FileReplacement& file : mFiles)
         if (!file.place())
             refuse(file.getPath(), std::strerror(errno));
+    std::set<std::string> folders;
     for (const FileReplacement& file : mFiles)
-        file.flushFolder();
+        folders.insert(file.getFolder());
+    for (const std::string& folder : folders)
+        flush(folder);
     mFiles.clear();
     return std::exchange(mFailures, {});
 }
@@ -251,7 +246,7 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes, std::s
 
 void removeLeftovers(const std::string& path)
 {
-    const std::string target = resolve(path);
+    const std::string target = followLinks(path);
     const std::string start = partName(target);
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(folderOf(target), error)) {

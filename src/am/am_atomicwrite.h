@@ -22,8 +22,8 @@ namespace zavex::am {
 class FileReplacement {
 public:
     enum class Flush {
-        ALWAYS,   // the bytes and the folder reach the disk before it is done
-        REPLACED, // the bytes do where they replace a file; a new file is not waited for
+        ALWAYS,   // the bytes reach the disk before they are put in place
+        REPLACED, // only where they replace a file; a new file is not waited for
     };
 
     FileReplacement(const std::string& path, Flush flush);
@@ -42,8 +42,8 @@ public:
     /** As it was given. */
     const std::string& getPath() const { return mPath; }
 
-    /** Makes the folder remember its files. Where a file system cannot, nothing happens. */
-    void flushFolder() const;
+    /** Of the file itself, not of a link to it; ends in a separator. */
+    std::string getFolder() const;
 
 private:
     bool prepareBeside(std::string_view bytes);

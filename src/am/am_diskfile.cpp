@@ -17,6 +17,9 @@ namespace zavex::am {
 
 namespace {
 
+namespace fs = std::filesystem;
+
+constexpr int MOST_LINKS = 40; // as many as the system follows
 constexpr std::int64_t MOST_BYTES =
     std::numeric_limits<std::int32_t>::max(); // that a file can hold
 
@@ -94,13 +97,30 @@ DiskRead readDiskFile(const std::string& path, const std::string& name)
     return {File(new FileStructure(name, std::move(bytes), static_cast<std::int32_t>(size))), {}};
 }
 
+std::string followLinks(const std::string& path)
+{
+    fs::path target = path;
+    std::error_code error;
+    for (int links = 0; links < MOST_LINKS; ++links) {
+        const fs::path next = fs::read_symlink(target, error);
+        if (error)
+            break;
+        target = target.parent_path() / next;
+    }
+    return target.string();
+}
+
 std::string leadsOutside(const std::string& path)
 {
-    namespace fs = std::filesystem;
     std::error_code error;
-    const fs::path target = fs::weakly_canonical(path, error);
-    const fs::path inside = target.lexically_relative(fs::current_path(error));
-    return !target.empty() && (inside.empty() || *inside.begin() == "..") ? target.string() : "";
+    const fs::path folder = fs::current_path(error);
+    if (error)
+        return {};
+    const fs::path target = fs::weakly_canonical(folder / followLinks(path), error);
+    if (error)
+        return {};
+    const fs::path inside = target.lexically_relative(folder);
+    return *inside.begin() == ".." ? target.string() : "";
 }
 
 FolderLock::~FolderLock()

@@ -24,6 +24,9 @@ struct DiskRead {
  */
 DiskRead readDiskFile(const std::string& path, const std::string& name);
 
+/** Where symbolic links lead, to a file or to where one is to be; anything else is itself. */
+std::string followLinks(const std::string& path);
+
 /**
  * Where `path` leads when links are followed, if that lies outside the working directory; empty
  * when it lies inside. What is missing counts as what it would be.
