@@ -1,0 +1,187 @@
+#include "cadenza/cad_document.h"
+
+#include "am/am_atomicwrite.h"
+#include "am/am_diskfile.h"
+#include "common/zvx_system.h"
+#include "xml/xml_parser.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zavex::cadenza {
+
+namespace {
+
+constexpr int DIGITS = 6; // significant ones of a saved number
+
+std::string bytesOf(const am::File& file)
+{
+    return {file->data, static_cast<std::size_t>(file->length)};
+}
+
+/** `base`, or `base` with a number, for a file of these bytes; `taken` when there is one already.
+ */
+std::string nameBeside(const std::string& base, std::string_view bytes, bool& taken)
+{
+    for (int number = 1;; ++number) {
+        std::string name = number == 1 ? base : base + "." + std::to_string(number);
+        const am::DiskRead found = am::readDiskFile(name, name);
+        taken = !found.file.isNull() && bytesOf(found.file) == bytes;
+        if (taken || found.isMissing())
+            return name;
+    }
+}
+
+/** Adds a file beside `path` unless there is one of these bytes. */
+void addBeside(const std::string& path, const char* suffix, const std::string& bytes,
+               const char* said, am::SaveSet& set)
+{
+    bool taken = false;
+    const std::string name = nameBeside(path + suffix, bytes, taken);
+    if (!taken)
+        set.add(name, bytes);
+    ZVX_LOG("warning", "app", "'%s' %s '%s'\n", path.c_str(), said, name.c_str());
+}
+
+std::uint64_t mixed(std::uint64_t place, std::string_view text)
+{
+    constexpr std::uint64_t spread = 0x9e3779b97f4a7c15; // 2^64 by the golden ratio
+    return (place ^ std::hash<std::string_view>{}(text)) * spread + (place >> 29);
+}
+
+/** A number as it is saved, other text as it is. */
+std::string asSaved(const std::string& value)
+{
+    double number = 0.0;
+    const char* const end = value.data() + value.size();
+    const auto [rest, error] = std::from_chars(value.data(), end, number);
+    if (error != std::errc() || rest != end || value.empty())
+        return value;
+    std::array<char, 32> digits{};
+    const auto written =
+        std::to_chars(digits.data(), digits.data() + digits.size(),
+                      double{static_cast<float>(number)}, std::chars_format::general, DIGITS);
+    return {digits.data(), written.ptr};
+}
+
+/** A number for each element and each attribute below a root, by where it stands; sorted. */
+std::vector<std::uint64_t> statementsOf(const xml::XmlParser& document)
+{
+    std::vector<std::uint64_t> found;
+    std::vector<std::pair<const xml::XmlNode*, std::uint64_t>> open{
+        {document.createIterator("").getContext(), 0}
+    };
+    while (!open.empty()) {
+        const auto [node, parent] = open.back();
+        open.pop_back();
+        const std::uint64_t place = mixed(parent, node->getTag().getName());
+        found.push_back(place);
+        for (const xml::XmlTag::Argument& each : node->getTag().getArg())
+            found.push_back(mixed(mixed(place, each.name), asSaved(each.value)));
+        for (int child = 0; child < node->getNumChildren(); ++child)
+            open.emplace_back(node->getChildren(child), place);
+    }
+    std::ranges::sort(found);
+    return found;
+}
+
+} // namespace
+
+void DocumentFile::setPath(const std::string& path)
+{
+    if (path == mPath)
+        return;
+    *this = DocumentFile();
+    mPath = path;
+}
+
+bool DocumentFile::read(xml::XmlParser& document)
+{
+    mKnown = Known::UNREADABLE;
+    if (const std::string where = am::leadsOutside(mPath); !where.empty())
+        throw Exception("%s: it leads out of the show's folder, to '%s'", mPath.c_str(),
+                        where.c_str());
+    const am::DiskRead found = am::readDiskFile(mPath, mPath);
+    if (!found.failure.empty())
+        throw Exception("%s: %s", mPath.c_str(), found.failure.c_str());
+    if (found.isMissing()) {
+        mKnown = Known::MISSING;
+        return false;
+    }
+    try {
+        document.parse(found.file->data, found.file->length);
+    } catch (const Exception& exception) {
+        throw Exception("%s: %s", mPath.c_str(), exception.what());
+    }
+    mRead = bytesOf(found.file);
+    mKnown = Known::BYTES;
+    return true;
+}
+
+void DocumentFile::save(const xml::XmlParser& document, am::SaveSet& set)
+{
+    if (mKnown == Known::UNREADABLE)
+        return set.refuse(mPath, "it was not read");
+    if (const std::string where = am::leadsOutside(mPath); !where.empty())
+        return set.refuse(mPath, "it leads out of the show's folder, to '" + where + "'");
+    try {
+        std::string text;
+        document.write(text, "\t");
+        replace(text, set);
+    } catch (const Exception& exception) {
+        set.refuse(mPath, exception.what());
+    }
+}
+
+void DocumentFile::replace(const std::string& text, am::SaveSet& set)
+{
+    const am::DiskRead found = am::readDiskFile(mPath, mPath);
+    if (!found.failure.empty())
+        return set.refuse(mPath, found.failure);
+    const std::string bytes = found.isMissing() ? "" : bytesOf(found.file);
+    if (!found.isMissing() && bytes == text)
+        return;
+    const bool isOurs = found.isMissing() || mKnown == Known::NOTHING || bytes == mWritten ||
+                        (mKnown == Known::BYTES && bytes == mRead);
+    if (!isOurs)
+        return addBeside(mPath, ".mine", text, "was changed by another program; ours is", set);
+
+    if (mKeepsCopy) {
+        am::SaveSet copy;
+        addBeside(mPath, ".bak", mRead, "holds what will not be saved; it is kept as", copy);
+        if (const auto failures = copy.commit(); !failures.empty())
+            return set.refuse(mPath, failures[0].path + ": " + failures[0].reason);
+        mKeepsCopy = false;
+    }
+    mWritten = text;
+    set.add(mPath, text);
+}
+
+bool saysAll(const xml::XmlParser& kept, const xml::XmlParser& original)
+{
+    return !original.hasContentOutside() &&
+           std::ranges::includes(statementsOf(kept), statementsOf(original));
+}
+
+bool commitSave(am::SaveSet& set)
+{
+    const std::vector<am::SaveFailure> failures = set.commit();
+    if (!failures.empty())
+        std::fflush(stdout);
+    for (const am::SaveFailure& each : failures) {
+        ZVX_LOG("error", "app", "Could not save '%s': %s\n", each.path.c_str(),
+                each.reason.c_str());
+        std::fprintf(stderr, "cadenza: could not save '%s': %s\n", each.path.c_str(),
+                     each.reason.c_str());
+    }
+    return failures.empty();
+}
+
+} // namespace zavex::cadenza
