@@ -1,6 +1,5 @@
 #include "cadenza/cad_effect.h"
 
-#include "am/am.h"
 #include "am/am_atomicwrite.h"
 #include "cadenza/cad_plugin.h"
 #include "common/zvx_system.h"
@@ -58,6 +57,7 @@ void Effect::addPlugin(const std::string& name, PluginBase& plugin)
 void Effect::nameFile()
 {
     mFilename = "script/" + mType + "." + mName + ".xml";
+    mScript.setPath(mFilename);
 }
 
 void Effect::load(display::DisplayGL* display)
@@ -66,19 +66,15 @@ void Effect::load(display::DisplayGL* display)
     nameFile();
     ZVX_LOG("log", "app", "effect::load: filename: %s\n", mFilename.c_str());
 
-    am::ArchiveManager archive;
-    archive.addArchive("./");
-    const am::File file = archive.readFile(mFilename, -1);
-    if (file.isNull())
+    xml::XmlParser script;
+    if (!mScript.read(script))
         return;
+    readScript(script);
 
-    xml::XmlParser parser;
-    try {
-        parser.parse(file->data, file->length);
-    } catch (const Exception& exception) {
-        throw Exception("%s: %s", mFilename.c_str(), exception.what());
-    }
-    readScript(parser);
+    xml::XmlParser kept;
+    writeScript(kept);
+    if (!saysAll(kept, script))
+        mScript.keepCopy();
 }
 
 void Effect::readScript(const xml::XmlParser& parser)
@@ -108,17 +104,18 @@ void Effect::readPlugins(const xml::XmlParser& parser)
 
 void Effect::save()
 {
+    am::SaveSet set;
+    save(set);
+    commitSave(set);
+}
+
+void Effect::save(am::SaveSet& set)
+{
     nameFile();
     ZVX_LOG("log", "app", "effect::save: filename: %s\n", mFilename.c_str());
-
-    xml::XmlParser parser;
-    writeScript(parser);
-    std::string text;
-    parser.write(text, "\t");
-
-    std::string reason;
-    if (!am::writeFileAtomically(mFilename, text, reason))
-        ZVX_LOG("error", "app", "Could not save '%s': %s\n", mFilename.c_str(), reason.c_str());
+    xml::XmlParser script;
+    writeScript(script);
+    mScript.save(script, set);
 }
 
 void Effect::writeScript(xml::XmlParser& parser)

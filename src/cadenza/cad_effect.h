@@ -1,10 +1,15 @@
 #pragma once
 
+#include "cadenza/cad_document.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_layout_stack.h"
 
 #include <string>
 #include <vector>
+
+namespace zavex::am {
+class SaveSet;
+}
 
 namespace zavex::display {
 class DisplayGL;
@@ -90,7 +95,9 @@ public:
      * Keeps the display, then reads the script file; without one, or when its root element is not
      * "effect", everything stays as it is.
      *
-     * Throws `Exception` with the file's name and the position when the file is malformed.
+     * Throws `Exception` with the file's name when the file is there and cannot be read, with the
+     * position when it is malformed. A file that holds more than will be saved is kept in a copy
+     * when it is saved first, see `DocumentFile`.
      *
      * @param display  Not owned; used by the concrete effects.
      */
@@ -98,10 +105,13 @@ public:
     using LayoutStack::load;
 
     /**
-     * Writes the script file, replacing the old one in one step. A failure is logged with the
-     * file's name and the reason and leaves the old file as it was.
+     * Writes the script file, as `DocumentFile` does. A failure is logged with the file's name and
+     * the reason and leaves the old file as it was.
      */
     void save();
+
+    /** Adds the script file to a save of several files. */
+    void save(am::SaveSet& set);
 
     /**
      * Builds the bar: its colours (those of the style document's element "effect"), its area (10
@@ -117,6 +127,10 @@ public:
     bool covers(float time) const { return mStart < time && time < mEnd; }
 
     const std::string& getName() const { return mName; }
+
+    /** The script file, relative to the working directory; empty before it was loaded or saved. */
+    const std::string& getFilename() const { return mFilename; }
+
     float getStart() const { return mStart; }
     float getEnd() const { return mEnd; }
 
@@ -129,6 +143,7 @@ protected:
     std::string mType; // of its factory; `getType` is the type of the control
     std::string mName;
     std::string mFilename;                  // set when the script is loaded or saved
+    DocumentFile mScript;                   // the file of that name
     float mStart = 0.0f;                    // demo seconds
     float mEnd = 0.0f;                      // demo seconds
     display::DisplayGL* mDisplay = nullptr; // not owned

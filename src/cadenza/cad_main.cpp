@@ -3,6 +3,7 @@
 
 #include "cadenza/cad_main.h"
 
+#include "am/am_atomicwrite.h"
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_gui.h"
@@ -42,6 +43,7 @@ void Cadenza::close() noexcept
             saveXml();
         } catch (const std::exception& exception) {
             ZVX_LOG("error", "app", "Could not save the project: %s\n", exception.what());
+            mSaveFailed = true;
         }
     }
     mGui.reset();
@@ -165,6 +167,17 @@ void Cadenza::loadScripts()
     for (Effect* effect : mEffect)
         effect->load(mDisplay.get());
     mScriptsLoaded = true;
+    removeLeftovers();
+}
+
+/** What killed saves left is of no use any more: the files themselves were read whole. */
+void Cadenza::removeLeftovers() const
+{
+    if (!mFolderIsOurs)
+        return;
+    am::removeLeftovers(LOCAL_SETUP);
+    for (const Effect* effect : mEffect)
+        am::removeLeftovers(effect->getFilename());
 }
 
 void Cadenza::buildEditor()

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "am/am.h"
+#include "am/am_diskfile.h"
 #include "am/am_image.h"
 #include "am/am_videofile.h"
 #include "cadenza/cad_clock_follower.h"
+#include "cadenza/cad_document.h"
 #include "cadenza/cad_music.h"
 #include "display/dis_clock.h"
 #include "display/dis_listener.h"
@@ -14,6 +16,10 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace zavex::am {
+class SaveSet;
+}
 
 namespace zavex::display {
 class DisplayGL;
@@ -75,8 +81,11 @@ public:
      * nothing when that was done before, and configures nothing when the root element is not
      * "demo".
      *
-     * Throws `Exception` when there is neither file, when it is malformed, or when the recording
-     * that it asks for is impossible.
+     * Throws `Exception` when there is neither file, when it cannot be read or is malformed, or
+     * when the recording that it asks for is impossible.
+     *
+     * Takes the working directory for this program; where another has it, that is said on standard
+     * error and this one saves nothing.
      *
      * @param aspect  Width / height of the picture; at most 0 takes the whole window.
      */
@@ -123,11 +132,15 @@ public:
      * if the scripts were loaded.
      *
      * Nothing at all is saved while "setup.local.xml" is malformed or its root element is not
-     * "demo": that is logged, and all files stay as they are. A file that cannot be written is
-     * logged with its name and the reason, keeps what it holds, and does not keep the others from
-     * being saved.
+     * "demo": all files stay as they are. All files are written before the first of them is put in
+     * place. One that cannot be written is said in the log and on standard error, with its name and
+     * the reason, keeps what it holds, and does not keep the others from being saved. What becomes
+     * of files that others changed, and of what would be lost, is said at `DocumentFile`.
      */
     void saveXml();
+
+    /** Whether a file of the project could not be saved. */
+    bool hasSaveFailed() const { return mSaveFailed; }
 
     /**
      * Ends the run: saves the project, unless an exception is under way or the configuration was
@@ -205,12 +218,14 @@ private:
     void requireDumpSize() const;
     void closeDisplay();
     void loadScripts();
+    void removeLeftovers() const;
     void buildEditor();
     void setupEffects();
     void startTime();
     void runFrames();
 
-    bool saveSettings();
+    void takeFolder();
+    bool saveSettings(am::SaveSet& set);
     void storeSettings(xml::XmlParser& parser) const;
 
     float seekMusic(float t);
@@ -229,6 +244,10 @@ private:
     void pressOsdKey(const display::KeyEvent& event);
 
     std::string mSetupFilename;  // the configuration that was read; empty before
+    DocumentFile mSettings;      // LOCAL_SETUP
+    am::FolderLock mFolderLock;  // on the working directory
+    bool mFolderIsOurs = false;  // no other program saves there
+    bool mSaveFailed = false;    // a file could not be saved
     bool mScriptsLoaded = false; // the effects hold what their files hold
     MusicClockFollower mClockFollower;
     float mClockFloor = 0.0f;    // the clock's latest time since it was moved, seconds

@@ -1,6 +1,8 @@
 // Saving: what a run has changed goes back into the settings and the scripts.
 
 #include "am/am_atomicwrite.h"
+#include "am/am_diskfile.h"
+#include "cadenza/cad_document.h"
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_main.h"
 #include "common/zvx_system.h"
@@ -60,42 +62,48 @@ xml::XmlTag& firstOrNew(xml::XmlParser& parser, std::string_view name)
 
 void Cadenza::saveXml()
 {
-    if (!saveSettings())
+    if (!mFolderIsOurs) {
+        ZVX_LOG("warning", "app", "Nothing is saved: another program has this folder\n");
         return;
+    }
+    am::SaveSet set;
     // Effects that never read their files would overwrite them with nothing.
-    if (!mScriptsLoaded)
-        return;
-    for (Effect* effect : mEffect)
-        effect->save();
+    if (saveSettings(set) && mScriptsLoaded)
+        for (Effect* effect : mEffect)
+            effect->save(set);
+    if (!commitSave(set))
+        mSaveFailed = true;
 }
 
 /** False when the project is not to be saved at all. */
-bool Cadenza::saveSettings()
+bool Cadenza::saveSettings(am::SaveSet& set)
 {
-    const am::File file = mArchive.readFile(LOCAL_SETUP, -1);
-    if (file.isNull())
+    const am::DiskRead found = am::readDiskFile(LOCAL_SETUP, LOCAL_SETUP);
+    if (found.isMissing())
         return true;
+    if (!found.failure.empty()) {
+        set.refuse(LOCAL_SETUP, found.failure);
+        return true;
+    }
 
     xml::XmlParser parser;
     try {
-        parser.parse(file->data, file->length);
+        parser.parse(found.file->data, found.file->length);
     } catch (const Exception& exception) {
-        ZVX_LOG("error", "app", "%s: nothing is saved: %s\n", LOCAL_SETUP, exception.what());
+        set.refuse(LOCAL_SETUP, std::string("nothing is saved: ") + exception.what());
         return false;
     }
     const std::string& root = parser.createIterator("").getRoot().getName();
     if (root != "demo") {
-        ZVX_LOG("error", "app", "%s: nothing is saved: the root element is '%s', expected 'demo'\n",
-                LOCAL_SETUP, root.c_str());
+        set.refuse(LOCAL_SETUP,
+                   "nothing is saved: the root element is '" + root + "', expected 'demo'");
         return false;
     }
 
+    if (parser.hasContentOutside())
+        mSettings.keepCopy();
     storeSettings(parser);
-    std::string text;
-    parser.write(text, "\t");
-    std::string reason;
-    if (!am::writeFileAtomically(LOCAL_SETUP, text, reason))
-        ZVX_LOG("error", "app", "Could not save '%s': %s\n", LOCAL_SETUP, reason.c_str());
+    mSettings.save(parser, set);
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -45,20 +46,16 @@ void Cadenza::setup(float aspect)
         return;
 
     mArchive.addArchive("./");
-    mSetupFilename = LOCAL_SETUP;
-    am::File file = mArchive.readFile(mSetupFilename, -1);
-    if (file.isNull()) {
-        mSetupFilename = SHARED_SETUP;
-        file = mArchive.readFile(mSetupFilename, -1);
-    }
-    if (file.isNull())
-        throw Exception("[Cadenza] Could not load 'setup.[local.]xml'");
-
+    takeFolder();
     xml::XmlParser parser;
-    try {
-        parser.parse(file->data, file->length);
-    } catch (const Exception& exception) {
-        throw Exception("%s: %s", mSetupFilename.c_str(), exception.what());
+    mSettings.setPath(LOCAL_SETUP);
+    mSetupFilename = LOCAL_SETUP;
+    if (!mSettings.read(parser)) {
+        DocumentFile shared;
+        shared.setPath(SHARED_SETUP);
+        mSetupFilename = SHARED_SETUP;
+        if (!shared.read(parser))
+            throw Exception("[Cadenza] Could not load 'setup.[local.]xml'");
     }
 
     const std::string& root = parser.createIterator("").getRoot().getName();
@@ -69,6 +66,16 @@ void Cadenza::setup(float aspect)
     }
     applySections(parser);
     mSetup = true;
+}
+
+/** One program at a time saves in a folder: two would take turns in undoing each other's work. */
+void Cadenza::takeFolder()
+{
+    mFolderIsOurs = mFolderLock.take(".");
+    if (mFolderIsOurs)
+        return;
+    ZVX_LOG("warning", "app", "Another program has this folder open; this one saves nothing\n");
+    std::fprintf(stderr, "cadenza: another cadenza has this folder open; this one saves nothing\n");
 }
 
 void Cadenza::applySections(const xml::XmlParser& parser)

@@ -76,7 +76,8 @@ private:
     std::deque<Created> mCreated;
 };
 
-void play()
+/** @return Whether all that was to be saved was saved. */
+bool play()
 {
     cadenza::EffectFactory<effects::Common> common;
     cadenza::EffectFactory<effects::Clear> clear;
@@ -110,6 +111,8 @@ void play()
             shared = static_cast<effects::Common*>(&effect);
     }
     demo.run();
+    demo.close();
+    return !demo.hasSaveFailed();
 }
 
 /** One line on standard error, whatever line ends the message has. */
@@ -128,10 +131,9 @@ void report(const std::exception& exception)
 int main()
 {
     try {
-        play();
+        return play() ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& exception) {
         report(exception);
         return EXIT_FAILURE;
     }
-    return EXIT_SUCCESS;
 }

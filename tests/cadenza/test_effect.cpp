@@ -6,9 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <random>
 #include <string>
+#include <utility>
+
+#include <sys/stat.h>
 
 namespace zavex::cadenza {
 namespace {
@@ -111,7 +115,7 @@ std::string savedAgain(const std::string& script)
 TEST_F(EffectScript, KeepsTheOrderOfKeysAtOneTime)
 {
     std::mt19937 random(12);
-    for (int turn = 0; turn < 200; ++turn) {
+    for (int turn = 0; turn < 50; ++turn) {
         const std::string script = anyScript(random);
         SCOPED_TRACE(script);
         const std::string saved = savedAgain(script);
@@ -190,6 +194,89 @@ TEST_F(EffectScript, GivesAPluginTheFirstElementOfItsNameOnly)
 
     EXPECT_EQ(effect.curve.get(0.0f), 2.0f);
     EXPECT_EQ(effect.color.get(0.0f).x, 0.0f);
+}
+
+// clang-format off
+constexpr struct KeptCase {
+    const char* name;
+    const char* script;
+    bool isKept; // in a copy
+} KEPT_CASES[] = {
+    {"AllIsRead",         R"(<effect><time end="0.50" start="1"/><plugin name="beat"><action delay="0.1234567"/></plugin></effect>)", false},
+    {"Declaration",       "<?xml version='1.0'?><effect><time/></effect>\n", false},
+    {"AnotherRoot",       R"(<demo><time start="0" end="10"/></demo>)", true},
+    {"Comment",           "<effect><!-- mine --><time/></effect>", true},
+    {"CommentOutside",    "<effect><time/></effect><!-- mine -->", true},
+    {"Text",              "<effect>mine<time/></effect>", true},
+    {"UnknownPlugin",     R"(<effect><plugin name="gone"/></effect>)", true},
+    {"SecondOfAName",     R"(<effect><plugin name="beat"/><plugin name="beat"/></effect>)", true},
+    {"UnknownElement",    R"(<effect><plugin name="beat"><note/></plugin></effect>)", true},
+    {"UnknownAttribute",  R"(<effect><time start="0" by="me"/></effect>)", true},
+    {"UnknownWord",       R"(<effect><plugin name="curve"><attributes type="Smooth"/></plugin></effect>)", true},
+};
+// clang-format on
+
+TEST_F(EffectScript, ThatHoldsMoreThanIsReadIsKeptInACopy)
+{
+    const std::string copy = std::string(SCRIPT) + ".bak";
+    for (const KeptCase& row : KEPT_CASES) {
+        SCOPED_TRACE(row.name);
+        std::filesystem::remove(copy);
+        savedAgain(row.script);
+        EXPECT_EQ(readText(copy), row.isKept ? row.script : "");
+    }
+    savedAgain("<effect>once more</effect>");
+    EXPECT_EQ(readText(copy + ".2"), "<effect>once more</effect>");
+    EXPECT_EQ(test::countLogged("warning", "'script/probe.it.xml' holds what will not be saved"),
+              10);
+}
+
+TEST_F(EffectScript, ThatSomebodyElseChangedIsNotReplaced)
+{
+    const std::string mine = std::string(SCRIPT) + ".mine";
+    load(FULL);
+    effect.save();
+    effect.setSpan(1.0f, 2.0f);
+    effect.save(); // over our own
+    EXPECT_FALSE(std::filesystem::exists(mine));
+
+    const std::string ours = readText(SCRIPT);
+    writeText(SCRIPT, "somebody else's");
+    effect.save();
+    effect.setSpan(1.0f, 3.0f);
+    effect.save();
+    EXPECT_EQ(readText(SCRIPT), "somebody else's");
+    EXPECT_EQ(readText(mine), ours);
+    EXPECT_NE(readText(mine + ".2").find("end=\"3\""), std::string::npos);
+    EXPECT_EQ(test::countLogged("warning", "'script/probe.it.xml' was changed by another"), 2);
+
+    std::filesystem::remove(SCRIPT);
+    effect.setSpan(1.0f, 2.0f);
+    effect.save();
+    EXPECT_EQ(readText(SCRIPT), ours);
+}
+
+TEST_F(EffectScript, ThatCannotBeReadNamesTheReasonAndIsNotWritten)
+{
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {[] { std::filesystem::create_directory(SCRIPT); },                "Is a directory"    },
+        {[] { EXPECT_EQ(mkfifo(SCRIPT, 0666), 0); },                       "Not a regular file"},
+        {[] { std::filesystem::create_symlink("probe.it.xml", SCRIPT); },  "Too many levels"   },
+        {[] { std::filesystem::create_symlink("/etc/hostname", SCRIPT); },
+         "it leads out of the show's folder, to '/etc/hostname'"                               },
+        {[] { std::filesystem::create_symlink("../../gone", SCRIPT); },
+         "it leads out of the show's folder, to '/tmp/gone'"                                   },
+    };
+    for (const auto& [make, reason] : cases) {
+        SCOPED_TRACE(reason);
+        std::filesystem::remove(SCRIPT);
+        make();
+        const auto type = std::filesystem::symlink_status(SCRIPT).type();
+        const std::string message = thrownMessage([this] { effect.load(nullptr); });
+        EXPECT_EQ(message.find("script/probe.it.xml: " + reason), 0u) << message;
+        effect.save();
+        EXPECT_EQ(std::filesystem::symlink_status(SCRIPT).type(), type);
+    }
 }
 
 TEST_F(EffectScript, ThatIsMalformedNamesFileAndPlace)

@@ -133,9 +133,9 @@ constexpr struct BadFile {
     const char* found; // when the run ends
     const char* said;
 } BAD_FILES[] = {
-    {"Empty",       "",                      "setup.local.xml: nothing is saved: (error at line 1"},
-    {"Malformed",   "<demo>\n<time start=1", "setup.local.xml: nothing is saved: (error at line 2"},
-    {"AnotherRoot", "<show></show>",         "setup.local.xml: nothing is saved: the root element is 'show'"},
+    {"Empty",       "",                      "Could not save 'setup.local.xml': nothing is saved: (error at line 1"},
+    {"Malformed",   "<demo>\n<time start=1", "Could not save 'setup.local.xml': nothing is saved: (error at line 2"},
+    {"AnotherRoot", "<show></show>",         "Could not save 'setup.local.xml': nothing is saved: the root element is 'show'"},
 };
 // clang-format on
 
@@ -165,6 +165,36 @@ TEST_F(SettingsFile, ThatCannotBeWrittenIsReportedAndKept)
 
     EXPECT_EQ(readText(LOCAL), before);
     EXPECT_EQ(test::countLogged("error", "Could not save 'setup.local.xml': File too large\n"), 1);
+}
+
+TEST_F(SettingsFile, AreSavedByTheFirstOfTwoProgramsInAFolder)
+{
+    writeText(LOCAL, "<demo><time/></demo>");
+    OpenCadenza first;
+    first.setup(-1.0f);
+    session([](OpenCadenza& second) { second.mStartTime = 2.0f; });
+    EXPECT_EQ(readText(LOCAL), "<demo><time/></demo>");
+    EXPECT_EQ(test::countLogged("warning", "Another program has this folder open"), 1);
+
+    first.mStartTime = 1.0f;
+    first.close();
+    EXPECT_EQ(flat(readText(LOCAL)), R"(<demo><time start="1.00" loop="off"/></demo>)");
+}
+
+TEST_F(SettingsFile, ThatWereChangedMeanwhileStayAndCommentsOutsideAreKeptInACopy)
+{
+    const std::string before = "<!-- mine --><demo><time/></demo>";
+    writeText(LOCAL, before);
+    session();
+    EXPECT_EQ(readText("setup.local.xml.bak"), before);
+
+    session([](OpenCadenza& it) {
+        it.mStartTime = 3.0f;
+        writeText(LOCAL, R"(<demo><time start="2.00" mode="vsync"/></demo>)");
+    });
+    EXPECT_EQ(readText(LOCAL), R"(<demo><time start="2.00" mode="vsync"/></demo>)");
+    EXPECT_EQ(flat(readText("setup.local.xml.mine")),
+              R"(<demo><time start="3.00" mode="vsync" loop="off"/></demo>)");
 }
 
 TEST_F(SettingsFile, OfARunThatFailedIsLeftAlone)
