@@ -1,13 +1,22 @@
-# Sourced by the scripts: makes sure that what cmake/packages.txt names is there.
+# shellcheck shell=bash
+# Sourced by the scripts: makes sure that what packages.txt beside it names is there.
 
-packages_file="$(dirname "${BASH_SOURCE[0]}")/packages.txt"
+case ${BASH_SOURCE[0]} in
+    */*) packages_file=${BASH_SOURCE[0]%/*}/packages.txt ;;
+    *) packages_file=packages.txt ;;
+esac
 
 # packages_for PURPOSE...: the entries of these purposes, each once.
 packages_for() {
-    local purpose
+    local purpose line
+    local -a entries
     for purpose in "$@"; do
-        sed -n "s/^$purpose: *//p" "$packages_file"
-    done | tr ' ' '\n' | sort -u | tr '\n' ' '
+        while IFS= read -r line; do
+            [[ $line == "$purpose: "* ]] || continue
+            read -ra entries <<<"${line#"$purpose: "}"
+            printf '%s\n' "${entries[@]}"
+        done <"$packages_file"
+    done | LC_ALL=C sort -u
 }
 
 # need_packages PURPOSE...: installs the missing Debian packages of these purposes, through sudo
