@@ -3,6 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace zavex::test {
 namespace {
@@ -34,19 +40,25 @@ protected:
 
     void allowWriting() { runProgram({"chmod", "-R", "u+w", mPlace.path(SHOW)}, {}); }
 
-    /** Starts the launcher from somewhere else. @return What it and the program print. */
-    std::string launch(const std::string& home, int expectedStatus)
+    /** Starts the launcher from somewhere else. */
+    std::unique_ptr<Program> start(const std::string& home)
     {
-        Program launcher(
+        return std::make_unique<Program>(
             "/",
-            {
+            Environment{
                 {"DISPLAY",       mScreen.display()},
                 {"HOME",          mPlace.path(home)},
                 {"XDG_DATA_HOME", ""               }
         },
             std::nullopt, mPlace.path(PREFIX + "/bin/afterglow"));
-        EXPECT_EQ(launcher.waitForEnd(), expectedStatus) << launcher.output();
-        return launcher.output();
+    }
+
+    /** @return What the launcher and the program print. */
+    std::string launch(const std::string& home, int expectedStatus)
+    {
+        const auto launcher = start(home);
+        EXPECT_EQ(launcher->waitForEnd(), expectedStatus) << launcher->output();
+        return launcher->output();
     }
 
     VirtualScreen mScreen;
@@ -75,10 +87,34 @@ TEST_F(Installed, TheShowIsEditedInACopyThatIsRenewedUntilThen)
     EXPECT_EQ(mPlace.read(SCRIPT), edited);
     EXPECT_EQ(mPlace.read(COPY + "/plasma/later.txt"), "later");
 
-    // A renewal that was cut short had put the copy aside.
+    // Renewals that were cut short had put the copy aside, and made a part of the next.
     fs::rename(mPlace.path(COPY), mPlace.path(COPY + "/../.afterglow.x.old"));
+    mPlace.write(COPY + "/../.afterglow.x/part", "");
     launch("a home", 0);
     EXPECT_EQ(mPlace.read(SCRIPT), edited);
+    EXPECT_EQ(std::distance(fs::directory_iterator(mPlace.path(COPY + "/..")), {}), 1);
+}
+
+TEST_F(Installed, AnOpenCopyIsPlayedAndNeverRenewed)
+{
+    mPlace.write(COPY + "/setup.local.xml", ONE_FRAME);
+    const auto first = start("a home");
+    const auto second = start("a home");
+    EXPECT_EQ(first->waitForEnd(), 0) << first->output();
+    EXPECT_EQ(second->waitForEnd(), 0) << second->output();
+
+    allowWriting();
+    mPlace.write(SHOW + "/plasma/later.txt", "later");
+    for (const std::string& locked : {COPY, COPY + "/script"}) {
+        SCOPED_TRACE(locked);
+        const int folder = open(mPlace.path(locked).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        ASSERT_EQ(flock(folder, LOCK_EX | LOCK_NB), 0) << "still held by a program that ended";
+        EXPECT_NE(launch("a home", 0).find("open already"), std::string::npos);
+        EXPECT_FALSE(fs::exists(mPlace.path(COPY + "/plasma/later.txt")));
+        close(folder);
+    }
+    EXPECT_EQ(launch("a home", 0).find("open already"), std::string::npos);
+    EXPECT_EQ(mPlace.read(COPY + "/plasma/later.txt"), "later");
 }
 
 TEST_F(Installed, WithoutAPlaceForTheCopyTheLauncherSaysSoInOneLine)
