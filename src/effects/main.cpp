@@ -1,5 +1,6 @@
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_main.h"
+#include "common/zvx_process.h"
 #include "effects/ascii.h"
 #include "effects/clear.h"
 #include "effects/common.h"
@@ -11,12 +12,10 @@
 #include "effects/volumetric.h"
 #include "vellum/vel_control_watch.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <exception>
-#include <string>
+#include <new>
 
 namespace {
 
@@ -115,25 +114,18 @@ bool play()
     return !demo.hasSaveFailed();
 }
 
-/** One line on standard error, whatever line ends the message has. */
-void report(const std::exception& exception)
-{
-    std::string message = exception.what();
-    while (!message.empty() && message.back() == '\n')
-        message.pop_back();
-    std::ranges::replace(message, '\n', ' ');
-    std::fflush(stdout);
-    std::fprintf(stderr, "cadenza: %s\n", message.c_str());
-}
-
 } // namespace
 
 int main()
 {
+    zavex::prepareProcess();
     try {
         return play() ? EXIT_SUCCESS : EXIT_FAILURE;
+    } catch (const std::bad_alloc&) {
+        zavex::reportFailure("there is not enough memory");
+        return EXIT_FAILURE;
     } catch (const std::exception& exception) {
-        report(exception);
+        zavex::reportFailure("%s", exception.what());
         return EXIT_FAILURE;
     }
 }
