@@ -81,7 +81,8 @@ public:
     virtual void close() = 0;
 
     /**
-     * Runs one frame: events, drawing, pacing.
+     * Runs one frame: events, drawing, pacing. A signal that asks to quit counts as the event that
+     * somebody wants to close the window.
      *
      * @return Whether to go on: false once a quit was granted, or while no window is open. After a
      *     granted quit the window is still open, which `getWindowMode` and drawing may rely on.

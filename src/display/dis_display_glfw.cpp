@@ -1,5 +1,6 @@
 #include "display/dis_display_glfw.h"
 
+#include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "display/dis_glinclude.h"
 
@@ -61,6 +62,7 @@ DisplayGLFW::DisplayGLFW()
 void DisplayGLFW::init()
 {
     glfwSetErrorCallback(logLibraryError);
+    watchScreen();
     if (glfwInit() == GLFW_FALSE)
         throw Exception{"DisplayGLFW: Could not initialize GLFW!"};
     glfwSetTime(0.0);
@@ -148,6 +150,7 @@ void DisplayGLFW::openWindow()
     GLFWmonitor* const monitor = mWindowMode.fullscreen ? glfwGetPrimaryMonitor() : nullptr;
     mWindow = glfwCreateWindow(mWindowMode.width, mWindowMode.height, mWindowMode.title.c_str(),
                                monitor, nullptr);
+    watchScreen(); // the library has put its own way to handle errors in between
     if (!mWindow)
         throw Exception{"Could not open window"};
     glfwMakeContextCurrent(mWindow);
@@ -271,6 +274,7 @@ bool DisplayGLFW::update()
     pumpEvents();
     if (!mOpened)
         return false;
+    obeySignal();
     if (std::exchange(mQuittingBlocking, false))
         return false;
 
@@ -309,6 +313,13 @@ void DisplayGLFW::pumpEvents()
     mClosedWindows.clear();
     if (mCallbackFailure)
         std::rethrow_exception(std::exchange(mCallbackFailure, nullptr));
+}
+
+/** A refused signal is over; the next one ends the process, whoever is asked. */
+void DisplayGLFW::obeySignal()
+{
+    if (isQuitSignalled() && !std::exchange(mSignalObeyed, true))
+        requestQuit();
 }
 
 void DisplayGLFW::readWindowState()

@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -167,7 +168,11 @@ private:
     /** What the window library calls; lives beside the input operations. */
     struct Callbacks;
 
+    /** What the X library calls when it can not go on. */
+    struct LostScreen;
+
     void init();
+    static void watchScreen();
     void openWindow();
     void loadExtensions();
     void showWindow();
@@ -176,6 +181,7 @@ private:
     void toggleFullscreen();
 
     void pumpEvents();
+    void obeySignal();
     void readWindowState();
     void drawFrame();
     void setLetterbox();
@@ -222,6 +228,7 @@ private:
     float mFpsLastTime = 0.0f;       // seconds
     float mLastClickTime = -1.0f;    // seconds; -1 when no click waits for its second
     bool mQuittingBlocking = false;  // a quit has been granted
+    bool mSignalObeyed = false;      // listeners were asked whether the program may end by it
     bool mPushedStates = false;      // a GL attribute push is outstanding
     float mFpsCountFinal = 0.0f;     // frames per second
     float mFpsCountFinalTime = 0.0f; // seconds
@@ -238,6 +245,7 @@ private:
     int mTypingScancode = 0; // key whose characters are arriving
     int mAskedWidth = 0;     // pixels; what a full screen may have overruled
     int mAskedHeight = 0;    // pixels
+    std::thread::id mThread = std::this_thread::get_id();
 };
 
 } // namespace zavex::display

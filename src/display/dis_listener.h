@@ -57,6 +57,12 @@ public:
     virtual void onIconify(bool iconified);
     virtual void onChangeFocus(bool focused);
 
+    /**
+     * The screen is gone: the process ends with status 1 right after, out of whatever request to
+     * the display is under way. The display must not be used.
+     */
+    virtual void onLost() noexcept;
+
     /** Leaves the present display, if any, and becomes the last listener of `newDisplay`, if not
      * null. */
     void attachToDisplay(DisplayGL* newDisplay);
