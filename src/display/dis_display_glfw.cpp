@@ -39,7 +39,7 @@ void withoutThrowing(Action action)
 {
     try {
         action();
-    } catch (const Exception&) {
+    } catch (const std::exception&) {
     }
 }
 
@@ -79,11 +79,12 @@ DisplayGLFW::~DisplayGLFW()
                 "When destructing glfw-display, there was %d resources not destroyed.",
                 static_cast<int>(mResources.size()));
 
-    // Letting go of one resource may delete others.
-    const std::vector<Resource*> remaining{mResources.begin(), mResources.end()};
-    for (Resource* const resource : remaining)
-        if (mResources.contains(resource))
-            withoutThrowing([resource] { resource->dettachAll(); });
+    // Letting go of one resource may delete others, so each step looks for the next one again.
+    for (auto next = mResources.begin(); next != mResources.end();) {
+        Resource* const resource = *next;
+        withoutThrowing([resource] { resource->dettachAll(); });
+        next = mResources.upper_bound(resource);
+    }
     while (!mResources.empty())
         delete mResources.extract(mResources.begin()).value();
     mTextureCache.clear();
@@ -160,7 +161,7 @@ void DisplayGLFW::openWindow()
         if (glewInit() != GLEW_OK)
             throw Exception{"DisplayGLFW: Could not initialize GLEW!"};
         loadExtensions();
-    } catch (const Exception&) {
+    } catch (...) {
         dropWindow();
         throw;
     }

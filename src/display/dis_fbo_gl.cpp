@@ -73,7 +73,7 @@ void FBO_GL::restoreResource()
 
     try {
         build();
-    } catch (const Exception&) {
+    } catch (...) {
         glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
         deleteObjects();
         throw;

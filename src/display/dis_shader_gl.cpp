@@ -190,8 +190,8 @@ void Shader_GL::deleteHandle()
 void Shader_GL::attach(ShaderSource* source)
 {
     ZVX_REQUIRE(source, "source!=0");
-    source->incRef();
     mSources.push_back({static_cast<ShaderSource_GL*>(source), false});
+    source->incRef();
 }
 
 void Shader_GL::attach(const std::string& vertexFile, const std::string& pixelFile)
@@ -219,7 +219,7 @@ void Shader_GL::link()
     mDisposed = true;
     try {
         linkProgram();
-    } catch (const Exception&) {
+    } catch (...) {
         deleteHandle();
         throw;
     }

@@ -204,7 +204,7 @@ void Texture_GL::init(am::Image& image)
         const int bottom = image.isNull() ? 0 : image->getHeight() - 1;
         loadImage(image, mTargetGL, mFormatGL, 0, 0, right, bottom, false);
         setParameters();
-    } catch (const Exception&) {
+    } catch (...) {
         glDeleteTextures(1, &mTexture);
         mTexture = 0;
         throw;
