@@ -4,12 +4,18 @@
 #include "common/zvx_system.h"
 
 #include <cstdio>
+#include <new>
 
 namespace zavex {
 
 void zvx_log_callback(const LogData& data)
 {
-    std::fputs(cadenza::logLine(data).c_str(), stdout);
+    // Also called while something is cleaned up, or by a C library.
+    try {
+        std::fputs(cadenza::logLine(data).c_str(), stdout);
+    } catch (const std::bad_alloc&) {
+        std::puts(data.message);
+    }
 }
 
 } // namespace zavex
