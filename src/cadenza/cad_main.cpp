@@ -7,6 +7,7 @@
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_gui.h"
+#include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
 #include "vellum/vel_layout_stack.h"
@@ -14,6 +15,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <memory>
+#include <utility>
 
 namespace zavex::cadenza {
 
@@ -33,21 +36,31 @@ Cadenza::~Cadenza()
 
 void Cadenza::close() noexcept
 {
-    if (mClosed)
-        return;
-    mClosed = true;
-
-    // A run that failed holds no state worth keeping.
-    if (mSetup && std::uncaught_exceptions() == mExceptionsAtStart) {
-        try {
-            saveXml();
-        } catch (const std::exception& exception) {
-            ZVX_LOG("error", "app", "Could not save the project: %s\n", exception.what());
-            mSaveFailed = true;
-        }
-    }
+    saveOnce();
     mGui.reset();
     mEffect.clear();
+}
+
+void Cadenza::saveOnce() noexcept
+{
+    if (std::exchange(mSaved, true))
+        return;
+    // A run that failed holds no state worth keeping.
+    if (!mSetup || std::uncaught_exceptions() != mExceptionsAtStart)
+        return;
+    try {
+        saveXml();
+    } catch (const std::exception& exception) {
+        reportFailure("could not save the project: %s", exception.what());
+        mSaveFailed = true;
+    }
+}
+
+/** Between two requests to the screen nothing is half changed: edits make none in their midst. */
+void Cadenza::onLost() noexcept
+{
+    if (mScriptsLoaded)
+        saveOnce();
 }
 
 void Cadenza::addFactory(const std::string& type, EffectFactoryBase* factory)
@@ -63,11 +76,11 @@ Effect* Cadenza::addEffect(const std::string& type, const std::string& name)
         return nullptr;
     }
 
-    Effect* effect = factory->second->create();
+    std::unique_ptr<Effect> effect(factory->second->create());
     effect->setIdentity(type, name);
     effect->setSpan(0.0f, NEW_EFFECT_END);
-    mEffect.push_back(effect);
-    return effect;
+    mEffect.push_back(effect.get());
+    return effect.release();
 }
 
 void Cadenza::openDisplay(int width, int height, bool fullscreen, const std::string& title)
@@ -151,6 +164,8 @@ void Cadenza::run()
         return;
 
     loadScripts();
+    if (!mScriptsLoaded)
+        return;
     if (!mNosound) {
         mMusic.mute(true); // until the effects are set up and it is moved to the start
         mMusic.play();
@@ -158,14 +173,19 @@ void Cadenza::run()
     }
     buildEditor();
     setupEffects();
+    if (isQuitSignalled())
+        return;
     startTime();
     runFrames();
 }
 
 void Cadenza::loadScripts()
 {
-    for (Effect* effect : mEffect)
+    for (Effect* effect : mEffect) {
+        if (isQuitSignalled())
+            return;
         effect->load(mDisplay.get());
+    }
     mScriptsLoaded = true;
     removeLeftovers();
 }
@@ -200,8 +220,11 @@ void Cadenza::buildEditor()
 
 void Cadenza::setupEffects()
 {
-    for (Effect* effect : mEffect)
+    for (Effect* effect : mEffect) {
+        if (isQuitSignalled())
+            return;
         effect->setup();
+    }
     std::printf("\n---\n");
 }
 

@@ -121,7 +121,8 @@ public:
 
     /**
      * Opens the devices, loads the scripts, builds the editor, sets the effects up and plays until
-     * the program is asked to quit. Returns at once when the configuration has no display section.
+     * the program is asked to quit, by a signal as early as while it loads. Returns at once when
+     * the configuration has no display section.
      *
      * Throws `Exception` when anything that is needed is missing or malformed.
      */
@@ -165,6 +166,9 @@ public:
     int onKeyDown(const display::KeyEvent& event) override;
     void onResize(int width, int height) override;
     void onDraw() override;
+
+    /** Saves the project as `close` does, if the scripts were loaded. */
+    void onLost() noexcept override;
 
 protected:
     std::map<std::string, EffectFactoryBase*> mFactory; // by type; not owned
@@ -224,6 +228,7 @@ private:
     void startTime();
     void runFrames();
 
+    void saveOnce() noexcept;
     void takeFolder();
     bool saveSettings(am::SaveSet& set);
     void storeSettings(xml::XmlParser& parser) const;
@@ -255,7 +260,7 @@ private:
     double mDumpLength = 0.0;    // seconds; at most 0: until a quit key
     std::int64_t mDumpFrame = 0; // frames recorded
     int mExceptionsAtStart = 0;  // under way when this object was made
-    bool mClosed = false;        // the run was ended
+    bool mSaved = false;         // or is not to be saved any more
 };
 
 } // namespace zavex::cadenza

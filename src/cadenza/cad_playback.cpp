@@ -154,6 +154,7 @@ void Cadenza::endSong()
 void Cadenza::endShow()
 {
     // Nothing on the stack is destroyed, yet the screen must get its own mode back.
+    mSaved = true;
     mGui.reset();
     closeDisplay();
     mMusic.close();

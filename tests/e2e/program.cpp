@@ -132,8 +132,6 @@ Program::Program(const fs::path& folder, const Environment& environment,
         // Fails where there is no such right to give up.
         prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
         if (fileSize) {
-            // An ignored signal stays ignored in the program, so that its writes fail instead.
-            std::signal(SIGXFSZ, SIG_IGN);
             const rlimit limit{*fileSize, *fileSize};
             setrlimit(RLIMIT_FSIZE, &limit);
         }

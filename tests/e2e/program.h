@@ -40,6 +40,8 @@ public:
     /** For the environment: ":7". */
     const std::string& display() const { return mDisplay; }
 
+    int pid() const { return mPid; }
+
 private:
     int mPid = -1;
     std::string mDisplay;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <optional>
@@ -507,6 +508,18 @@ TEST_F(Editor, SavesWhatWasDraggedAndNothingElse)
               0)
         << run.program.output();
     EXPECT_EQ(mShow.read("setup.local.xml"), SETTINGS);
+}
+
+TEST_F(Editor, SavesWhatWasDraggedWhenTheScreenEnds)
+{
+    Run run(*this);
+    ASSERT_TRUE(run.open()) << run.program.output();
+    run.mouse.drag(run.origin + Point{120, FLASH + 10}, {30, 0});
+    EXPECT_TRUE(run.settle());
+    kill(mScreen.pid(), SIGKILL);
+    EXPECT_EQ(run.program.waitForEnd(), 1) << run.program.output();
+    EXPECT_NE(mShow.read("script/flash.flash.xml").find("start=\"5\" end=\"25\""),
+              std::string::npos);
 }
 
 TEST_F(Editor, NamesTheControlThatALayoutLacks)

@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
+#include <ostream>
+#include <string>
+#include <thread>
 
 namespace zavex::test {
 namespace {
@@ -89,6 +94,103 @@ TEST_F(Playback, GoesToFullScreenAndEscapeLeavesUntouchedScriptsAsTheyWere)
     EXPECT_EQ(mProgram.waitForEnd(), 0) << mProgram.output();
     EXPECT_EQ(mShow.scripts(), before);
 }
+
+/** How a run ends that is not ended by a key. */
+struct EndCase {
+    const char* name;
+    const char* sections; // of the setup file, behind the window and the start marker
+    const char* moment;   // the line after which it is ended
+    const char* keys;     // pressed then
+    void (*end)(const Program& program, const VirtualScreen& screen);
+    int status;
+    const char* said; // on the way
+    const char* left; // in the setup file
+
+    friend void PrintTo(const EndCase& row, std::ostream* out) { *out << row.name; }
+};
+
+template <int SIGNAL>
+void signal(const Program& program, const VirtualScreen&)
+{
+    kill(program.pid(), SIGNAL);
+}
+
+/** The first one can not be obeyed while the screen does not answer. */
+void signalTwice(const Program& program, const VirtualScreen& screen)
+{
+    constexpr std::chrono::milliseconds LONG_ENOUGH{500};
+    kill(screen.pid(), SIGSTOP);
+    std::this_thread::sleep_for(LONG_ENOUGH);
+    kill(program.pid(), SIGTERM);
+    std::this_thread::sleep_for(LONG_ENOUGH);
+    kill(program.pid(), SIGHUP);
+}
+
+void destroyWindow(const Program&, const VirtualScreen& screen)
+{
+    runProgram(
+        {
+            "xdotool", "search", "--name", "ends", "windowclose"
+    },
+        {{"DISPLAY", screen.display()}});
+}
+
+void endScreen(const Program&, const VirtualScreen& screen)
+{
+    kill(screen.pid(), SIGKILL);
+}
+
+constexpr const char* DUMP = R"(<dump name="frames/shot.png" rate="25"/>)";
+constexpr const char* UNTOUCHED = R"(<time start="2"/>)";
+constexpr const char* MARKED = R"(<osd show="off")"; // by Ctrl+O
+
+constexpr EndCase END_CASES[] = {
+    {"Interrupt",       "",   "---",          "ctrl+o", signal<SIGINT>,  0,            "",               MARKED           },
+    {"TerminatePaused", "",   "---",          "space",  signal<SIGTERM>, 0,            "",               R"(start="2.00")"},
+    {"HangUp",          "",   "---",          "ctrl+o", signal<SIGHUP>,  0,            "",               MARKED           },
+    {"WhileItLoads",    "",   "effect::load", nullptr,  signal<SIGTERM>, 0,            "",               R"(start="2.00")"},
+    {"WhileItRecords",  DUMP, "---",          "ctrl+o", signal<SIGINT>,  0,            ", 0 lost",       MARKED           },
+    {"SecondSignal",    "",   "---",          "ctrl+o", signalTwice,     128 + SIGHUP, "",               UNTOUCHED        },
+    {"WindowDestroyed", "",   "---",          "ctrl+o", destroyWindow,   1,            "is lost: error", MARKED           },
+    {"ScreenEnds",      "",   "---",          "ctrl+o", endScreen,       1,            "is lost: the",   MARKED           },
+};
+
+class End : public testing::TestWithParam<EndCase> {};
+
+TEST_P(End, LosesNothing)
+{
+    const EndCase& row = GetParam();
+    const VirtualScreen screen;
+    const ShowCopy show{""};
+    show.write(
+        "setup.local.xml",
+        std::string(R"(<demo><time start="2"/><display width="64" height="48" title="ends"/>)") +
+            R"(<osd show="on" location="top" delay="2"/><music mute="nosound"/>)" + row.sections +
+            "</demo>");
+    const Files scripts = show.scripts();
+    Program program(show.path(), {
+                                     {"DISPLAY", screen.display()}
+    });
+    ASSERT_GE(program.waitForLine(row.moment), 0) << program.output();
+    if (row.keys) {
+        const Keyboard keyboard(screen, "ends");
+        keyboard.press(row.keys);
+        keyboard.press("p");
+        ASSERT_GE(program.waitForLine("[onKeyDown], "), 0) << program.output();
+    }
+    row.end(program, screen);
+    EXPECT_EQ(program.waitForEnd(), row.status) << program.output();
+    EXPECT_NE(program.output().find(row.said), std::string::npos) << program.output();
+    EXPECT_NE(show.read("setup.local.xml").find(row.left), std::string::npos)
+        << show.read("setup.local.xml");
+    EXPECT_EQ(show.scripts(), scripts);
+    for (const auto& [name, content] : filesIn(show, "frames"))
+        EXPECT_TRUE(content.ends_with("IEND\xae\x42\x60\x82")) << name;
+    kill(screen.pid(), SIGCONT);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, End, testing::ValuesIn(END_CASES),
+                         [](const auto& each) { return std::string{each.param.name}; });
 
 } // namespace
 } // namespace zavex::test
