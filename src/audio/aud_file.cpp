@@ -1,5 +1,7 @@
 #include "audio/aud_file.h"
 
+#include "common/zvx_system.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -22,6 +24,12 @@ std::size_t File::read(std::span<std::byte> target)
     std::ranges::copy(rest.first(count), target.begin());
     mPosition += count;
     return count;
+}
+
+std::shared_ptr<File> File::first(std::size_t size) const
+{
+    ZVX_REQUIRE(size <= mSize, "size <= mSize");
+    return createMemoryFile(mBytes, size);
 }
 
 std::shared_ptr<File> createMemoryFile(std::shared_ptr<const std::byte> bytes, std::size_t size)

@@ -31,9 +31,12 @@ public:
 
     std::size_t size() const { return mSize; }
 
-private:
     std::span<const std::byte> contents() const { return {mBytes.get(), mSize}; }
 
+    /** Another file over the first `size` bytes of this one, which must have as many. */
+    std::shared_ptr<File> first(std::size_t size) const;
+
+private:
     std::shared_ptr<const std::byte> mBytes;
     std::size_t mSize = 0;     // bytes
     std::size_t mPosition = 0; // bytes
