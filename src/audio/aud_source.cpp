@@ -1,6 +1,7 @@
 #include "audio/aud_source.h"
 
 #include "audio/aud_file.h"
+#include "audio/aud_ogg.h"
 #include "common/zvx_system.h"
 
 #include <sndfile.h>
@@ -15,6 +16,12 @@ namespace {
 
 // Beyond what any device takes; a damaged file may state one that fills the memory with one block.
 constexpr int MOST_SAMPLE_RATE = 1000000;
+constexpr int MOST_CHANNELS = 1024;
+
+// Where a length has to be found by decoding, what comes behind is not played: three hours of sound
+// are decoded within seconds.
+constexpr std::int64_t MOST_COUNTED_FRAMES = std::int64_t{1} << 29;
+constexpr std::size_t SKIPPED_SAMPLES = 4096; // at a time
 
 struct CloseSound {
     void operator()(SNDFILE* sound) const { sf_close(sound); }
@@ -42,12 +49,17 @@ sf_count_t fileSeek(sf_count_t offset, int whence, void* user)
     const sf_count_t origin = whence == SEEK_SET   ? 0
                               : whence == SEEK_CUR ? fileTell(user)
                                                    : fileLength(user);
-    fileOf(user).seek(origin + offset);
+    sf_count_t position = 0;
+    if (__builtin_add_overflow(origin, offset, &position))
+        return -1;
+    fileOf(user).seek(position);
     return fileTell(user);
 }
 
 sf_count_t fileRead(void* target, sf_count_t count, void* user)
 {
+    if (count <= 0)
+        return 0;
     return static_cast<sf_count_t>(
         fileOf(user).read({static_cast<std::byte*>(target), static_cast<std::size_t>(count)}));
 }
@@ -65,12 +77,31 @@ SoundPointer openDecoder(File& file, SF_INFO& info)
     return SoundPointer(sf_open_virtual(&access, SFM_READ, &info, &file));
 }
 
+/** More sample frames than a byte of such a file can hold. */
+std::int64_t maxFramesPerByte(int format)
+{
+    constexpr std::int64_t packed = 8; // one bit each
+    constexpr std::int64_t mpeg = 64;
+    constexpr std::int64_t lossless = 8192; // silence takes next to nothing
+    const int codec = format & SF_FORMAT_SUBMASK;
+    if ((format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC ||
+        (codec >= SF_FORMAT_ALAC_16 && codec <= SF_FORMAT_ALAC_32))
+        return lossless;
+    return codec >= SF_FORMAT_MPEG_LAYER_I && codec <= SF_FORMAT_MPEG_LAYER_III ? mpeg : packed;
+}
+
 class DecodedFile final : public SampleSource {
 public:
     DecodedFile(std::shared_ptr<File> file, SoundPointer sound, const SF_INFO& info)
         : mFile(std::move(file)), mSound(std::move(sound)), mFormat{info.channels, info.samplerate},
           mLength(info.frames), mIsVorbis((info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_VORBIS)
     {}
+
+    /**
+     * Must come first: makes certain that the sound is as long as it states, at most `maxFrames`,
+     * by going to its end. Where that is not there, the length is what can be decoded.
+     */
+    void settleLength(std::int64_t maxFrames);
 
     const SampleFormat& getFormat() const override { return mFormat; }
     std::int64_t getLength() const override { return mLength; }
@@ -82,6 +113,8 @@ private:
     bool moveDecoder();
     bool skipTo(std::int64_t frame);
     bool skipVorbisTo(std::int64_t frame);
+    std::int64_t skip(std::int64_t frames);
+    std::int64_t countFrames();
 
     std::shared_ptr<File> mFile; // read through by `mSound`
     SoundPointer mSound;
@@ -91,6 +124,29 @@ private:
     std::int64_t mPosition = 0; // sample frames
     bool mReadable = true;      // false behind the last sample frame that can be had
 };
+
+void DecodedFile::settleLength(std::int64_t maxFrames)
+{
+    // libsndfile goes on with a Vorbis decoder that did not start: it reads nothing, and seeking
+    // in it is fatal.
+    const std::int64_t stated = mLength;
+    const bool hasStart = skip(1) == 1;
+    const bool hasEnd =
+        hasStart && stated > 0 && stated <= maxFrames && skipTo(stated - 1) && skip(1) == 1;
+    if (!hasEnd) {
+        mLength = hasStart ? countFrames() : 0;
+        ZVX_LOG("log", "app", "The sound states %lld sample frames and holds %lld",
+                static_cast<long long>(stated), static_cast<long long>(mLength));
+    }
+    setPosition(0);
+}
+
+std::int64_t DecodedFile::countFrames()
+{
+    SF_INFO info = {};
+    mSound = openDecoder(*mFile, info);
+    return mSound ? skip(MOST_COUNTED_FRAMES) : 0;
+}
 
 void DecodedFile::setPosition(std::int64_t frame)
 {
@@ -131,16 +187,22 @@ bool DecodedFile::skipVorbisTo(std::int64_t frame)
         sf_seek(mSound.get(), reached, SEEK_SET) != reached)
         return false;
 
-    std::array<float, 4096> skipped = {};
-    for (std::int64_t left = (frame - reached) * mFormat.channels; left > 0;) {
-        const auto room = std::ssize(skipped) / mFormat.channels * mFormat.channels;
-        const sf_count_t read =
-            sf_read_float(mSound.get(), skipped.data(), std::min<sf_count_t>(left, room));
+    return skip(frame - reached) == frame - reached;
+}
+
+/** Decodes up to `frames` and drops them; returns how many there were. */
+std::int64_t DecodedFile::skip(std::int64_t frames)
+{
+    std::array<float, SKIPPED_SAMPLES> dropped = {};
+    const std::int64_t room = std::ssize(dropped) / mFormat.channels;
+    std::int64_t left = frames;
+    while (left > 0) {
+        const sf_count_t read = sf_readf_float(mSound.get(), dropped.data(), std::min(left, room));
         if (read <= 0)
-            return false;
+            break;
         left -= read;
     }
-    return true;
+    return frames - left;
 }
 
 std::int64_t DecodedFile::read(std::span<float> samples)
@@ -162,13 +224,29 @@ std::int64_t DecodedFile::read(std::span<float> samples)
 
 std::shared_ptr<SampleSource> openSampleSource(std::shared_ptr<File> file)
 {
+    OggExtent extent;
+    const bool wasOgg = isOgg(file->contents());
+    if (wasOgg) {
+        extent = measureOgg(file->contents());
+        if (extent.bytes < file->size())
+            ZVX_LOG("log", "app",
+                    "Of the sound's %zu bytes the first %zu are played: no whole page follows",
+                    file->size(), extent.bytes);
+        file = file->first(extent.bytes);
+    }
     SF_INFO info = {};
     SoundPointer sound = openDecoder(*file, info);
-    if (!sound || info.channels <= 0 || info.frames <= 0)
+    if (!sound || info.channels <= 0 || info.channels > MOST_CHANNELS)
         return nullptr;
     if (info.samplerate <= 0 || info.samplerate > MOST_SAMPLE_RATE)
         return nullptr;
-    return std::make_shared<DecodedFile>(std::move(file), std::move(sound), info);
+
+    const std::int64_t maxFrames =
+        wasOgg ? extent.maxFrames
+               : static_cast<std::int64_t>(file->size()) * maxFramesPerByte(info.format);
+    const auto source = std::make_shared<DecodedFile>(std::move(file), std::move(sound), info);
+    source->settleLength(maxFrames);
+    return source->getLength() > 0 ? source : nullptr;
 }
 
 } // namespace zavex::audio

@@ -27,7 +27,7 @@ public:
 
     virtual const SampleFormat& getFormat() const = 0;
 
-    /** Length in sample frames, as the file states it; a damaged file may hold fewer. */
+    /** Length in sample frames; damage before the end may leave fewer to be read. */
     virtual std::int64_t getLength() const = 0;
 
     /** The sample frame that `read` delivers next. */
@@ -55,8 +55,12 @@ protected:
 
 /**
  * Opens a sound, its format found by looking at the bytes: WAV, FLAC, Ogg Vorbis, Opus, MP3 and
- * what else libsndfile knows. Null when the bytes are no sound, or state a sample rate that cannot
- * be.
+ * what else libsndfile knows. Null when the bytes are no sound, or state a sample rate or a number
+ * of channels that cannot be.
+ *
+ * What the file states of its length is not believed: the end is looked for, and where it is not
+ * there, the length is that of what can be decoded. Of an Ogg file nothing is played behind the
+ * first page that is damaged. Both are logged.
  */
 std::shared_ptr<SampleSource> openSampleSource(std::shared_ptr<File> file);
 

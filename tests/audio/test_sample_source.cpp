@@ -2,7 +2,6 @@
 #include "audio/memory_file.h"
 
 #include "support/case_name.h"
-#include "support/log_capture.h"
 #include "support/sound_file.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +10,7 @@
 #include <cmath>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -135,28 +135,108 @@ TEST(SampleSourceBroken, IsNoSound)
               nullptr);
 }
 
-TEST(SampleSourceTruncated, EndsWhereTheBytesEndAndSaysSo)
+// Of a page of an Ogg file, in bytes from its start.
+constexpr std::size_t OGG_POSITION = 6;
+constexpr std::size_t OGG_CHECKSUM = 22;
+
+/** Gives every page of an Ogg file the checksum that its bytes have. */
+void seal(std::vector<std::byte>& ogg)
 {
-    std::vector<std::byte> bytes =
-        test::encodeSound(SoundFormat::FLAC, 1, 44100, test::makeNoise(50000));
-    bytes.resize(bytes.size() / 2);
-    const auto source = openBytes(std::move(bytes));
-    ASSERT_NE(source, nullptr);
-    EXPECT_EQ(source->getLength(), 50000);
-
-    test::clearLog();
-    std::vector<float> samples(50000);
-    const std::int64_t delivered = source->read(samples);
-    EXPECT_GT(delivered, 15000);
-    EXPECT_LT(delivered, 35000);
-    EXPECT_EQ(source->read(samples), 0);
-    EXPECT_EQ(test::countLogged("log", "The sound breaks off at sample frame"), 1);
-
-    source->setPosition(49000);
-    EXPECT_EQ(source->read(samples), 0) << "nothing can be had there";
-    source->setPosition(100);
-    EXPECT_GT(source->read(samples), 0) << "what is whole can still be read";
+    const auto valueAt = [&](std::size_t at) { return std::to_integer<unsigned>(ogg[at]); };
+    for (std::size_t page = 0, end = 0; page < ogg.size(); page = end) {
+        end = page + 27 + valueAt(page + 26);
+        for (std::size_t segment = page + 27; segment < page + 27 + valueAt(page + 26); ++segment)
+            end += valueAt(segment);
+        std::fill_n(ogg.data() + page + OGG_CHECKSUM, 4, std::byte{0});
+        std::uint32_t sum = 0;
+        for (std::size_t bit = page * 8; bit < end * 8; ++bit) {
+            const std::uint32_t next = valueAt(bit / 8) >> (7 - bit % 8) & 1U;
+            const bool carry = ((sum >> 31) ^ next) != 0;
+            sum = sum << 1 ^ (carry ? 0x04c11db7U : 0U);
+        }
+        for (std::size_t i = 0; i < 4; ++i)
+            ogg[page + OGG_CHECKSUM + i] = static_cast<std::byte>(sum >> 8 * i);
+    }
 }
+
+std::size_t lastPageOf(const std::vector<std::byte>& ogg)
+{
+    constexpr std::string_view mark = "OggS";
+    const auto found = std::find_end(ogg.begin(), ogg.end(), mark.begin(), mark.end(),
+                                     [](std::byte a, char b) { return static_cast<char>(a) == b; });
+    return static_cast<std::size_t>(found - ogg.begin());
+}
+
+/** A sound of 50000 sample frames with damage, and how many of them are left. */
+struct DamageCase {
+    const char* name;
+    SoundFormat format;
+    void (*damage)(std::vector<std::byte>& bytes);
+    std::int64_t least;
+    std::int64_t most;
+
+    friend void PrintTo(const DamageCase& each, std::ostream* out) { *out << each.name; }
+};
+
+void cutInHalf(std::vector<std::byte>& bytes)
+{
+    bytes.resize(bytes.size() / 2);
+}
+
+void changeTheLastByte(std::vector<std::byte>& bytes)
+{
+    bytes.back() ^= std::byte{1};
+}
+
+void stateTooMuchInFlac(std::vector<std::byte>& bytes)
+{
+    std::fill_n(bytes.begin() + 22, 4, std::byte{255});
+}
+
+void stateTooMuchInOgg(std::vector<std::byte>& bytes)
+{
+    bytes[lastPageOf(bytes) + OGG_POSITION + 7] = std::byte{0x7f};
+    seal(bytes);
+}
+
+/** The decoder of such a sound does not start, and must not be moved. */
+void spoilACodebook(std::vector<std::byte>& bytes)
+{
+    bytes[210] ^= std::byte{0x5a};
+    seal(bytes);
+}
+
+constexpr DamageCase DAMAGE_CASES[] = {
+    {"WavCut",                 SoundFormat::WAV,  cutInHalf,          24900, 25000},
+    {"FlacCut",                SoundFormat::FLAC, cutInHalf,          15000, 35000},
+    {"FlacStatingTooMuch",     SoundFormat::FLAC, stateTooMuchInFlac, 50000, 50000},
+    {"OggStatingTooMuch",      SoundFormat::OGG,  stateTooMuchInOgg,  1000,  49999},
+    {"OggWithASpoiltCodebook", SoundFormat::OGG,  spoilACodebook,     0,     0    },
+    {"OggWithAChangedPage",    SoundFormat::OGG,  changeTheLastByte,  1000,  49999},
+};
+
+class SampleSourceDamaged : public testing::TestWithParam<DamageCase> {};
+
+TEST_P(SampleSourceDamaged, IsAsLongAsWhatIsLeftAndCanBeMovedAnywhereInIt)
+{
+    constexpr std::int64_t frames = 50000;
+    const DamageCase& each = GetParam();
+    auto bytes = test::encodeSound(each.format, 1, 8000, test::makeNoise(frames));
+    each.damage(bytes);
+    const auto source = openBytes(std::move(bytes));
+    const std::int64_t length = source ? source->getLength() : 0;
+    ASSERT_GE(length, each.least);
+    ASSERT_LE(length, each.most);
+
+    std::vector<float> samples(frames + 1);
+    for (std::int64_t frame = length; frame >= 0 && source; frame -= 4999) {
+        source->setPosition(frame);
+        EXPECT_EQ(source->read(samples), length - frame) << frame;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SampleSourceDamaged, testing::ValuesIn(DAMAGE_CASES),
+                         test::caseName);
 
 /** Cut anywhere, a sound opens or does not; reading and moving in it touches nothing else. */
 TEST(SampleSourceTruncated, BearsBeingCutAnywhere)
