@@ -53,7 +53,7 @@ ALint sourceValue(ALuint source, ALenum name)
 
 std::unique_ptr<Voice> Voice::open(std::shared_ptr<AudioDevice> device, const SampleFormat& format)
 {
-    device->activate();
+    device->activate(device->getOpening());
     const ALenum libraryFormat = findFormat(format.channels);
     if (libraryFormat == AL_NONE || alIsExtensionPresent("AL_SOFT_source_latency") == AL_FALSE)
         return nullptr;
@@ -63,8 +63,8 @@ std::unique_ptr<Voice> Voice::open(std::shared_ptr<AudioDevice> device, const Sa
 }
 
 Voice::Voice(std::shared_ptr<AudioDevice> device, const SampleFormat& format, int libraryFormat)
-    : mDevice(std::move(device)), mPeriod(mDevice->getPeriod()), mSampleRate(format.sampleRate),
-      mLibraryFormat(libraryFormat)
+    : mDevice(std::move(device)), mOpening(mDevice->getOpening()), mPeriod(mDevice->getPeriod()),
+      mSampleRate(format.sampleRate), mLibraryFormat(libraryFormat)
 {
     alGetError();
     alGenSources(1, &mSource);
@@ -82,7 +82,7 @@ Voice::Voice(std::shared_ptr<AudioDevice> device, const SampleFormat& format, in
 
 Voice::~Voice()
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     if (mSource == 0)
         return;
     clear();
@@ -93,7 +93,7 @@ Voice::~Voice()
 void Voice::queue(std::span<const float> samples)
 {
     ZVX_REQUIRE(mFreeCount > 0, "mFreeCount > 0");
-    mDevice->activate();
+    mDevice->activate(mOpening);
     const ALuint block = mFreeBlocks[static_cast<std::size_t>(--mFreeCount)];
     alBufferData(block, mLibraryFormat, samples.data(), static_cast<ALsizei>(samples.size_bytes()),
                  mSampleRate);
@@ -102,14 +102,14 @@ void Voice::queue(std::span<const float> samples)
 
 void Voice::unqueue(int count)
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     alSourceUnqueueBuffers(mSource, count, mFreeBlocks.data() + mFreeCount);
     mFreeCount += count;
 }
 
 void Voice::clear()
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     alSourceStop(mSource);
     unqueue(getQueuedCount());
     alSourceRewind(mSource);
@@ -117,43 +117,48 @@ void Voice::clear()
 
 void Voice::start()
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     alSourcePlay(mSource);
 }
 
 void Voice::pause()
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     alSourcePause(mSource);
 }
 
 void Voice::setVolume(float volume)
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     alSourcef(mSource, AL_GAIN, volume);
+}
+
+bool Voice::isLost() const
+{
+    return mDevice->getState() == AudioDevice::State::GONE || mDevice->getOpening() != mOpening;
 }
 
 bool Voice::isRunning() const
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     return sourceValue(mSource, AL_SOURCE_STATE) == AL_PLAYING;
 }
 
 bool Voice::isPlayedOut() const
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     return sourceValue(mSource, AL_SOURCE_STATE) == AL_STOPPED;
 }
 
 int Voice::getPlayedCount() const
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     return sourceValue(mSource, AL_BUFFERS_PROCESSED);
 }
 
 Voice::Progress Voice::getProgress() const
 {
-    mDevice->activate();
+    mDevice->activate(mOpening);
     ALint64SOFT offsetAndLatency[2] = {};
     alGetSourcei64vSOFT(mSource, AL_SAMPLE_OFFSET_LATENCY_SOFT, offsetAndLatency);
     const double taken = static_cast<double>(offsetAndLatency[0]) / FRAME_UNITS;

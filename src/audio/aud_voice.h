@@ -14,7 +14,7 @@ struct SampleFormat;
  * The sound library's player: plays a queue of blocks of samples, each as long as the others.
  *
  * It runs while there are blocks and halts by itself when the last one is played out. Holds its
- * device.
+ * device, and is lost with that: it then plays nothing any more, and another has to be opened.
  */
 class Voice {
 public:
@@ -51,6 +51,8 @@ public:
     /** @param volume  Amplitude factor in 0..1. */
     void setVolume(float volume);
 
+    bool isLost() const;
+
     bool isRunning() const;
 
     /** Whether everything in the queue was played. */
@@ -67,6 +69,7 @@ private:
     Voice(std::shared_ptr<AudioDevice> device, const SampleFormat& format, int libraryFormat);
 
     std::shared_ptr<AudioDevice> mDevice;
+    int mOpening = 0;       // of the device
     double mPeriod = 0.0;   // seconds of sound that the device takes at a time
     int mSampleRate = 0;    // sample frames per second
     int mLibraryFormat = 0; // the sound library's name of the sample format
