@@ -16,8 +16,9 @@ constexpr int BLOCKS_PER_SECOND = 8;
 
 } // namespace
 
-OutputStream::OutputStream(std::unique_ptr<Voice> voice, std::shared_ptr<SampleSource> source)
-    : mVoice(std::move(voice)), mSource(std::move(source)),
+OutputStream::OutputStream(std::shared_ptr<AudioDevice> device, std::unique_ptr<Voice> voice,
+                           std::shared_ptr<SampleSource> source)
+    : mDevice(std::move(device)), mVoice(std::move(voice)), mSource(std::move(source)),
       mBlockFrames(std::max(1, mSource->getFormat().sampleRate / BLOCKS_PER_SECOND)),
       mDecoded(static_cast<std::size_t>(mBlockFrames * mSource->getFormat().channels))
 {
@@ -31,7 +32,11 @@ void OutputStream::play()
     if (mPlaying)
         return;
     mPlaying = true;
-    refill();
+    mStart = mHeard;
+    goOnAlone(steadySeconds());
+    followDevice();
+    if (!mAlone)
+        refill();
 }
 
 void OutputStream::stop()
@@ -47,43 +52,107 @@ bool OutputStream::isPlaying()
 {
     if (!mPlaying)
         return false;
+    followDevice();
     if (getPosition() >= getLength()) {
         mPlaying = false;
         mVoice->pause();
         return false;
     }
-    refill();
+    if (!mAlone)
+        refill();
     return true;
 }
 
 void OutputStream::setPosition(std::int64_t frame)
 {
-    mVoice->clear();
-    mSource->setPosition(frame);
-    mQueueStart = mHeard = mSource->getPosition();
-    if (mPlaying)
-        refill();
+    moveQueue(frame);
+    mHeard = mStart = mQueueStart;
+    goOnAlone(steadySeconds());
 }
 
 std::int64_t OutputStream::getPosition()
 {
     // Silent or run dry, the sound stands where it was last heard.
-    if (!mPlaying || !mVoice->isRunning())
+    if (!mPlaying || (!mAlone && !mVoice->isRunning()))
         return mHeard;
-    const Voice::Progress progress = mVoice->getProgress();
-    const auto heard = mQueueStart + static_cast<std::int64_t>(progress.taken - progress.pending);
+    std::int64_t heard = 0;
+    if (mAlone) {
+        heard = positionAlone();
+    } else {
+        const Voice::Progress progress = mVoice->getProgress();
+        heard = mQueueStart + static_cast<std::int64_t>(progress.taken - progress.pending);
+    }
     mHeard = std::max(mHeard, std::min(heard, getLength()));
     return mHeard;
 }
 
 void OutputStream::setVolume(float volume)
 {
-    mVoice->setVolume(std::clamp(volume, 0.0f, 1.0f));
+    mVolume = std::clamp(volume, 0.0f, 1.0f);
+    mVoice->setVolume(mVolume);
 }
 
 std::int64_t OutputStream::getLength() const
 {
     return mSource->getLength();
+}
+
+/** Parts from a device that plays nothing, and comes back to it when it does. */
+void OutputStream::followDevice()
+{
+    mDevice->watch();
+    const AudioDevice::State state = mDevice->getState();
+    const bool isAway = state == AudioDevice::State::STALLED || mVoice->isLost();
+    if (isAway && !mAlone)
+        leaveDevice();
+    else if (mAlone && state == AudioDevice::State::PLAYING)
+        returnToDevice();
+}
+
+void OutputStream::leaveDevice()
+{
+    // Until a stall is noticed the sound stands still. Whoever heard it goes on meanwhile; whoever
+    // waits for the first of it does not.
+    const double missed = mHeard > mStart ? mDevice->getStallSeconds() : 0.0;
+    mVoice->clear(); // or it would be heard when the device goes on, and out of place
+    mAlone = true;
+    goOnAlone(steadySeconds() - missed);
+}
+
+void OutputStream::returnToDevice()
+{
+    if (mVoice->isLost()) {
+        auto voice = Voice::open(mDevice, mSource->getFormat());
+        if (!voice)
+            return;
+        mVoice = std::move(voice);
+        mVoice->setVolume(mVolume);
+    }
+    const std::int64_t position = getPosition();
+    mAlone = false;
+    moveQueue(position + static_cast<std::int64_t>(mVoice->getProgress().pending));
+}
+
+/** Without the device the sound has gone on since then, from where it stands. */
+void OutputStream::goOnAlone(double since)
+{
+    mAloneStart = mHeard;
+    mAloneSince = since;
+}
+
+std::int64_t OutputStream::positionAlone() const
+{
+    const double seconds = steadySeconds() - mAloneSince;
+    return mAloneStart + static_cast<std::int64_t>(seconds * mSource->getFormat().sampleRate);
+}
+
+void OutputStream::moveQueue(std::int64_t frame)
+{
+    mVoice->clear();
+    mSource->setPosition(frame);
+    mQueueStart = mSource->getPosition();
+    if (mPlaying && !mAlone)
+        refill();
 }
 
 void OutputStream::refill()
@@ -118,10 +187,10 @@ void OutputStream::unqueueBlocks(int count)
 std::shared_ptr<OutputStream> openSound(std::shared_ptr<AudioDevice> device,
                                         std::shared_ptr<SampleSource> source)
 {
-    auto voice = Voice::open(std::move(device), source->getFormat());
+    auto voice = Voice::open(device, source->getFormat());
     if (!voice)
         return nullptr;
-    return std::make_shared<OutputStream>(std::move(voice), std::move(source));
+    return std::make_shared<OutputStream>(std::move(device), std::move(voice), std::move(source));
 }
 
 } // namespace zavex::audio

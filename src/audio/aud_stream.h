@@ -17,12 +17,18 @@ class Voice;
  * slow frame is not heard; after a pause of the program longer than that there is silence, and the
  * next call goes on where the sound broke off. Positions are sample frames of the source.
  *
+ * While the device is gone, or takes no sound, the stream is silent and its position goes on by a
+ * time of its own, to the end of the sound if need be; once the device plays again, the sound goes
+ * on at the position reached. No call waits for the device.
+ *
  * Holds the device and the source; the source must be moved and read by the stream alone.
  */
 class OutputStream {
 public:
-    /** @param voice  Fit for the source. Programs call `openSound`, which finds one. */
-    OutputStream(std::unique_ptr<Voice> voice, std::shared_ptr<SampleSource> source);
+    /** @param voice  Of the device, fit for the source. Programs call `openSound`, which finds one.
+     */
+    OutputStream(std::shared_ptr<AudioDevice> device, std::unique_ptr<Voice> voice,
+                 std::shared_ptr<SampleSource> source);
     ~OutputStream();
     OutputStream(const OutputStream&) = delete;
     OutputStream& operator=(const OutputStream&) = delete;
@@ -60,17 +66,29 @@ public:
     std::int64_t getLength() const;
 
 private:
+    void followDevice();
+    void leaveDevice();
+    void returnToDevice();
+    void goOnAlone(double since);
+    std::int64_t positionAlone() const;
+    void moveQueue(std::int64_t frame);
     void refill();
     void queueBlock();
     void unqueueBlocks(int count);
 
+    std::shared_ptr<AudioDevice> mDevice;
     std::unique_ptr<Voice> mVoice;
     std::shared_ptr<SampleSource> mSource;
     std::int64_t mBlockFrames = 0; // sample frames of a block
     std::vector<float> mDecoded;   // one block
     std::int64_t mQueueStart = 0;  // sample frame at which the voice's queue begins
     std::int64_t mHeard = 0;       // sample frame last reported
+    std::int64_t mStart = 0;       // sample frame of the last `play` or `setPosition`
     bool mPlaying = false;
+    float mVolume = 1.0f;         // amplitude factor
+    bool mAlone = false;          // without the device
+    std::int64_t mAloneStart = 0; // sample frame at which it stood ...
+    double mAloneSince = 0.0;     // ... at this time, steady seconds
 };
 
 /**
