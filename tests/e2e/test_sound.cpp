@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <signal.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -18,6 +20,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <span>
 #include <string>
 #include <thread>
@@ -396,6 +399,70 @@ TEST_F(Sound, EndsTheProgramAtItsEndWhenItDoesNotLoop)
     mHeard = mRecording->samples();
     EXPECT_LE(heardAt(SONG_SECONDS - PIECE_SECONDS, show) + PIECE_SECONDS, ended);
 }
+
+/** What befalls the sound server. */
+struct OutageCase {
+    const char* name;
+    int signal;
+
+    friend void PrintTo(const OutageCase& outage, std::ostream* out) { *out << outage.name; }
+};
+
+constexpr OutageCase OUTAGE_CASES[] = {
+    {"ItIsKilled", SIGKILL},
+    {"ItHangs",    SIGSTOP},
+};
+
+class SoundOutage : public Sound, public testing::WithParamInterface<OutageCase> {
+protected:
+    /** Brings the server back; returns when it plays something. */
+    void bringBack()
+    {
+        constexpr double LIMIT = 30.0; // seconds; generous: an attempt to open may be under way
+        if (GetParam().signal == SIGSTOP)
+            mServer->signal(SIGCONT);
+        else
+            mServer->restart();
+        record();
+        const double limit = steadySeconds() + LIMIT;
+        while (loudest(mRecording->samples()) < NOISE_PEAK) {
+            if (steadySeconds() > limit)
+                throw Exception("Nothing is heard since the server is back");
+            mProgram->listen(0.1);
+        }
+    }
+};
+
+TEST_P(SoundOutage, IsSilenceInAShowThatGoesOn)
+{
+    constexpr double LATER = 3.0; // seconds
+    const NoiseShow show(R"(loop="on")");
+    recordFromStart(show);
+    listenUntil(mStarted + 1.0);
+    mServer->signal(GetParam().signal);
+    for (const char* key : {"Left", "space", "Right", "Left", "space"})
+        mKeyboard->press(key);
+    const Reading first = readDemoTime(steadySeconds() + LATER);
+    const Reading second = readDemoTime(first.when + LATER);
+    EXPECT_NEAR(second.demo - first.demo, second.when - first.when, REACH);
+
+    bringBack();
+    const Reading reading = readDemoTime(steadySeconds() + LATER);
+    end();
+    EXPECT_NEAR(ahead(reading, show), 0.0, REACH);
+}
+
+TEST_P(SoundOutage, LetsTheShowEnd)
+{
+    constexpr double START = 9.0; // seconds
+    const NoiseShow show(R"(start="9")");
+    start(show);
+    mServer->signal(GetParam().signal);
+    EXPECT_EQ(mProgram->waitForEnd(), 0) << mProgram->output();
+    EXPECT_GT(steadySeconds() - mStarted, SONG_SECONDS - START - REACH);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SoundOutage, testing::ValuesIn(OUTAGE_CASES), test::caseName);
 
 } // namespace
 } // namespace zavex::test

@@ -76,19 +76,23 @@ bool canConnect(const std::string& path)
 
 PulseServer::PulseServer()
 {
+    start();
+}
+
+void PulseServer::start()
+{
     const std::string folder = mFolder.path().string();
-    const std::string socketPath = mFolder.path("native");
     mServer = startProgram(
         {
             "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
             "--disable-shm=yes", "--log-target=stderr", "-L",
-            "module-native-protocol-unix auth-anonymous=1 socket=" + socketPath, "-L",
+            "module-native-protocol-unix auth-anonymous=1 socket=" + socketPath(), "-L",
             "module-null-sink sink_name=cadenza rate=44100 channels=2"
     },
         -1, {{"HOME", folder}, {"XDG_RUNTIME_DIR", folder}});
 
     const auto limit = std::chrono::steady_clock::now() + START_LIMIT;
-    while (!canConnect(socketPath)) {
+    while (!canConnect(socketPath())) {
         const bool hasEnded = waitpid(mServer, nullptr, WNOHANG) != 0;
         if (hasEnded || std::chrono::steady_clock::now() > limit) {
             endProgram(mServer);
@@ -100,15 +104,28 @@ PulseServer::PulseServer()
 
 PulseServer::~PulseServer()
 {
+    signal(SIGCONT);
     endProgram(mServer);
+}
+
+void PulseServer::signal(int number) const
+{
+    kill(mServer, number);
+}
+
+void PulseServer::restart()
+{
+    signal(SIGKILL);
+    waitpid(mServer, nullptr, 0);
+    start();
 }
 
 std::vector<std::pair<std::string, std::string>> PulseServer::environment() const
 {
     return {
-        {"ALSOFT_DRIVERS", "pulse"                         },
-        {"PULSE_SERVER",   "unix:" + mFolder.path("native")},
-        {"PULSE_COOKIE",   mFolder.path("cookie")          }
+        {"ALSOFT_DRIVERS", "pulse"               },
+        {"PULSE_SERVER",   "unix:" + socketPath()},
+        {"PULSE_COOKIE",   mFolder.path("cookie")}
     };
 }
 

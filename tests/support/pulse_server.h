@@ -35,7 +35,17 @@ public:
     /** Sets them in this process; call it before the sound library is used. */
     void useHere() const;
 
+    /** Sends it a signal, such as SIGSTOP; it may end by that. */
+    void signal(int number) const;
+
+    /** Starts it again at the same place, what is left of it is killed; throws as the constructor.
+     */
+    void restart();
+
 private:
+    void start();
+    std::string socketPath() const { return mFolder.path("native"); }
+
     TemporaryFolder mFolder;
     pid_t mServer = -1;
 };
