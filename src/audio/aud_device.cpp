@@ -10,10 +10,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <new>
 #include <system_error>
 #include <thread>
+#include <type_traits>
 #include <utility>
 
 namespace zavex::audio {
