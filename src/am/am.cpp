@@ -72,6 +72,11 @@ File ArchiveManager::readFile(const std::string& name, int archive)
     return file;
 }
 
+std::string ArchiveManager::getWritePath(const std::string& name) const
+{
+    return mArchives.empty() ? "" : mArchives.front()->getLocation() + name;
+}
+
 bool ArchiveManager::writeFile(File file, int archive)
 {
     ArchiveBase* const target = find(archive == -1 ? 0 : archive);

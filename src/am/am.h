@@ -40,6 +40,9 @@ public:
      */
     File readFile(const std::string& name, int archive);
 
+    /** Where a file of that name is written in the first archive; empty when there is none. */
+    std::string getWritePath(const std::string& name) const;
+
     /** Writes to one archive, the first when `archive` is -1. False when it cannot. */
     bool writeFile(File file, int archive);
 

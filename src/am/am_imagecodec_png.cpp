@@ -6,6 +6,7 @@
 #include <png.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <span>
@@ -16,8 +17,10 @@ namespace zavex::am {
 
 namespace {
 
-constexpr std::size_t SIGNATURE_SIZE = 8; // bytes
-constexpr std::size_t CHUNK_FRAME = 12;   // bytes: length, type and check sum of a chunk
+constexpr std::size_t SIGNATURE_SIZE = 8;      // bytes
+constexpr std::size_t CHUNK_FRAME = 12;        // bytes: length, type and check sum of a chunk
+constexpr std::size_t WRITTEN_CHUNK = 8192;    // bytes of pixels in a chunk that is not the last
+constexpr unsigned DEFAULT_COMPRESSION = 0x80; // in the two upper bits of the second deflated byte
 constexpr unsigned char OPAQUE = 255;
 constexpr std::size_t BYTES_PER_PIXEL = ImageObject::BYTES_PER_PIXEL;
 
@@ -219,6 +222,7 @@ public:
         if (setjmp(png_jmpbuf(mPng)) != 0)
             return false;
         png_set_write_fn(mPng, &file, appendBytes, flushNothing);
+        png_set_compression_buffer_size(mPng, WRITTEN_CHUNK);
         png_set_IHDR(mPng, mInfo, static_cast<png_uint_32>(image.getWidth()),
                      static_cast<png_uint_32>(image.getHeight()), 8, PNG_COLOR_TYPE_RGB_ALPHA,
                      PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
@@ -290,6 +294,28 @@ bool ImageCodecPNG::encodeImage(unsigned char** data, std::size_t* size, ImageOb
     *data = new unsigned char[file.size()];
     std::ranges::copy(file, *data);
     return true;
+}
+
+bool ImageCodecPNG::isEncoded(const unsigned char* data, std::size_t size, ImageSize picture)
+{
+    Bytes rest{data, size};
+    if (!isPng(rest))
+        return false;
+    rest = rest.subspan(SIGNATURE_SIZE);
+    std::array<unsigned char, 13> header{0, 0, 0, 0, 0, 0, 0, 0, 8, PNG_COLOR_TYPE_RGB_ALPHA};
+    png_save_uint_32(header.data(), static_cast<png_uint_32>(picture.width));
+    png_save_uint_32(&header[4], static_cast<png_uint_32>(picture.height));
+    Chunk chunk = takeChunk(rest);
+    if (chunk.type != "IHDR" || !std::ranges::equal(chunk.content, header))
+        return false;
+
+    chunk = takeChunk(rest);
+    if (chunk.content.size() < 2 || (chunk.content[1] & 0xc0U) != DEFAULT_COMPRESSION)
+        return false;
+    std::size_t before = WRITTEN_CHUNK;
+    for (; chunk.type == "IDAT" && before == WRITTEN_CHUNK; chunk = takeChunk(rest))
+        before = chunk.content.size();
+    return chunk.type == "IEND" && rest.empty() && before <= WRITTEN_CHUNK;
 }
 
 } // namespace zavex::am

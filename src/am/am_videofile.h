@@ -57,6 +57,9 @@ public:
 
     /** Frames that could not be written so far. */
     virtual int getLostFrames() const { return 0; }
+
+    /** The file that the next frame goes to; empty when it goes to none. */
+    virtual std::string getPath() const { return {}; }
 };
 
 } // namespace zavex::am

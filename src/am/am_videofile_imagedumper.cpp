@@ -1,8 +1,13 @@
 #include "am/am_videofile_imagedumper.h"
 
 #include "am/am.h"
+#include "am/am_diskfile.h"
+#include "am/am_imagecodec_png.h"
 
 #include <cstdio>
+#include <utility>
+
+#include <sys/stat.h>
 
 namespace zavex::am {
 
@@ -10,16 +15,61 @@ namespace {
 
 constexpr std::size_t NAME_SIZE = 1024; // bytes, terminator included
 
+/** Why a frame must not take the place of what is at `path`; empty when it may. */
+std::string obstacle(const std::string& path, ImageSize frame)
+{
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0)
+        return {};
+    if (S_ISLNK(status.st_mode))
+        return "Is a symbolic link";
+    const DiskRead old = readDiskFile(path, path);
+    if (old.file.isNull())
+        return old.failure;
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(old.file->data);
+    if (ImageCodecPNG::isEncoded(bytes, static_cast<std::size_t>(old.file->length), frame))
+        return {};
+    return "Not a recorded picture of " + std::to_string(frame.width) + " x " +
+           std::to_string(frame.height) + " pixels";
+}
+
 } // namespace
 
-void VideoFileImageDumper::writeFrame()
+std::string VideoFileImageDumper::getFrameName() const
 {
     char name[NAME_SIZE];
     std::snprintf(name, NAME_SIZE, "%s.%06d.%s", mFilename.c_str(), mFrameNumber,
                   mExtension.c_str());
+    return name;
+}
+
+std::string VideoFileImageDumper::getPath() const
+{
+    return mArchive == nullptr ? "" : mArchive->getWritePath(getFrameName());
+}
+
+void VideoFileImageDumper::writeFrame()
+{
+    const std::string name = getFrameName();
+    const std::string path = getPath();
     ++mFrameNumber;
+    if (!mImage.isNull()) {
+        const std::string reason = obstacle(path, {mImage->getWidth(), mImage->getHeight()});
+        if (!reason.empty())
+            return refuse(path, reason);
+    }
     if (mArchive == nullptr || !mArchive->writeImage(name, mImage))
         ++mLostFrames;
+}
+
+void VideoFileImageDumper::refuse(const std::string& path, const std::string& reason)
+{
+    ++mLostFrames;
+    if (std::exchange(mRefused, true))
+        return;
+    std::fflush(stdout);
+    std::fprintf(stderr, "cadenza: '%s' is kept and the frame lost: %s\n", path.c_str(),
+                 reason.c_str());
 }
 
 bool VideoFileImageDumper::openForWrite(const std::string& name, const Format& format,
@@ -33,6 +83,7 @@ bool VideoFileImageDumper::openForWrite(const std::string& name, const Format& f
     mFormat = format;
     mFrameNumber = 0;
     mLostFrames = 0;
+    mRefused = false;
     mFilename = name.substr(0, dot);
     mExtension = name.substr(dot + 1);
     return true;

@@ -8,6 +8,12 @@ namespace zavex::am {
  * Writes every frame as a picture file of its own: "NAME.000000.png" and so on.
  *
  * A frame that cannot be written is counted and leaves a gap in the numbers.
+ *
+ * A frame takes the place of nothing but a recorded picture of its own size, so that a name that
+ * leads elsewhere costs nobody a file. What was recorded is known by how it is built, see
+ * `ImageCodecPNG::isEncoded`: the files carry no mark. Anything else of that name is kept, links,
+ * pipes, devices and folders among it, and the frame is lost; the first time, file and reason are
+ * said on standard error.
  */
 class VideoFileImageDumper final : public VideoFile {
 public:
@@ -31,11 +37,15 @@ public:
                       ArchiveManager* archive) override;
 
     int getLostFrames() const override { return mLostFrames; }
+    std::string getPath() const override;
 
     /** Lets go of the picture. */
     void close() { mImage = Image(); }
 
 private:
+    std::string getFrameName() const;
+    void refuse(const std::string& path, const std::string& reason);
+
     ArchiveManager* mArchive = nullptr; // not owned
     Format mFormat;
     int mFrameNumber = 0;  // of the next frame
@@ -43,6 +53,7 @@ private:
     std::string mExtension;
     Image mImage;
     int mLostFrames = 0;
+    bool mRefused = false; // a frame was, which has been said
 };
 
 } // namespace zavex::am

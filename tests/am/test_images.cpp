@@ -1,5 +1,6 @@
 #include "am/am.h"
 #include "am/am_fixture.h"
+#include "am/am_imagecodec_png.h"
 #include "am/am_videofile.h"
 #include "am/am_videofile_imagedumper.h"
 
@@ -12,7 +13,12 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <array>
+#include <random>
+#include <vector>
+
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace zavex::am {
 namespace {
@@ -227,36 +233,30 @@ long peakMegabytes()
 
 TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
 {
+    const std::string other = chunk("teXt", std::string(500000, ' '), 500000);
+    const std::string lying = chunk("iTXt", "short", 0x7a000000);
     const std::string damaged = "[loadPNG] Error when decoding png-file!";
-    const std::string tooLarge =
-        "bytes: one may take at most 268435456, all together 1073741824, of which 0 are taken";
-    const struct {
-        const char* name;
-        std::string bytes;
-        std::string message; // ends so
-    } rows[] = {
-        {"no side.png",              claimingPng(0,      0,                                   100),                   damaged             },
-        {                                                                            "more pixels than deflated bytes.png",         claimingPng(10000,              10000,                                100),                damaged                    },
-        {                                                "bytes of something else.png",
-         claimingPng(10000,                                    10000,                        100,     chunk("teXt",                 std::string(500000, ' '), 500000)), damaged},
-        {                                                                    "longest sides.png",                          claimingPng(0x7fffffff,                          0x7fffffff,              100), damaged   },
-        {    "chunk beyond the end.png", claimingPng(1,      1,                                   100,                    chunk("iTXt",         "short", 0x7a000000)),
-         damaged},
-        {                                                                 "too many pixels.png",                    claimingPng(8193,                                      8192,                                                     300000),
-         "8193 x 8192 pixels, 268468224 " + tooLarge                  },
-        {"more pixels than a code holds.jpg",                          claimingJpeg(false,          ""),
-         "32639 x 32639 pixels cannot be in"           },
-        {                                                                                                                                                               "arithmetic.jpg",         claimingJpeg(true,                ""), "32639 x 32639 pixels cannot be in"                      },
-        {                                      "too many pixels.jpg",                     claimingJpeg(false, std::string(2100000,                                    ' ')),
-         "32639 x 32639 pixels, 4261217284 " + tooLarge                                                                                              },
-        { "too many scans.jpg",                       encodeJpeg(16,   16,                                      false,                                              65),
-         "Internal jpeglib error; More than 64 scans"},
-    };
+    const std::string most =
+        " bytes: one may take at most 268435456, all together 1073741824, of which 0 are taken";
+    const std::string implausible = "error; 32639 x 32639 pixels cannot be in ";
+    std::vector<std::array<std::string, 3>> rows; // the name, the bytes, what the message contains
+    rows.push_back({"no side.png", claimingPng(0, 0, 100), damaged});
+    rows.push_back({"few deflated.png", claimingPng(10000, 10000, 100), damaged});
+    rows.push_back({"much else.png", claimingPng(10000, 10000, 100, other), damaged});
+    rows.push_back({"longest.png", claimingPng(0x7fffffff, 0x7fffffff, 100), damaged});
+    rows.push_back({"beyond end.png", claimingPng(1, 1, 100, lying), damaged});
+    rows.push_back(
+        {"large.png", claimingPng(8193, 8192, 300000), "x 8192 pixels, 268468224" + most});
+    rows.push_back({"few bits.jpg", claimingJpeg(false, ""), implausible});
+    rows.push_back({"arithmetic.jpg", claimingJpeg(true, ""), implausible});
+    rows.push_back(
+        {"large.jpg", claimingJpeg(false, std::string(600000, ' ')), " 4261217284" + most});
+    rows.push_back({"scans.jpg", encodeJpeg(16, 16, false, 65), "error; More than 64 scans"});
     const long before = peakMegabytes();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string message = thrownMessage([&] { decode(row.name, row.bytes); });
-        EXPECT_NE(message.find(row.message), std::string::npos) << message;
+    for (const auto& [name, bytes, expected] : rows) {
+        SCOPED_TRACE(name);
+        const std::string message = thrownMessage([&] { decode(name, bytes); });
+        EXPECT_NE(message.find(expected), std::string::npos) << message;
         EXPECT_LT(peakMegabytes(), before + 50);
     }
     EXPECT_EQ(decode("a.jpg", encodeJpeg(16, 16, false, 64))->getWidth(), 16);
@@ -377,9 +377,21 @@ protected:
         return video;
     }
 
+    /** How many frames of two are lost where `file` is; that is said once, if there is a reason. */
+    int lostBy(const std::string& base, const std::string& file, const std::string& reason)
+    {
+        const std::unique_ptr<VideoFile> video = open(base + ".png");
+        testing::internal::CaptureStderr();
+        video->writeFrame();
+        video->writeFrame();
+        const std::string said =
+            "cadenza: '" + path(file) + "' is kept and the frame lost: " + reason + "\n";
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), reason.empty() ? "" : said);
+        return video->getLostFrames();
+    }
+
     void SetUp() override
     {
-
         mArchives.addArchive(path(""));
         mPicture->resize(4, 2);
         std::fill_n(mPicture->getWriteData(), 32, static_cast<unsigned char>(99));
@@ -402,6 +414,60 @@ TEST_F(Dumping, NumbersItsFramesAndCountsTheLostOnes)
               (std::vector<std::string>{"frames/a.b.000000.png", "frames/a.b.000002.png"}));
     const Image written = mArchives.loadImage("frames/a.b.000002.png", -1, true);
     EXPECT_EQ(pixelsOf(written), pixelsOf(mPicture));
+}
+
+TEST_F(Dumping, ReplacesOnlyWhatWasRecorded)
+{
+    const auto encoded = [](int width, int height) {
+        Image noise{new ImageObject};
+        noise->resize(width, height);
+        std::minstd_rand random;
+        std::generate_n(noise->getWriteData(), width * height * 4,
+                        [&] { return static_cast<unsigned char>(random()); });
+        return test::textOf(ImageManager().encodeImage("a.png", noise));
+    };
+    const std::string own = encoded(4, 2);
+    std::string commented = own;
+    commented.insert(33, chunk("tEXt", "Title", 5)); // behind the header
+    const std::string opaque = encodePng(PNG_COLOR_TYPE_RGB, 8, 4, 2, std::string(12, 'x'));
+    const std::string turned = encoded(2, 4);
+    const std::string cut = own.substr(0, own.size() - 1);
+    const struct {
+        const char* name;
+        std::string bytes;
+        bool isReplaced;
+    } rows[] = {
+        {"own",        own,       true },
+        {"comment",    commented, false},
+        {"other size", turned,    false},
+        {"no alpha",   opaque,    false},
+        {"longer",     own + " ", false},
+        {"cut",        cut,       false},
+        {"empty",      "",        false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string file = row.name + std::string(".000000.png");
+        write(file, row.bytes);
+        const char* const reason = row.isReplaced ? "" : "Not a recorded picture of 4 x 2 pixels";
+        EXPECT_EQ(lostBy(row.name, file, reason), row.isReplaced ? 0 : 1);
+        EXPECT_EQ(read(file) == row.bytes, !row.isReplaced);
+    }
+    std::filesystem::create_symlink("own.000000.png", path("link.000000.png"));
+    EXPECT_EQ(lostBy("link", "link.000000.png", "Is a symbolic link"), 1);
+    ASSERT_EQ(mkfifo(path("pipe.000000.png").c_str(), 0600), 0);
+    EXPECT_EQ(lostBy("pipe", "pipe.000000.png", "Not a regular file"), 1);
+
+    // Several chunks of pixels; joined into one, they are somebody else's.
+    const std::string large = encoded(90, 90);
+    const auto isOwn = [](const std::string& bytes, ImageSize size) {
+        return ImageCodecPNG::isEncoded(reinterpret_cast<const unsigned char*>(bytes.data()),
+                                        bytes.size(), size);
+    };
+    EXPECT_TRUE(isOwn(large, {90, 90}));
+    const std::string joined =
+        large.substr(0, 33) + chunk("IDAT", large.substr(41, 20000), 20000) + chunk("IEND", "", 0);
+    EXPECT_FALSE(isOwn(joined, {90, 90}));
 }
 
 TEST_F(Dumping, GoesOnAfterAPictureThatIsNotThereOrNotItsOwn)
