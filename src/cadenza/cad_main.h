@@ -143,6 +143,9 @@ public:
     /** Whether a file of the project could not be saved. */
     bool hasSaveFailed() const { return mSaveFailed; }
 
+    /** Whether a frame of the recording could not be written. */
+    bool hasLostFrames() const { return mDumpVideo && mDumpVideo->getLostFrames() > 0; }
+
     /**
      * Ends the run: saves the project, unless an exception is under way or the configuration was
      * not read, and destroys the editor with the effects on its timeline. Forgets all effects. Does
@@ -214,6 +217,7 @@ private:
     void applyDisplay(const xml::XmlTag& tag);
     void applyOsd(const xml::XmlTag& tag);
     void applyDump(const xml::XmlTag& tag);
+    void announceDump() const;
     void applyMusic(const xml::XmlTag& tag);
     void applyLog(const xml::XmlTag& tag);
     void applySections(const xml::XmlParser& parser);

@@ -99,6 +99,7 @@ void Cadenza::applySections(const xml::XmlParser& parser)
         for (xml::IteratorConst element = parser.createIterator(section.name); ++element;)
             (this->*section.apply)(*element.operator->());
     }
+    announceDump();
 }
 
 void Cadenza::applyTime(const xml::XmlTag& tag)
@@ -165,6 +166,19 @@ void Cadenza::applyDump(const xml::XmlTag& tag)
     format.frameRateBase = 1;
     mDumpVideo.reset(am::VideoFile::createForWrite(target, format, &mArchive));
     ZVX_LOG("log", "app", "Dumping to '%s' (rate='%f'fps)", name.c_str(), double{mDumpRate});
+}
+
+/** A show may come from anywhere: where it writes is its author's business only in its folder. */
+void Cadenza::announceDump() const
+{
+    if (mDumpVideo == nullptr)
+        return;
+    const std::string target = am::leadsOutside(mDumpVideo->getPath());
+    if (target.empty())
+        return;
+    std::fflush(stdout);
+    std::fprintf(stderr, "cadenza: the frames are recorded outside this folder: '%s' and on\n",
+                 target.c_str());
 }
 
 void Cadenza::applyMusic(const xml::XmlTag& tag)

@@ -111,6 +111,31 @@ TEST_F(Setup, DumpRecordsSilently)
     EXPECT_TRUE(configure(R"(<music mute="off"/><dump name="a.png"/>)").mNosound);
 }
 
+TEST_F(Setup, ADumpThatLeavesTheFolderIsAnnouncedWithItsFullPath)
+{
+    const std::filesystem::path here = std::filesystem::current_path();
+    std::filesystem::create_directory_symlink("..", "link");
+    const std::string outside = (here.parent_path() / "a.000000.png").string();
+    const struct {
+        const char* name;
+        std::string announced; // empty: nothing
+    } rows[] = {
+        {"a.png",       ""     },
+        {"new/b/a.png", ""     },
+        {"/new/a.png",  ""     },
+        {"../a.png",    outside},
+        {"link/a.png",  outside},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        testing::internal::CaptureStderr();
+        configure(std::string("<archive path='../'/><dump name='") + row.name + "'/>");
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(said.empty(), row.announced.empty()) << said;
+        EXPECT_NE(said.find(row.announced), std::string::npos) << said;
+    }
+}
+
 TEST_F(Setup, MusicNamesTheSongAndMutesIt)
 {
     configure(R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)");
