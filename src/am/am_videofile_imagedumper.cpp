@@ -3,6 +3,7 @@
 #include "am/am.h"
 #include "am/am_diskfile.h"
 #include "am/am_imagecodec_png.h"
+#include "common/zvx_process.h"
 
 #include <cstdio>
 #include <utility>
@@ -67,9 +68,7 @@ void VideoFileImageDumper::refuse(const std::string& path, const std::string& re
     ++mLostFrames;
     if (std::exchange(mRefused, true))
         return;
-    std::fflush(stdout);
-    std::fprintf(stderr, "cadenza: '%s' is kept and the frame lost: %s\n", path.c_str(),
-                 reason.c_str());
+    reportFailure("'%s' is kept and the frame lost: %s", path.c_str(), reason.c_str());
 }
 
 bool VideoFileImageDumper::openForWrite(const std::string& name, const Format& format,

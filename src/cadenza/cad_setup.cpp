@@ -1,6 +1,7 @@
 // The configuration: what each element of the setup file does.
 
 #include "cadenza/cad_main.h"
+#include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
 
@@ -174,11 +175,8 @@ void Cadenza::announceDump() const
     if (mDumpVideo == nullptr)
         return;
     const std::string target = am::leadsOutside(mDumpVideo->getPath());
-    if (target.empty())
-        return;
-    std::fflush(stdout);
-    std::fprintf(stderr, "cadenza: the frames are recorded outside this folder: '%s' and on\n",
-                 target.c_str());
+    if (!target.empty())
+        reportFailure("the frames are recorded outside this folder: '%s' and on", target.c_str());
 }
 
 void Cadenza::applyMusic(const xml::XmlTag& tag)
