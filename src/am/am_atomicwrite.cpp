@@ -8,18 +8,17 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
+#include <memory>
 #include <set>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace zavex::am {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr mode_t NEW_FILE_MODE = 0666; // before the umask
 constexpr mode_t PERMISSIONS = 07777;
@@ -247,16 +246,19 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes, std::s
 void removeLeftovers(const std::string& path)
 {
     const std::string target = followLinks(path);
+    const std::string folder = folderOf(target);
     const std::string start = partName(target);
-    std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folderOf(target), error)) {
-        const std::string name = entry.path().filename().string();
+    // The standard library's own walk through a folder does not bear a failing allocation.
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
+    while (const dirent* const entry = entries ? readdir(entries.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
         if (name.size() <= start.size() || !name.starts_with(start) ||
-            name.find_first_not_of("0123456789", start.size()) != std::string::npos)
+            name.find_first_not_of("0123456789", start.size()) != std::string_view::npos)
             continue;
-        if (entry.is_regular_file(error) && fs::remove(entry.path(), error))
+        const std::string left = folder + entry->d_name;
+        if (unlink(left.c_str()) == 0)
             ZVX_LOG("log", "app", "Removed '%s', left by a save that was cut short\n",
-                    entry.path().c_str());
+                    left.c_str());
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "am/am_atomicwrite.h"
 #include "am/am_diskfile.h"
+#include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
 
@@ -9,7 +10,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -173,13 +173,10 @@ bool saysAll(const xml::XmlParser& kept, const xml::XmlParser& original)
 bool commitSave(am::SaveSet& set)
 {
     const std::vector<am::SaveFailure> failures = set.commit();
-    if (!failures.empty())
-        std::fflush(stdout);
     for (const am::SaveFailure& each : failures) {
         ZVX_LOG("error", "app", "Could not save '%s': %s\n", each.path.c_str(),
                 each.reason.c_str());
-        std::fprintf(stderr, "cadenza: could not save '%s': %s\n", each.path.c_str(),
-                     each.reason.c_str());
+        reportFailure("could not save '%s': %s", each.path.c_str(), each.reason.c_str());
     }
     return failures.empty();
 }

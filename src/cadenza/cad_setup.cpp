@@ -5,7 +5,6 @@
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -76,7 +75,7 @@ void Cadenza::takeFolder()
     if (mFolderIsOurs)
         return;
     ZVX_LOG("warning", "app", "Another program has this folder open; this one saves nothing\n");
-    std::fprintf(stderr, "cadenza: another cadenza has this folder open; this one saves nothing\n");
+    reportFailure("another program has this folder open; this one saves nothing");
 }
 
 void Cadenza::applySections(const xml::XmlParser& parser)
