@@ -57,10 +57,15 @@ OpenedFile openRegular(const std::string& path)
     return {file, static_cast<std::uint64_t>(status.st_size), file ? "" : std::strerror(errno)};
 }
 
-/** @param opaque  The file that was opened; it is handed over. */
-voidpf handOver(voidpf opaque, const void* /*name*/, int /*mode*/)
+/** @param opaque  Holds the file that was opened. */
+voidpf givenFile(voidpf opaque, const void* /*name*/, int /*mode*/)
 {
-    return std::exchange(static_cast<OpenedFile*>(opaque)->file, nullptr);
+    return *static_cast<std::FILE**>(opaque);
+}
+
+int closeGiven(voidpf opaque, voidpf /*stream*/)
+{
+    return std::fclose(std::exchange(*static_cast<std::FILE**>(opaque), nullptr));
 }
 
 /** Why an entry is not to be read; empty when it may be. A size field may lie. */
@@ -97,12 +102,16 @@ ArchiveZIP::ArchiveZIP(const std::string& path) : mPath(path)
 {
     OpenedFile opened = openRegular(path);
     mSize = opened.size;
-    if (opened.file != nullptr) {
+    mFile = opened.file;
+    if (mFile != nullptr) {
         zlib_filefunc64_def functions{};
         fill_fopen64_filefunc(&functions);
-        functions.zopen64_file = handOver;
-        functions.opaque = &opened;
+        functions.zopen64_file = givenFile;
+        functions.zclose_file = closeGiven;
+        functions.opaque = &mFile;
         mZipfile = unzOpen2_64(path.c_str(), &functions);
+        if (mZipfile == nullptr && mFile != nullptr)
+            std::fclose(std::exchange(mFile, nullptr));
         if (mZipfile == nullptr)
             opened.failure = "It is damaged, or no zip file";
     }

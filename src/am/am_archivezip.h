@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 namespace zavex::am {
 
@@ -39,8 +40,9 @@ private:
     File readEntry(const std::string& name, std::string& failure);
 
     std::string mPath;
-    std::uint64_t mSize = 0;  // of the zip file, bytes
-    void* mZipfile = nullptr; // minizip's handle; null when the file could not be opened
+    std::uint64_t mSize = 0;    // of the zip file, bytes
+    std::FILE* mFile = nullptr; // open until minizip closes it; it leaves it open without memory
+    void* mZipfile = nullptr;   // minizip's handle; null when the file could not be opened
 };
 
 } // namespace zavex::am
