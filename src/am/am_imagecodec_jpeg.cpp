@@ -6,6 +6,7 @@
 
 #include <jpeglib.h>
 
+#include <algorithm>
 #include <csetjmp>
 #include <cstdint>
 
@@ -25,7 +26,10 @@ constexpr std::int64_t MOST_PIXELS_PER_ARITHMETIC_BYTE = 65536;
 constexpr long MOST_WORKING_BYTES = long{ImageObject::MOST_BYTES};
 
 // Each scan of a progressive picture costs as much time as the first. Common encoders write ten.
-constexpr int MOST_SCANS = 64;
+// The largest picture may have sixteen.
+constexpr std::int64_t MOST_SCANS = 64;
+constexpr std::int64_t MOST_SCANNED_PIXELS =
+    std::int64_t{16} * (ImageObject::MOST_BYTES / ImageObject::BYTES_PER_PIXEL);
 
 /** The library's error handler and where it jumps to; the handler must stand first. */
 struct ErrorExit {
@@ -45,10 +49,13 @@ struct ErrorExit {
 
 void requireFewScans(j_common_ptr info)
 {
-    if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number <= MOST_SCANS)
+    const auto* const reading = reinterpret_cast<j_decompress_ptr>(info);
+    const std::int64_t pixels = std::int64_t{reading->image_width} * reading->image_height;
+    const std::int64_t most = std::min(MOST_SCANS, MOST_SCANNED_PIXELS / pixels);
+    if (reading->input_scan_number <= most)
         return;
     auto* const exit = reinterpret_cast<ErrorExit*>(info->err);
-    std::snprintf(exit->message, JMSG_LENGTH_MAX, "More than %d scans", MOST_SCANS);
+    std::snprintf(exit->message, JMSG_LENGTH_MAX, "More than %d scans", static_cast<int>(most));
     std::longjmp(exit->target, 1);
 }
 

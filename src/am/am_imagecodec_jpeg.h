@@ -6,7 +6,8 @@ namespace zavex::am {
 
 /**
  * JPEG, read only. A file that is cut short is refused, and one that would take an unreasonable
- * time or memory: more than 64 scans, or more than ImageObject::MOST_BYTES beside the pixels.
+ * time or memory: more than 64 scans, 16 for the largest pictures, or more than
+ * ImageObject::MOST_BYTES beside the pixels.
  */
 class ImageCodecJPEG final : public ImageCodec {
 public:
