@@ -64,8 +64,11 @@ def _end(process):
 
 @contextlib.contextmanager
 def screen(width, height):
-    """A virtual screen that only this user's processes may use. Gives the environment that names it."""
-    with tempfile.TemporaryDirectory(prefix="screen.") as folder:
+    """
+    A virtual screen that only this user's processes may use. Gives the environment that names it and a folder
+    for what is scratch, which goes with the screen: a program that is killed removes nothing.
+    """
+    with tempfile.TemporaryDirectory(prefix="screen.", ignore_cleanup_errors=True) as folder:
         authority = os.path.join(folder, "authority")
         cookie = secrets.token_bytes(16)
         with open(authority, "wb") as file:
@@ -78,4 +81,4 @@ def screen(width, height):
             display = number.readline().strip()
             if not display:
                 raise OSError("the virtual screen (Xvfb) does not start")
-            yield dict(os.environ, DISPLAY=":" + display, XAUTHORITY=authority)
+            yield dict(os.environ, DISPLAY=":" + display, XAUTHORITY=authority, TMPDIR=folder)
