@@ -10,6 +10,8 @@
 #include "display/dis_font.h"
 #include "xml/xml_iteratorconst.h"
 
+#include <memory>
+
 namespace zavex::vellum {
 
 using mathbase::Vector2f;
@@ -20,12 +22,11 @@ constexpr float TEXT_INSET = 4.0f; // pixels between the edges and the caption
 
 } // namespace
 
-Box::Box() : mFrame(new BoxFrame)
+Box::Box() : mFrame(addOwn(std::make_unique<BoxFrame>()))
 {
     mType = "box";
     mId = "box";
     mStyle = widgetStyle();
-    Control::addControl(mFrame);
 }
 
 Control* Box::clone()

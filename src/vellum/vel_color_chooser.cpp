@@ -7,15 +7,17 @@
 #include "vellum/vel_look.h"
 #include "vellum/vel_slider.h"
 
+#include <memory>
+
 namespace zavex::vellum {
 
-ColorChooser::ColorChooser() : mFrame(new ColorChooserFrame), mStatFrame(new ColorChooserStatFrame)
+ColorChooser::ColorChooser()
+    : mFrame(addOwn(std::make_unique<ColorChooserFrame>())),
+      mStatFrame(addOwn(std::make_unique<ColorChooserStatFrame>()))
 {
     mType = "colorchooser";
     mId = "colorchooser";
     mStyle = widgetStyle();
-    Flow::addControl(mFrame);
-    Flow::addControl(mStatFrame);
     setPercent(mFrame, 100.0f);
     setSize(mStatFrame, 0.0f);
     mFrame->setCallback(this);

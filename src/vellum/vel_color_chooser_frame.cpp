@@ -3,6 +3,8 @@
 #include "vellum/vel_color_chooser_wheel.h"
 #include "vellum/vel_slider.h"
 
+#include <memory>
+
 namespace zavex::vellum {
 
 namespace {
@@ -11,13 +13,13 @@ constexpr float SLIDER_WIDTH = 16.0f; // pixels
 
 } // namespace
 
-ColorChooserFrame::ColorChooserFrame() : mWheel(new ColorChooserWheel), mSlider(new Slider)
+ColorChooserFrame::ColorChooserFrame()
+    : mWheel(addOwn(std::make_unique<ColorChooserWheel>())),
+      mSlider(addOwn(std::make_unique<Slider>()))
 {
     mType = "colorchooserframe";
     mId = "colorchooserframe";
     mDirection = DIRECTION_HORISONTAL;
-    Flow::addControl(mWheel);
-    Flow::addControl(mSlider);
     setPercent(mWheel, 100.0f);
     setSize(mSlider, SLIDER_WIDTH);
     mSlider->setValue(1.0f, true);

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace zavex::vellum {
 
@@ -102,12 +103,12 @@ void Context::deleteOptions()
 
 Context* Context::addOption(const std::string& caption, const std::string& id)
 {
-    auto* option = new Context;
+    auto option = std::make_unique<Context>();
     option->setCaption(caption);
     option->setName(id);
     option->mStyle = mStyle;
-    addControl(option, -1);
-    return option;
+    addControl(option.get(), -1);
+    return option.release();
 }
 
 void Context::setOption(const std::string& caption, std::int32_t index)

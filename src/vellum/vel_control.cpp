@@ -38,6 +38,13 @@ void notify(const std::vector<Callback*>& callbacks, const ControlWatch& self,
     }
 }
 
+/** So that inserting one more cannot fail. */
+void makeRoom(std::vector<Control*>& controls)
+{
+    if (controls.size() == controls.capacity())
+        controls.reserve(2 * controls.size() + 1);
+}
+
 } // namespace
 
 Control::Control()
@@ -213,6 +220,8 @@ void Control::addControl(Control* control, int index)
 {
     ZVX_REQUIRE(control != nullptr, "control!=0");
     ZVX_REQUIRE(index >= -1 && index <= getChildCount(), "index<=getChildCount()");
+    makeRoom(mChild);
+    makeRoom(mOrder);
     if (control->mOwner)
         control->mOwner->releaseControl(control);
     const int end = getChildCount(); // one less than before when the control only moves

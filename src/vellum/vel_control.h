@@ -8,6 +8,7 @@
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector4.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -138,7 +139,9 @@ public:
 
     /**
      * Takes ownership of `control` and focuses it, which brings it to the top. A control that is a
-     * child elsewhere leaves its old parent.
+     * child elsewhere leaves its old parent. When there is no memory for that, nothing changes and
+     * the control stays its owner's; it may be destroyed whenever a call throws, for a control that
+     * goes leaves its parent.
      *
      * @param control  Must not be null ("control!=0").
      * @param index    Position in both orders, in 0..child count; -1 is the end. Must be valid
@@ -222,6 +225,19 @@ public:
     virtual void draw(Area area, Area parent, Area clip);
 
 protected:
+    /**
+     * Makes `child` the last of this control's own children, whatever the `addControl` of a
+     * subclass does with it. Destroys it when there is no memory for that.
+     *
+     * @return  `child`.
+     */
+    template <typename Child>
+    Child* addOwn(std::unique_ptr<Child> child)
+    {
+        Control::addControl(child.get());
+        return child.release();
+    }
+
     /** Called by `load` for each "area" sub-element of a child it made; `area` stands on it. */
     virtual void loadChildArea(Control& child, xml::IteratorConst& area);
 

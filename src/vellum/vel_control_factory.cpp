@@ -3,6 +3,7 @@
 #include "vellum/vel_control.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace zavex::vellum {
@@ -21,7 +22,8 @@ ControlFactory controlFactory;
 
 void ControlFactory::addControlType(Control* prototype)
 {
-    prototypes().emplace_back(prototype);
+    std::unique_ptr<Control> owned(prototype);
+    prototypes().push_back(std::move(owned));
 }
 
 Control* ControlFactory::create(const std::string& type)

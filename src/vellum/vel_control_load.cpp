@@ -6,6 +6,7 @@
 #include "xml/xml_iteratorconst.h"
 #include "xml/xml_node.h"
 
+#include <memory>
 #include <string_view>
 
 namespace zavex::vellum {
@@ -118,12 +119,13 @@ void Control::loadChild(xml::IteratorConst& element)
 {
     const std::string type = element->getName();
     ZVX_LOG("log", "app", "Creating control: %s.", type.c_str());
-    Control* child = controlFactory.create(type);
-    if (!child) {
+    std::unique_ptr<Control> created(controlFactory.create(type));
+    if (!created) {
         ZVX_LOG("log", "app", " -> Control type '%s' not found", type.c_str());
         return;
     }
-    addControl(child, -1);
+    addControl(created.get(), -1);
+    Control* const child = created.release();
 
     const std::string styleClass = element->getValue("class");
     xml::IteratorConst childStyle = getStyle(styleClass.empty() ? type : styleClass);

@@ -4,13 +4,14 @@
 
 #include "xml/xml_iteratorconst.h"
 
+#include <memory>
+
 namespace zavex::vellum {
 
-Menu::Menu() : mFrame(new MenuFrame)
+Menu::Menu() : mFrame(addOwn(std::make_unique<MenuFrame>()))
 {
     mType = "menu";
     mId = "menu";
-    Flow::addControl(mFrame);
     setPercent(mFrame, 100.0f);
     Menu::setCaption("menu");
 }

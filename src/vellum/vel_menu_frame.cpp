@@ -5,6 +5,7 @@
 #include "display/dis_key.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace zavex::vellum {
 
@@ -67,14 +68,13 @@ void Rows::openSubmenu(Context& submenu)
 
 } // namespace
 
-MenuFrame::MenuFrame() : mRows(new Rows)
+MenuFrame::MenuFrame() : mRows(addOwn(std::make_unique<Rows>()))
 {
     mType = "menuframe";
     mId = "menuframe";
     mStyle = widgetStyle();
     mRows->setColors(mStyle);
     mRows->setMaximized(true);
-    addControl(mRows);
 }
 
 Control* MenuFrame::clone()

@@ -10,6 +10,8 @@
 #include "display/dis_font.h"
 #include "xml/xml_iteratorconst.h"
 
+#include <memory>
+
 namespace zavex::vellum {
 
 using mathbase::Vector2f;
@@ -30,12 +32,11 @@ void layOutAgain(Control& parent)
 
 } // namespace
 
-Panel::Panel() : mFrame(new PanelFrame)
+Panel::Panel() : mFrame(addOwn(std::make_unique<PanelFrame>()))
 {
     mType = "panel";
     mId = "panel";
     mStyle = widgetStyle();
-    Control::addControl(mFrame);
 }
 
 Control* Panel::clone()

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace zavex::vellum {
 
@@ -50,7 +51,7 @@ void forEachTick(const Render::Area& area, const Render::Area& clip, float step,
 
 } // namespace
 
-Ruler::Ruler() : mFrame(new Content)
+Ruler::Ruler() : mFrame(addOwn(std::make_unique<Content>()))
 {
     mType = "ruler";
     mId = "ruler";
@@ -58,7 +59,6 @@ Ruler::Ruler() : mFrame(new Content)
     mStyle.mBack.mInactive1 = mStyle.mBack.mInactive2 = text.mInactive1;
     mStyle.mBack.mHighlight1 = mStyle.mBack.mHighlight2 = text.mInactive1;
     mStyle.mText.mHighlight1 = mStyle.mText.mHighlight2 = mStyle.mCaption.mHighlight1;
-    Frame::addControl(mFrame);
 }
 
 Control* Ruler::clone()

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace zavex::vellum {
 
@@ -40,7 +41,7 @@ struct Scrollbars::Bar {
     Area& handle;
 };
 
-Scrollbars::Scrollbars() : mFrame(new ScrollbarsFrame)
+Scrollbars::Scrollbars() : mFrame(addOwn(std::make_unique<ScrollbarsFrame>()))
 {
     mType = "scrollbars";
     mId = "scrollbars";
@@ -49,7 +50,6 @@ Scrollbars::Scrollbars() : mFrame(new ScrollbarsFrame)
     // Tracks lie deeper than the bodies that they border on.
     mStyle.mBack.mColor1 = mStyle.mBack.mInactive1;
     mStyle.mBack.mColor2 = mStyle.mBack.mInactive2;
-    Control::addControl(mFrame);
 }
 
 Control* Scrollbars::clone()

@@ -3,15 +3,15 @@
 #include "vellum/vel_tab_caption.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace zavex::vellum {
 
-TabView::TabView() : mTabs(new TabCaption)
+TabView::TabView() : mTabs(addOwn(std::make_unique<TabCaption>()))
 {
     mType = "tabview";
     mId = "tabview";
     mCaption = "tabview";
-    Flow::addControl(mTabs);
 }
 
 Control* TabView::clone()

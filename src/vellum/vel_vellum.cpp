@@ -280,8 +280,8 @@ bool Vellum::loadStyle(const std::string& fileName)
     }
     if (!isVellum(*document))
         return false;
-    mWorkspace.loadStyle(document.get());
     mStyles.push_back(std::move(document));
+    mWorkspace.loadStyle(mStyles.back().get());
     return true;
 }
 

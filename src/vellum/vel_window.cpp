@@ -7,20 +7,21 @@
 #include "xml/xml_iteratorconst.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace zavex::vellum {
 
 using mathbase::Vector2f;
 
-Window::Window() : mCaptionbar(new Caption), mFrame(new WindowFrame)
+Window::Window()
+    : mCaptionbar(addOwn(std::make_unique<Caption>())),
+      mFrame(addOwn(std::make_unique<WindowFrame>()))
 {
     mType = "window";
     mId = "window";
     mStyle.mBack.mBorder1 = mStyle.mBack.mBorder2 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
     mStyle.mBack.mColor1 = style::Color(0.4f, 1.1f, 0.4f, 1.0f);
     mStyle.mBack.mColor2 = style::Color(0.3f, 0.0f, 0.2f, 1.0f);
-    Flow::addControl(mCaptionbar);
-    Flow::addControl(mFrame);
     setSize(mCaptionbar, CAPTION_HEIGHT);
     setPercent(mFrame, 100.0f);
 }

@@ -6,16 +6,19 @@
 namespace {
 
 thread_local std::size_t threadAllocations = 0;
+thread_local std::size_t failingAllocation = 0; // none at 0
 
 void* allocate(std::size_t size) noexcept
 {
-    ++threadAllocations;
+    if (++threadAllocations == failingAllocation)
+        return nullptr;
     return std::malloc(size == 0 ? 1 : size);
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment) noexcept
 {
-    ++threadAllocations;
+    if (++threadAllocations == failingAllocation)
+        return nullptr;
     const auto unit = static_cast<std::size_t>(alignment);
     return std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
 }
@@ -137,6 +140,16 @@ void operator delete[](void* memory, std::align_val_t /*alignment*/,
 }
 
 namespace zavex::test {
+
+AllocationCounter::AllocationCounter(std::size_t failing) : AllocationCounter()
+{
+    failingAllocation = mStart + failing;
+}
+
+AllocationCounter::~AllocationCounter()
+{
+    failingAllocation = 0;
+}
 
 std::size_t AllocationCounter::allocations()
 {

@@ -1,30 +1,49 @@
 #include "vellum/probe.h"
 #include "vellum/styled_root.h"
+#include "vellum/vel_box.h"
+#include "vellum/vel_color_chooser.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_control_factory.h"
+#include "vellum/vel_dropdown.h"
 #include "vellum/vel_flow.h"
 #include "vellum/vel_layout_stack.h"
+#include "vellum/vel_menu.h"
+#include "vellum/vel_menu_bar.h"
+#include "vellum/vel_panel.h"
+#include "vellum/vel_radio_button.h"
+#include "vellum/vel_ruler.h"
+#include "vellum/vel_scrollbars.h"
+#include "vellum/vel_spline.h"
+#include "vellum/vel_tab_view.h"
+#include "vellum/vel_tree_view.h"
+#include "vellum/vel_window.h"
 
+#include "support/allocation_counter.h"
 #include "support/log_capture.h"
 #include "xml/xml_parser.h"
 
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <utility>
 
 namespace zavex::vellum::test {
 
 namespace {
 
+template <typename... Controls>
+void registerAll()
+{
+    (controlFactory.addControlType(new Controls), ...);
+}
+
 struct ControlLoad : testing::Test {
     static void SetUpTestSuite()
     {
-        controlFactory.addControlType(new Container);
-        controlFactory.addControlType(new Context);
-        controlFactory.addControlType(new Flow);
-        controlFactory.addControlType(new LayoutStack);
-        controlFactory.addControlType(new Probe);
+        registerAll<Box, ColorChooser, Container, Context, Dropdown, Flow, LayoutStack, Menu,
+                    MenuBar, Panel, Probe, RadioButton, Ruler, Scrollbars, Spline, TabView,
+                    TreeView, Window>();
     }
 
     void SetUp() override { zavex::test::clearLog(); }
@@ -183,6 +202,55 @@ TEST_F(ControlLoad, AFlowReadsItsChildrensExtents)
     root.setArea();
     EXPECT_EQ(text(root.findControl("one")->getArea()), "0 100 40 150");
     EXPECT_EQ(text(root.findControl("three")->getArea()), "0 150 40 300");
+}
+
+/** A control whose child is a member. */
+class Holder final : public Container {
+public:
+    Holder()
+    {
+        mType = "holder";
+        addControl(&mInner);
+    }
+    Control* clone() override { return new Holder; }
+
+private:
+    Container mInner;
+};
+
+/** Whatever allocation fails, the fault arrives here, and the leak checker finds nothing lost. */
+TEST_F(ControlLoad, WithoutMemoryEndsInAnException)
+{
+    controlFactory.addControlType(new Holder);
+    const auto load = [] {
+        StyledRoot screen;
+        screen.styles.parse(R"(<?xml version="1"?><vellum><box><color name="back.color" first="ff"/>
+            <child><probe class="a class whose name is long"/></child></box></vellum>)");
+        std::string text;
+        screen.styles.write(text, "\t");
+        loadFrom(screen, R"(<vellum><workspace id="w"><child><box caption="a caption that is long">
+            <child><flow><child><container><area size="9"/></container></child></flow></child></box>
+            <colorchooser/><holder/><dropdown><option id="1" name="one"/></dropdown><layoutstack/>
+            <menu><item caption="a"><item caption="b"/></item></menu><menubar><item caption="c"/>
+            </menubar><panel/><radiobutton><option name="r"/></radiobutton><ruler/><scrollbars/>
+            <spline><item x="1"/></spline><tabview><child><container/></child></tabview>
+            <treeview><item id="i" text="t"/></treeview><window/></child></workspace></vellum>)");
+    };
+    bool failed = true;
+    std::size_t failing = 0;
+    while (failed) {
+        zavex::test::clearLog();
+        const zavex::test::AllocationCounter counter(++failing);
+        bool thrown = false;
+        try {
+            load();
+        } catch (const std::exception&) {
+            thrown = true;
+        }
+        failed = counter.count() >= failing;
+        EXPECT_EQ(thrown, failed) << failing;
+    }
+    EXPECT_GT(failing, 300u);
 }
 
 TEST(LayoutStackLoad, ReadsItsDirection)
