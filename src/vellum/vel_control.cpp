@@ -9,6 +9,7 @@
 #include "common/zvx_system.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zavex::vellum {
 
@@ -230,6 +231,7 @@ void Control::addControl(Control* control, int index)
     mChild.insert(mChild.begin() + index, control);
     mOrder.insert(mOrder.begin() + index, control);
     control->mOwner = this;
+    control->clearFocus();
     control->setParent(this);
     setFocus(control);
 }
@@ -365,9 +367,10 @@ void Control::setFocus(Control* control)
 
 void Control::clearFocus()
 {
-    mFocus = nullptr;
-    for (Control* child : mChild)
-        child->clearFocus();
+    // Focus leads down a single path, most often by the topmost child.
+    Control* const focused = std::exchange(mFocus, nullptr);
+    if (std::find(mChild.rbegin(), mChild.rend(), focused) != mChild.rend())
+        focused->clearFocus();
 }
 
 void Control::setContext(Context* context)

@@ -87,7 +87,8 @@ public:
      * Fills the control from the element that `element` stands on: identifier, visibility, child
      * controls (made by `controlFactory`, each given its style and then its own element), rectangle
      * and colours. Without an "area" sub-element the control becomes maximized. Throws Exception
-     * when this control lies inside more than 256 others.
+     * when this control lies inside more than 256 others, and when the outermost `load` under way
+     * has come to read more than 100,000 elements, those of styles counted as often as they serve.
      */
     virtual void load(xml::IteratorConst& element);
 
@@ -206,7 +207,7 @@ public:
      */
     virtual void setFocus(Control* control);
 
-    /** Takes the focus from the whole subtree. */
+    /** Takes the focus from the whole subtree, going down the one path that has it. */
     virtual void clearFocus();
 
     /** Opens a pop-up menu. A menu without a parent gets this control as its owner. */
@@ -262,6 +263,8 @@ protected:
 private:
     friend class ControlWatch;
 
+    class LoadCount;
+
     bool hover(const Event& event);
     bool resetChildren(Event& event);
     void focusChildAt(Event& event);
@@ -275,6 +278,7 @@ private:
 
     Control* mOwner = nullptr;      // whose list of children holds this control
     ControlWatch* mWatch = nullptr; // the watch made last
+    LoadCount* mLoading = nullptr;  // of the outermost load, when it is this control's
 };
 
 } // namespace zavex::vellum

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace zavex::vellum {
 
@@ -15,8 +16,16 @@ namespace {
 
 using ColorSet = style::colorInfo;
 
+constexpr const char* CHILD_GROUP = "child"; // the element around an element's child controls
+
 /** How many controls may lie inside one another: a style that contains its own type has no end. */
 constexpr int DEEPEST_NESTING = 256;
+
+/**
+ * How many elements a load may read, those of styles as often as they serve: styles that each hold
+ * two of the next double with every level. A screen of 10,000 controls stays far below.
+ */
+constexpr int MOST_ELEMENTS = 100'000;
 
 /** Which member of a pair the rest of a colour's name selects, in both members. */
 struct ColorPair {
@@ -73,7 +82,60 @@ void checkNesting(Control& control)
                         control.getType().c_str(), DEEPEST_NESTING);
 }
 
+/** How many elements there are, without what "child" elements hold; counts no further than `most`.
+ */
+int countElements(const xml::XmlNode& outermost, int most)
+{
+    int count = 0;
+    std::vector<const xml::XmlNode*> pending{&outermost};
+    while (!pending.empty() && count <= most) {
+        const xml::XmlNode& node = *pending.back();
+        pending.pop_back();
+        ++count;
+        for (int index = 0; index < node.getNumChildren(); ++index)
+            if (node.getChildren(index)->getTag().getName() != CHILD_GROUP)
+                pending.push_back(node.getChildren(index));
+    }
+    return count;
+}
+
 } // namespace
+
+/** What the outermost load under way around a control has read; lives as long as that load. */
+class Control::LoadCount {
+public:
+    explicit LoadCount(Control& control) : mControl(control)
+    {
+        for (Control* outer = &control; outer && !mOutermost; outer = outer->mParent)
+            mOutermost = outer->mLoading;
+        if (!mOutermost)
+            mOutermost = control.mLoading = this;
+    }
+    LoadCount(const LoadCount&) = delete;
+    LoadCount(LoadCount&&) = delete;
+    LoadCount& operator=(const LoadCount&) = delete;
+    LoadCount& operator=(LoadCount&&) = delete;
+    ~LoadCount()
+    {
+        if (mControl.mLoading == this)
+            mControl.mLoading = nullptr;
+    }
+
+    void add(const xml::IteratorConst& element)
+    {
+        int& read = mOutermost->mRead;
+        read += countElements(*element.createIterator("").getContext(), MOST_ELEMENTS - read);
+        if (read > MOST_ELEMENTS)
+            throw Exception("Control::load: more than %d elements, those of styles counted as "
+                            "often as they serve, up to a '%s'",
+                            MOST_ELEMENTS, element->getName().c_str());
+    }
+
+private:
+    Control& mControl;
+    LoadCount* mOutermost = nullptr;
+    int mRead = 0; // elements
+};
 
 mathbase::Vector4f Control::hex2vec(const std::string& text)
 {
@@ -83,6 +145,8 @@ mathbase::Vector4f Control::hex2vec(const std::string& text)
 void Control::load(xml::IteratorConst& element)
 {
     checkNesting(*this);
+    LoadCount count(*this);
+    count.add(element);
     mId = element->getValue("id");
     mVisible = element->getValue("hidden") != "true" && element->getValue("visible") != "false";
     loadChildren(element);
@@ -109,7 +173,7 @@ void Control::loadChildArea(Control&, xml::IteratorConst&) {}
 
 void Control::loadChildren(xml::IteratorConst& element)
 {
-    for (xml::IteratorConst group = element.createIterator("child"); ++group;)
+    for (xml::IteratorConst group = element.createIterator(CHILD_GROUP); ++group;)
         for (xml::IteratorConst child = group.createIterator(""); ++child;)
             if (child->getType() == xml::XmlTag::NORMAL)
                 loadChild(child);

@@ -188,8 +188,20 @@ TEST_F(ControlLoad, RefusesToNestWithoutEnd)
               "Control::load: a 'context' lies inside more than 256 controls");
 
     root.styles.parse("<vellum><probe><child><probe/></child></probe></vellum>");
-    EXPECT_EQ(failureOf(root, "<workspace id='w'><child><probe/></child></workspace>"), nestedProbe)
-        << "a style that contains its own type";
+    const std::string onlyProbe = "<workspace id='w'><child><probe/></child></workspace>";
+    EXPECT_EQ(failureOf(root, onlyProbe), nestedProbe) << "a style that contains its own type";
+
+    std::string doubling;
+    for (int level = 0; level < 30; ++level) {
+        const std::string next = "<probe class='l" + std::to_string(level + 1) + "'/>";
+        const std::string name = level == 0 ? "probe" : "l" + std::to_string(level);
+        doubling += "<" + name + "><child>" + next + next + "</child></" + name + ">";
+    }
+    root.styles.clear();
+    root.styles.parse("<vellum>" + doubling + "</vellum>");
+    EXPECT_EQ(failureOf(root, onlyProbe),
+              "Control::load: more than 100000 elements, those of styles counted as often as they "
+              "serve, up to a 'probe'");
 }
 
 TEST_F(ControlLoad, AFlowReadsItsChildrensExtents)
