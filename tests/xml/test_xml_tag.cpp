@@ -35,16 +35,6 @@ TEST(Tag, ReplacesAValueInItsPlaceAndAppendsAnUnknownOne)
     EXPECT_EQ(tag.getValue("Value"), "");
 }
 
-TEST(Tag, ClosesAnEmptyElementOnlyWhenAsked)
-{
-    std::ostringstream out;
-    XmlTag tag("a");
-    tag.write(out, false);
-    tag.setClosed(false);
-    tag.write(out, true);
-    EXPECT_EQ(out.str(), "<a>\n<a>\n");
-}
-
 TEST(Tag, ReadsIntegersOfAnyBaseWithinTheirLimits)
 {
     const std::pair<const char*, int> cases[] = {
