@@ -31,7 +31,7 @@ struct Fault {
     const char* name; // of the call
     int error;
     int step;         // from one place of the fault to the next
-    const char* said; // where a file was not saved
+    const char* said; // of a file that was not saved
 
     friend void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 };
@@ -43,7 +43,7 @@ constexpr Fault FAULTS[] = {
     {"fsync",  EIO,    1,   ".xml"     },
     {"rename", EIO,    1,   ".xml"     },
     {"close",  EIO,    1,   ".xml"     },
-    {"new",    ENOMEM, 499, "bad_alloc"},
+    {"new",    ENOMEM, 499, "cadenza: "},
 };
 
 /** A show of which every file holds something that a save drops, and a program that runs it. */
