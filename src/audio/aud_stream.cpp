@@ -43,7 +43,7 @@ void OutputStream::stop()
 {
     if (!mPlaying)
         return;
-    getPosition();
+    updateHeard();
     mPlaying = false;
     mVoice->pause();
 }
@@ -53,7 +53,7 @@ bool OutputStream::isPlaying()
     if (!mPlaying)
         return false;
     followDevice();
-    if (getPosition() >= getLength()) {
+    if (updateHeard() >= getLength() && !isRepeated()) {
         mPlaying = false;
         mVoice->pause();
         return false;
@@ -65,12 +65,29 @@ bool OutputStream::isPlaying()
 
 void OutputStream::setPosition(std::int64_t frame)
 {
-    moveQueue(frame);
+    moveQueue(std::min(frame, getLength()));
     mHeard = mStart = mQueueStart;
     goOnAlone(steadySeconds());
 }
 
 std::int64_t OutputStream::getPosition()
+{
+    const std::int64_t heard = updateHeard();
+    return heard - roundsBefore(heard) * getLength();
+}
+
+std::int64_t OutputStream::getRounds()
+{
+    return roundsBefore(updateHeard());
+}
+
+/** How often the sound has started over before `frame`; its length is still its end. */
+std::int64_t OutputStream::roundsBefore(std::int64_t frame) const
+{
+    return isRepeated() && frame > 0 ? (frame - 1) / getLength() : 0;
+}
+
+std::int64_t OutputStream::updateHeard()
 {
     // Silent or run dry, the sound stands where it was last heard.
     if (!mPlaying || (!mAlone && !mVoice->isRunning()))
@@ -82,7 +99,7 @@ std::int64_t OutputStream::getPosition()
         const Voice::Progress progress = mVoice->getProgress();
         heard = mQueueStart + static_cast<std::int64_t>(progress.taken - progress.pending);
     }
-    mHeard = std::max(mHeard, std::min(heard, getLength()));
+    mHeard = std::max(mHeard, isRepeated() ? heard : std::min(heard, getLength()));
     return mHeard;
 }
 
@@ -128,9 +145,9 @@ void OutputStream::returnToDevice()
         mVoice = std::move(voice);
         mVoice->setVolume(mVolume);
     }
-    const std::int64_t position = getPosition();
+    const std::int64_t heard = updateHeard();
     mAlone = false;
-    moveQueue(position + static_cast<std::int64_t>(mVoice->getProgress().pending));
+    moveQueue(heard + static_cast<std::int64_t>(mVoice->getProgress().pending));
 }
 
 /** Without the device the sound has gone on since then, from where it stands. */
@@ -149,8 +166,9 @@ std::int64_t OutputStream::positionAlone() const
 void OutputStream::moveQueue(std::int64_t frame)
 {
     mVoice->clear();
-    mSource->setPosition(frame);
-    mQueueStart = mSource->getPosition();
+    const std::int64_t before = roundsBefore(frame) * getLength();
+    mSource->setPosition(frame - before);
+    mQueueStart = before + mSource->getPosition();
     if (mPlaying && !mAlone)
         refill();
 }
@@ -169,13 +187,33 @@ void OutputStream::refill()
     mVoice->start();
 }
 
-/** Behind the sound's end comes silence, so that the voice goes on until the end was heard. */
 void OutputStream::queueBlock()
 {
-    const std::int64_t delivered = mSource->read(mDecoded);
-    const auto filled = delivered * mSource->getFormat().channels;
-    std::fill(mDecoded.begin() + filled, mDecoded.end(), 0.0f);
+    const std::int64_t end = mQueueStart + mVoice->getQueuedCount() * mBlockFrames;
+    decode(end, mDecoded);
     mVoice->queue(mDecoded);
+}
+
+/**
+ * Fills `samples` with the sound from `first` on, where the source stands unless the sound starts
+ * over there. Behind its end comes silence, so that the voice goes on until the end was heard.
+ */
+void OutputStream::decode(std::int64_t first, std::span<float> samples)
+{
+    const std::int64_t channels = mSource->getFormat().channels;
+    while (!samples.empty()) {
+        std::int64_t count = std::ssize(samples) / channels;
+        if (isRepeated()) {
+            if (first % getLength() == 0)
+                mSource->setPosition(0);
+            count = std::min(count, getLength() - first % getLength());
+        }
+        const auto part = samples.first(static_cast<std::size_t>(count * channels));
+        const std::int64_t delivered = mSource->read(part);
+        std::fill(part.begin() + delivered * channels, part.end(), 0.0f);
+        samples = samples.subspan(part.size());
+        first += count;
+    }
 }
 
 void OutputStream::unqueueBlocks(int count)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace zavex::audio {
@@ -54,10 +55,19 @@ public:
 
     /**
      * The sample frame being heard: what the device holds back on its way to the loudspeaker is
-     * taken off. Does not run backwards while playing; equals what `setPosition` set until the
-     * first sample frame from there is heard.
+     * taken off. Does not run backwards while playing, but where a repeated sound starts over;
+     * equals what `setPosition` set until the first sample frame from there is heard.
      */
     std::int64_t getPosition();
+
+    /**
+     * True lets the sound start over at its end, sample behind sample, and never end. Call it
+     * before `play`; a sound of no length is not repeated.
+     */
+    void setRepeating(bool repeating) { mRepeating = repeating; }
+
+    /** How often the sound that is heard has started over since `setPosition`. */
+    std::int64_t getRounds();
 
     /** @param volume  Amplitude factor, limited to 0..1. */
     void setVolume(float volume);
@@ -71,9 +81,13 @@ private:
     void returnToDevice();
     void goOnAlone(double since);
     std::int64_t positionAlone() const;
+    std::int64_t updateHeard();
+    bool isRepeated() const { return mRepeating && getLength() > 0; }
+    std::int64_t roundsBefore(std::int64_t frame) const;
     void moveQueue(std::int64_t frame);
     void refill();
     void queueBlock();
+    void decode(std::int64_t first, std::span<float> samples);
     void unqueueBlocks(int count);
 
     std::shared_ptr<AudioDevice> mDevice;
@@ -81,13 +95,15 @@ private:
     std::shared_ptr<SampleSource> mSource;
     std::int64_t mBlockFrames = 0; // sample frames of a block
     std::vector<float> mDecoded;   // one block
-    std::int64_t mQueueStart = 0;  // sample frame at which the voice's queue begins
-    std::int64_t mHeard = 0;       // sample frame last reported
-    std::int64_t mStart = 0;       // sample frame of the last `play` or `setPosition`
+    // Sample frames; those of a sound that starts over are counted on behind its length.
+    std::int64_t mQueueStart = 0; // at which the voice's queue begins
+    std::int64_t mHeard = 0;      // last reported
+    std::int64_t mStart = 0;      // of the last `play` or `setPosition`
     bool mPlaying = false;
+    bool mRepeating = false;
     float mVolume = 1.0f;         // amplitude factor
     bool mAlone = false;          // without the device
-    std::int64_t mAloneStart = 0; // sample frame at which it stood ...
+    std::int64_t mAloneStart = 0; // sample frame, so counted, at which it stood ...
     double mAloneSince = 0.0;     // ... at this time, steady seconds
 };
 

@@ -137,6 +137,23 @@ TEST_F(OutputStreamPlaying, OneSecondIsQueuedAheadAndADryQueueGoesOnWhereItBroke
     EXPECT_TRUE(playTo(2 * SAMPLE_RATE));
 }
 
+TEST_F(OutputStreamPlaying, ARepeatedSoundStartsOverAtItsEnd)
+{
+    openSeconds(0.3); // not a whole number of blocks, and less than what is queued
+    stream->setRepeating(true);
+    stream->play();
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_TRUE(playTo(stream->getLength() / 2));
+        EXPECT_EQ(stream->getRounds(), round);
+        while (stream->getRounds() == round)
+            ASSERT_TRUE(stream->isPlaying());
+        lastPosition = 0;
+    }
+    stream->setPosition(stream->getLength());
+    EXPECT_EQ(stream->getPosition(), stream->getLength());
+    EXPECT_EQ(stream->getRounds(), 0);
+}
+
 TEST_F(OutputStreamPlaying, ADamagedSoundIsSilentToItsLength)
 {
     auto bytes =
