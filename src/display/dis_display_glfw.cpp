@@ -19,6 +19,8 @@ namespace {
 constexpr int MAX_MODES = 10000;
 constexpr int DEPTH_BITS = 16;
 
+constexpr std::chrono::milliseconds IDLE_TIME{10}; // between two calls while iconified
+
 constexpr float SLEEP_MARGIN = 0.005f; // seconds that a sleep may overrun, spent spinning
 
 void logLibraryError(int code, const char* description)
@@ -287,6 +289,8 @@ bool DisplayGLFW::update()
     draw = draw && mOpened && !mIconified;
     if (draw)
         drawFrame();
+    else if (mOpened && mIconified)
+        idle();
     pace();
     if (draw && mOpened)
         glfwSwapBuffers(mWindow);
@@ -348,6 +352,13 @@ void DisplayGLFW::drawFrame()
     });
     if (mOpened)
         resetStates();
+}
+
+/** Nothing that is drawn holds the loop up, so it is held up here. */
+void DisplayGLFW::idle()
+{
+    mListeners.forEach([](Listener& listener) { listener.onIdle(); });
+    std::this_thread::sleep_for(IDLE_TIME);
 }
 
 void DisplayGLFW::setLetterbox()

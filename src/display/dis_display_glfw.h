@@ -184,6 +184,7 @@ private:
     void obeySignal();
     void readWindowState();
     void drawFrame();
+    void idle();
     void setLetterbox();
     void pace();
     void countFrame();

@@ -70,6 +70,8 @@ void Listener::onIconify(bool) {}
 
 void Listener::onChangeFocus(bool) {}
 
+void Listener::onIdle() {}
+
 void Listener::onLost() noexcept {}
 
 void Listener::attachToDisplay(DisplayGL* newDisplay)

@@ -57,6 +57,9 @@ public:
     virtual void onIconify(bool iconified);
     virtual void onChangeFocus(bool focused);
 
+    /** In place of `onDraw`, some hundred times a second, while the window is iconified. */
+    virtual void onIdle();
+
     /**
      * The screen is gone: the process ends with status 1 right after, out of whatever request to
      * the display is under way. The display must not be used.
