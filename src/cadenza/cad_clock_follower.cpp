@@ -14,22 +14,40 @@ void MusicClockFollower::restart(double time)
 
 double MusicClockFollower::follow(double clock, double heard)
 {
-    watch(clock - mShown, heard);
-    mShown = mWaiting ? wait(clock, heard) : compare(clock, heard);
+    const double seconds = clock - mShown;
+    watch(seconds, heard);
+    if (mWaiting)
+        mShown = wait(clock, heard);
+    else if (seconds > HELD_UP_SECONDS && std::abs(heard - clock) > JUMP_SECONDS)
+        mShown = set(heard);
+    else
+        mShown = compare(clock, heard);
     return mShown - clock;
 }
 
-/** Notes for how long the music has not moved; the previous call was `seconds` ago. */
+void MusicClockFollower::shift(double seconds)
+{
+    mShown += seconds;
+    mHeard += seconds;
+    mWindowStart += seconds;
+}
+
+/**
+ * Notes for how long the music has not moved; the previous call was `seconds` ago. While the whole
+ * program stood still, the music could not move.
+ */
 void MusicClockFollower::watch(double seconds, double heard)
 {
-    mStillSeconds = heard == mHeard ? mStillSeconds + seconds : 0.0;
+    const double watched = std::min(seconds, HELD_UP_SECONDS);
+    mStillSeconds = heard == mHeard ? mStillSeconds + watched : 0.0;
     mHeard = heard;
 }
 
 /** The time that the clock is to show: what it showed, until the music has passed that. */
 double MusicClockFollower::wait(double clock, double heard)
 {
-    if (heard > mShown + IGNORED_SECONDS) {
+    const bool isMovingBehind = mStillSeconds == 0.0 && isFarBehind(heard);
+    if (heard > mShown + IGNORED_SECONDS || isMovingBehind) {
         beginWindow(heard);
         return heard;
     }
@@ -47,7 +65,13 @@ double MusicClockFollower::compare(double clock, double heard)
     if (clock < mWindowStart)
         return target;
 
-    mWindowSum += heard - (clock - mWindowSlewed);
+    const double difference = heard - (clock - mWindowSlewed);
+    if (mWindowCount > 0 && std::abs(difference - mWindowSum / mWindowCount) > JUMP_SECONDS) {
+        mSettled = false;
+        beginWindow(clock);
+        return target;
+    }
+    mWindowSum += difference;
     ++mWindowCount;
     mWindowSlewed += slewed;
     return clock < mWindowStart + WINDOW_SECONDS ? target : judge(target);
@@ -72,13 +96,22 @@ double MusicClockFollower::judge(double target)
     mSettled = mSettled || isMoving;
     mSlewLeft = isNeeded && !isAtOnce ? needed : 0.0;
 
-    if (isAtOnce && target + needed < mShown) {
+    const double shown = isAtOnce ? target + needed : target;
+    if (isAtOnce && shown < mShown && !isFarBehind(shown)) {
         beginWait();
         return mShown;
     }
-    const double shown = isAtOnce ? target + needed : target;
     beginWindow(shown);
     return shown;
+}
+
+/** The time that the clock is to show: what is heard, which is looked at anew from there. */
+double MusicClockFollower::set(double heard)
+{
+    mSettled = false;
+    mSlewLeft = 0.0;
+    beginWindow(heard);
+    return heard;
 }
 
 void MusicClockFollower::beginWait()

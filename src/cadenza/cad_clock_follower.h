@@ -9,9 +9,12 @@ namespace zavex::cadenza {
  * Sound starts late and runs on its own crystal. After a `restart` the clock waits until the music
  * is heard to move, and the first comparison sets it right at once. From then on the mean
  * difference over each second is judged: above `JUMP_SECONDS` the clock is set to the music at
- * once, below it the clock is slewed by at most `SLEW_SECONDS` a second. A clock that is ahead by
- * more than that is not set back, it waits for the music. Music that stands still (a device that is
- * gone, a queue that ran dry) is not followed.
+ * once, back as well as ahead, below it the clock is slewed by at most `SLEW_SECONDS` a second and
+ * never runs backwards. Music that stands still (a device that is gone) is not followed.
+ *
+ * A difference that changes by more than `JUMP_SECONDS` within a comparison, because the music was
+ * held up, starts it anew, and a clock that was not looked after for `HELD_UP_SECONDS` is compared
+ * at once: so long may the whole program have stood still.
  *
  * Reads no time and allocates nothing. Times are seconds of the demo.
  */
@@ -20,6 +23,7 @@ public:
     static constexpr double WINDOW_SECONDS = 1.0; // what one comparison takes
     static constexpr double SETTLE_SECONDS = 0.5; // before the first: new reports are rough
     static constexpr double JUMP_SECONDS = 0.1;
+    static constexpr double HELD_UP_SECONDS = 0.5;   // between two calls
     static constexpr double SLEW_SECONDS = 0.005;    // for each second
     static constexpr double IGNORED_SECONDS = 0.001; // a smaller difference is none
     static constexpr double STILL_SECONDS = 0.25;    // music unmoved for longer stands still
@@ -37,10 +41,14 @@ public:
      *
      * @param clock  What the clock reads. Between two calls it runs forward by itself.
      * @param heard  The position being heard.
-     * @return Seconds to add to the clock; 0 when nothing is to change. The clock so set is never
-     *         before what the previous call, or `restart`, left it at.
+     * @return Seconds to add to the clock; 0 when nothing is to change. The clock so set is not
+     *         before what the previous call, or `restart`, left it at, unless by more than
+     *         `JUMP_SECONDS`.
      */
     double follow(double clock, double heard);
+
+    /** Clock and music were both moved by `seconds`, as when a song starts over. */
+    void shift(double seconds);
 
 private:
     void watch(double seconds, double heard);
@@ -48,6 +56,8 @@ private:
     double compare(double clock, double heard);
     double slew(double seconds);
     double judge(double target);
+    double set(double heard);
+    bool isFarBehind(double heard) const { return heard < mShown - JUMP_SECONDS; }
     void beginWait();
     void beginWindow(double clock);
 
