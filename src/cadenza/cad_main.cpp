@@ -142,7 +142,9 @@ void Cadenza::openSound(const char* filename)
     const am::File file = mArchive.readFile(filename, -1);
     if (file.isNull())
         throw Exception("Could not open the file '%s'!", filename);
-    if (!mMusic.setup(file))
+    if (mMusic.setup(file))
+        mMusic.loop(mLoop);
+    else
         mNosound = true;
 }
 

@@ -59,8 +59,9 @@ PictureSize letterbox(const PictureSize& window, float aspect);
  * timeline, which owns its bars. A program that has to know which are left watches them
  * (`vellum::ControlWatch`) and releases those after `close`.
  *
- * While music plays, the clock follows the position that is heard. At the end of a looping song the
- * song starts again and demo time goes back to 0.
+ * While music plays, the clock follows the position that is heard; what sets it by a jump is
+ * logged. At the end of a looping song the song starts again without a gap and demo time goes back
+ * to 0. While the window is iconified nothing is drawn, and the song goes on to its end.
  *
  * A recording takes the frame n = 1, 2, ... at the start time + n / rate, writes it, and lasts
  * until its length is reached or a quit key is pressed; seeking and pausing do not change its time.
@@ -169,6 +170,7 @@ public:
     int onKeyDown(const display::KeyEvent& event) override;
     void onResize(int width, int height) override;
     void onDraw() override;
+    void onIdle() override;
 
     /** Saves the project as `close` does, if the scripts were loaded. */
     void onLost() noexcept override;
@@ -241,6 +243,8 @@ private:
     void setClock(float t);
     float readClock();
     void followMusic();
+    void watchSong();
+    void startOver(int rounds);
     void endSong();
     [[noreturn]] void endShow();
     void drawEffects();
@@ -259,6 +263,7 @@ private:
     bool mSaveFailed = false;    // a file could not be saved
     bool mScriptsLoaded = false; // the effects hold what their files hold
     MusicClockFollower mClockFollower;
+    int mSongRounds = 0;         // how often the song has started over since it was moved
     float mClockFloor = 0.0f;    // the clock's latest time since it was moved, seconds
     float mDumpStart = 0.0f;     // demo time at which the recording begins, seconds
     double mDumpLength = 0.0;    // seconds; at most 0: until a quit key

@@ -77,6 +77,16 @@ bool Music::isPlaying()
     return stream().isPlaying();
 }
 
+void Music::loop(bool looped)
+{
+    stream().setRepeating(looped);
+}
+
+int Music::getRounds()
+{
+    return static_cast<int>(stream().getRounds());
+}
+
 float Music::getTime()
 {
     return static_cast<float>(stream().getPosition()) / static_cast<float>(mSampleRate);

@@ -54,6 +54,12 @@ public:
     /** Whether `pause` holds the song, so that `isPlaying` says nothing about its end. */
     bool isPaused() const { return mPaused; }
 
+    /** True lets the song start over at its end, without a gap, and never end. */
+    void loop(bool looped);
+
+    /** How often the song has started over since `setup` or `setTime`. */
+    int getRounds();
+
     /** The position being heard, in seconds. */
     float getTime();
 

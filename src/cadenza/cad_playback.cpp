@@ -78,6 +78,7 @@ float Cadenza::seekMusic(float t)
 {
     mMusic.setTime(t);
     mLastTime = mMusic.getTime();
+    mSongRounds = 0;
     mClockFollower.restart(double{mLastTime});
     return mLastTime;
 }
@@ -118,14 +119,25 @@ void Cadenza::followMusic()
 {
     const float clock = mClock.getTime();
     const double correction = mClockFollower.follow(double{clock}, double{mMusic.getTime()});
-    if (correction != 0.0)
-        mClock.setTime(static_cast<float>(double{clock} + correction));
+    if (correction == 0.0)
+        return;
+
+    const auto time = static_cast<float>(double{clock} + correction);
+    const bool isSetBack = double{time} < double{mClockFloor} - MusicClockFollower::JUMP_SECONDS;
+    if (isSetBack || correction > MusicClockFollower::JUMP_SECONDS)
+        ZVX_LOG("log", "app", "The picture is moved from %.3f to %.3f s, where the song is\n",
+                double{isSetBack ? mClockFloor : clock}, double{time});
+    if (isSetBack) {
+        setClock(time);
+        mLastTime = time;
+    } else {
+        mClock.setTime(time);
+    }
 }
 
 void Cadenza::onDraw()
 {
-    if (!mNosound && !mMusic.isPaused() && !mMusic.isPlaying())
-        endSong();
+    watchSong();
     getTime();
     drawEffects();
     mLastTime = mSystemTime;
@@ -138,6 +150,35 @@ void Cadenza::onDraw()
         mDisplay->resetStates();
         drawOsd();
     }
+}
+
+void Cadenza::onIdle()
+{
+    if (mDumpVideo != nullptr)
+        return;
+    watchSong();
+    getTime();
+}
+
+void Cadenza::watchSong()
+{
+    if (mNosound || mMusic.isPaused())
+        return;
+    if (!mMusic.isPlaying())
+        endSong();
+    else if (const int rounds = mMusic.getRounds(); rounds != mSongRounds)
+        startOver(rounds);
+}
+
+/** A song that loops has begun again by itself, and the picture goes with it. */
+void Cadenza::startOver(int rounds)
+{
+    const float passed = static_cast<float>(rounds - mSongRounds) * mMusic.getSongLength();
+    mSongRounds = rounds;
+    mClockFollower.shift(-double{passed});
+    setClock(std::max(mClock.getTime() - passed, 0.0f));
+    mLastTime = 0.0f;
+    hideOsd();
 }
 
 void Cadenza::endSong()

@@ -13,6 +13,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -26,6 +27,10 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 namespace zavex::test {
 namespace {
@@ -305,22 +310,51 @@ TEST_F(Sound, IsTheSongFromItsStartAndNothingBefore)
     EXPECT_EQ(loudest(cut(mHeard, 0, static_cast<double>(begin) / SAMPLE_RATE)), 0.0f);
 }
 
-/** Something that moves the music; demo time is to be right three seconds later. */
+/** Has the program's window on `screen` look as a window manager leaves it that iconifies it. */
+void setIconified(const VirtualScreen& screen, bool isIconified)
+{
+    const std::string window = runProgram(
+        {
+            "xdotool", "search", "--name", "sound"
+    },
+        {{"DISPLAY", screen.display()}});
+    const std::unique_ptr<Display, int (*)(Display*)> server(XOpenDisplay(screen.display().c_str()),
+                                                             XCloseDisplay);
+    const Atom state = XInternAtom(server.get(), "WM_STATE", False);
+    const std::array<long, 2> value{isIconified ? IconicState : NormalState, None};
+    XChangeProperty(server.get(), std::stoul(window), state, state, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(value.data()), std::ssize(value));
+}
+
+void stop(const Program& program, const VirtualScreen&, bool isAway)
+{
+    kill(program.pid(), isAway ? SIGSTOP : SIGCONT);
+}
+
+void iconify(const Program&, const VirtualScreen& screen, bool isAway)
+{
+    setIconified(screen, isAway);
+}
+
+/** Something that moves music or picture; demo time is to be right three seconds later. */
 struct SyncCase {
     const char* name;
     const char* time; // attributes of the `time` element
     double at;        // seconds after the start
     std::vector<const char*> keys;
+    void (*leave)(const Program&, const VirtualScreen&, bool isAway); // for a while
 
     friend void PrintTo(const SyncCase& sync, std::ostream* out) { *out << sync.name; }
 };
 
 const SyncCase SYNC_CASES[] = {
-    {"TheStart",      "",                        0.0, {}                         },
-    {"ASeek",         "",                        1.0, {"Right"}                  },
-    {"ASeekBack",     R"(start="7")",            1.0, {"Left"}                   },
-    {"ASeekInAPause", "",                        1.0, {"space", "Right", "space"}},
-    {"ALoop",         R"(start="10" loop="on")", 2.3, {}                         },
+    {"TheStart",      "",                        0.0, {},                          nullptr},
+    {"ASeek",         "",                        1.0, {"Right"},                   nullptr},
+    {"ASeekBack",     R"(start="7")",            1.0, {"Left"},                    nullptr},
+    {"ASeekInAPause", "",                        1.0, {"space", "Right", "space"}, nullptr},
+    {"ALoop",         R"(start="10" loop="on")", 2.3, {},                          nullptr},
+    {"AHalt",         "",                        1.0, {},                          stop   },
+    {"AnAbsence",     "",                        1.0, {},                          iconify},
 };
 
 class SoundAfter : public Sound, public testing::WithParamInterface<SyncCase> {
@@ -336,6 +370,12 @@ protected:
             mKeyboard->press(key);
             done = steadySeconds();
         }
+        if (GetParam().leave) {
+            GetParam().leave(*mProgram, mScreen, true);
+            mProgram->listen(AWAY);
+            GetParam().leave(*mProgram, mScreen, false);
+            done = steadySeconds();
+        }
         const Reading reading = readDemoTime(done + LATER);
         end();
         return ahead(reading, show);
@@ -343,6 +383,7 @@ protected:
 
     static constexpr double LATER = 3.0; // seconds
     static constexpr double HELD = 0.5;  // seconds between two keys
+    static constexpr double AWAY = 5.0;  // seconds
 };
 
 TEST_P(SoundAfter, IsHeardAtItsDemoTime)
@@ -387,17 +428,35 @@ TEST_F(Sound, IsOffFromTheStartWhenTheSettingsSaySoAndSwitchedWhileTheSongGoesOn
     EXPECT_NEAR(ahead(reading, show), 0.0, REACH);
 }
 
+TEST_F(Sound, StartsOverWithoutAGapWhenItLoops)
+{
+    const NoiseShow show(R"(start="10" loop="on")");
+    EXPECT_TRUE(isOnceWithin([&] {
+        recordFromStart(show);
+        const Reading reading = readDemoTime(mStarted + 2.5);
+        end();
+        const double last = heardAt(SONG_SECONDS - PIECE_SECONDS, show);
+        EXPECT_NEAR(heardAt(0.0, show) - last, PIECE_SECONDS, 0.001);
+        return ahead(reading, show);
+    }));
+}
+
 TEST_F(Sound, EndsTheProgramAtItsEndWhenItDoesNotLoop)
 {
-    const NoiseShow show(R"(start="10")");
-    recordFromStart(show);
-    EXPECT_EQ(mProgram->waitForEnd(), 0) << mProgram->output();
-    const double ended = steadySeconds() - mStarted;
-    EXPECT_NE(mProgram->output().find("closing display"), std::string::npos) << mProgram->output();
-    mProgram->listen(REACH);
-    mRecording->stop();
-    mHeard = mRecording->samples();
-    EXPECT_LE(heardAt(SONG_SECONDS - PIECE_SECONDS, show) + PIECE_SECONDS, ended);
+    const NoiseShow show(R"(start="9")");
+    for (const bool isIconified : {false, true}) {
+        SCOPED_TRACE(isIconified ? "iconified" : "on the screen");
+        recordFromStart(show);
+        setIconified(mScreen, isIconified);
+        EXPECT_EQ(mProgram->waitForEnd(), 0) << mProgram->output();
+        const double ended = steadySeconds() - mStarted;
+        EXPECT_NE(mProgram->output().find("closing display"), std::string::npos)
+            << mProgram->output();
+        mProgram->listen(REACH);
+        mRecording->stop();
+        mHeard = mRecording->samples();
+        EXPECT_LE(heardAt(SONG_SECONDS - PIECE_SECONDS, show) + PIECE_SECONDS, ended);
+    }
 }
 
 /** What befalls the sound server. */
