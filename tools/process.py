@@ -69,9 +69,12 @@ def screen(width, height):
     for what is scratch, which goes with the screen: a program that is killed removes nothing.
     """
     with tempfile.TemporaryDirectory(prefix="screen.", ignore_cleanup_errors=True) as folder:
-        authority = os.path.join(folder, "authority")
+        authority, scratch = os.path.join(folder, "authority"), os.path.join(folder, "scratch")
+        # Other users may pass through, as they may through any folder for what is scratch, and see nothing.
+        os.chmod(folder, 0o711)
+        os.mkdir(scratch, 0o711)
         cookie = secrets.token_bytes(16)
-        with open(authority, "wb") as file:
+        with open(os.open(authority, os.O_WRONLY | os.O_CREAT | os.O_EXCL, 0o600), "wb") as file:
             file.write(WILD + b"\0\x12MIT-MAGIC-COOKIE-1\0\x10" + cookie)
         ready, say_ready = os.pipe()
         server = ["Xvfb", "-displayfd", str(say_ready), "-screen", "0", "%dx%dx24" % (width, height), "+extension", "GLX",
@@ -81,4 +84,4 @@ def screen(width, height):
             display = number.readline().strip()
             if not display:
                 raise OSError("the virtual screen (Xvfb) does not start")
-            yield dict(os.environ, DISPLAY=":" + display, XAUTHORITY=authority, TMPDIR=folder)
+            yield dict(os.environ, DISPLAY=":" + display, XAUTHORITY=authority, TMPDIR=scratch)
