@@ -95,4 +95,10 @@ void Box::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void Box::letGo()
+{
+    mDragged = false;
+    Control::letGo();
+}
+
 } // namespace zavex::vellum

@@ -37,6 +37,7 @@ public:
     bool acceptEvents(Event& event) override;
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
 protected:
     BoxFrame* mFrame = nullptr; // owned as a child

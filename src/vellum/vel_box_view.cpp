@@ -63,6 +63,12 @@ void BoxView::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void BoxView::letGo()
+{
+    mDragged = false;
+    Control::letGo();
+}
+
 bool BoxView::isEmptyAt(Vector2f point) const
 {
     return std::ranges::none_of(mChild, [&](Control* child) {

@@ -18,6 +18,7 @@ public:
     bool acceptEvents(Event& event) override;
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
 protected:
     bool mDragged = false; // the sheet was pressed and is held

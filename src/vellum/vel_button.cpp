@@ -80,6 +80,12 @@ void Button::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void Button::letGo()
+{
+    mClicked = false;
+    Control::letGo();
+}
+
 void Button::setToggleMode(bool toggle)
 {
     mToggle = toggle;
@@ -95,11 +101,7 @@ void Button::press()
     mClicked = true;
     if (mToggle)
         return;
-    const ControlWatch self(*this);
     sendAction(ACTION_BUTTON_PRESSED);
-    // One that was hidden by that may never hear of the release.
-    if (!self.isGone() && !isShown(*this))
-        mClicked = false;
 }
 
 void Button::release(bool over)

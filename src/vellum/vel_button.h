@@ -26,6 +26,7 @@ public:
 
     /** The frame runs around the visible part; the caption stays in the middle of the whole. */
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
     virtual void setToggleMode(bool toggle);
 

@@ -83,6 +83,12 @@ void Caption::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void Caption::letGo()
+{
+    mClicked = false;
+    Control::letGo();
+}
+
 void Caption::press(Window& window, Vector2f point, bool doubleClick)
 {
     if (doubleClick) {

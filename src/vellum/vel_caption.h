@@ -20,6 +20,7 @@ public:
     bool acceptEvents(Event& event) override;
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
 protected:
     bool mClicked = false;                // a drag is in progress

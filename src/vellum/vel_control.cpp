@@ -146,9 +146,12 @@ bool Control::getInactive()
 
 void Control::setVisible(bool visible)
 {
+    const bool hiding = mVisible && !visible;
     mVisible = visible;
     if (visible)
         setFocus(nullptr);
+    else if (hiding)
+        letGo();
 }
 
 bool Control::getVisible()
@@ -403,6 +406,12 @@ void Control::draw(Area, Area parent, Area clip)
         if ((showing || drawsAll) && child->getVisible())
             child->draw(childWorld, world, visible);
     }
+}
+
+void Control::letGo()
+{
+    for (Control* child : mChild)
+        child->letGo();
 }
 
 /** False when a child's handling of the event destroyed this control. */

@@ -225,6 +225,9 @@ public:
      */
     virtual void draw(Area area, Area parent, Area clip);
 
+    /** Ends every drag in this subtree, unreported, once the control was hidden. */
+    virtual void letGo();
+
 protected:
     /**
      * Makes `child` the last of this control's own children, whatever the `addControl` of a

@@ -136,6 +136,12 @@ void Scrollbars::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void Scrollbars::letGo()
+{
+    mVerticalDown = mHorisontalDown = mResize = false;
+    Control::letGo();
+}
+
 void Scrollbars::buildScrollbars()
 {
     const Vector2f hidden = contentSize() - mFrame->getArea().getSize();

@@ -38,6 +38,7 @@ public:
     bool acceptEvents(Event& event) override;
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
     /** Clamps the scroll position, places the handles and moves the content. */
     virtual void buildScrollbars();

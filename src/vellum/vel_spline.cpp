@@ -236,6 +236,12 @@ void Spline::draw(Area area, Area, Area clip)
     drawKeys(clip);
 }
 
+void Spline::letGo()
+{
+    mClicked = -1;
+    Control::letGo();
+}
+
 void Spline::setSplineType(const std::string& type)
 {
     mDirty = true;

@@ -51,6 +51,7 @@ public:
 
     /** Nothing without a curve. */
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
     /** Sets the curve's interpolation to the mode of that name; no other text changes it. */
     virtual void setSplineType(const std::string& type);

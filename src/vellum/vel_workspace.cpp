@@ -42,14 +42,6 @@ void Workspace::load(xml::IteratorConst& element)
     mRender.setup(mDisplay, font.empty() ? STANDARD_FONT : font);
 }
 
-void Workspace::setVisible(bool visible)
-{
-    const bool hiding = mVisible && !visible;
-    Control::setVisible(visible);
-    if (hiding)
-        letGo();
-}
-
 void Workspace::loadStyle(xml::XmlParser* document)
 {
     mStyleTag = document;
@@ -80,9 +72,8 @@ int Workspace::handleEvent(Event& event)
 {
     if (!getVisible())
         return 0;
-    if (mContext && passToMenu(event))
-        return 0;
-    return Control::handleEvent(event);
+    const std::optional<int> answer = mContext ? passToMenu(event) : std::nullopt;
+    return answer ? *answer : Control::handleEvent(event);
 }
 
 void Workspace::setContext(Context* context)
@@ -141,16 +132,16 @@ void Workspace::letGo()
     Control::handleEvent(release);
 }
 
-/** Whether the event goes no further than the menu. */
-bool Workspace::passToMenu(Event& event)
+/** The answer to an event that goes no further than the menu; empty for one that does. */
+std::optional<int> Workspace::passToMenu(Event& event)
 {
     Context* const menu = mContext;
     const bool lettingThrough = menu->getParent()->getType() == "menubar";
     const ControlWatch self(*this);
     const ControlWatch menuWatch(*menu);
-    menu->handleEvent(event);
+    const int handled = menu->handleEvent(event);
     if (self.isGone())
-        return true;
+        return 0;
     if (menuWatch.isGone() && mContext == menu)
         resetContext();
 
@@ -159,8 +150,10 @@ bool Workspace::passToMenu(Event& event)
             resetContext();
         mContextFirst = false;
     }
+    if (event.type == "keydown" && handled != 0)
+        return handled;
     const bool blocking = mContext || event.type == "mousedown";
-    return blocking && !lettingThrough;
+    return blocking && !lettingThrough ? std::optional(0) : std::nullopt;
 }
 
 void Workspace::drawMenu()

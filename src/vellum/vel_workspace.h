@@ -3,6 +3,9 @@
 #include "vellum/vel_control.h"
 #include "vellum/vel_render.h"
 
+#include <optional>
+#include <string>
+
 namespace zavex::xml {
 class XmlParser;
 }
@@ -28,9 +31,6 @@ public:
      * without one. Throws Exception when there is no such sheet.
      */
     void load(xml::IteratorConst& element) override;
-
-    /** Hiding lets go of whatever the mouse holds and closes the open menu. */
-    void setVisible(bool visible) override;
 
     using Control::loadStyle;
 
@@ -58,6 +58,9 @@ public:
 
     using Control::draw;
 
+    /** Also closes the open menu. */
+    void letGo() override;
+
     /** Draws the tree, then the open menu. `Render::setupDraw` must have been called. */
     void draw();
 
@@ -65,8 +68,7 @@ public:
     const std::string& getCopyString();
 
 private:
-    void letGo();
-    bool passToMenu(Event& event);
+    std::optional<int> passToMenu(Event& event);
     void drawMenu();
 
     display::DisplayGL* mDisplay = nullptr; // not owned

@@ -217,6 +217,22 @@ TEST_F(ScrollbarsCorner, SizesTheWindowAndKeepsTheRelativePosition)
     }
 }
 
+TEST_F(ScrollbarsCorner, HidingTheWindowLetsGo)
+{
+    for (const Vector2f handle : {Vector2f(345, 200), Vector2f(185, 360), Vector2f(345, 360)}) {
+        SCOPED_TRACE(handle.x);
+        reset();
+        mouse.moveTo(handle);
+        mouse.press();
+        window->setVisible(false);
+        window->setVisible(true);
+        mouse.moveTo(handle + Vector2f(20, 20));
+        EXPECT_EQ(text(window->getArea()), "50 40 350 366");
+        EXPECT_EQ(scrollbars->getScrollPosition(), Vector2f(129, 129));
+        mouse.release();
+    }
+}
+
 TEST_F(ScrollbarsCorner, AMaximizedWindowKeepsItsFormerSize)
 {
     mouse.doubleClick(Vector2f(100, 50));

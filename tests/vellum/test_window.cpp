@@ -75,6 +75,15 @@ TEST_F(WindowTest, AReleaseAnywhereEndsTheDrag)
     EXPECT_EQ(area(), "200 150 400 300");
 }
 
+TEST_F(WindowTest, HidingEndsTheDrag)
+{
+    mouse.drag(Vector2f(100, 50), Vector2f(110, 50));
+    window->setVisible(false);
+    window->setVisible(true);
+    mouse.moveTo(Vector2f(150, 90));
+    EXPECT_EQ(area(), "60 40 260 190");
+}
+
 TEST_F(WindowTest, OnlyTheLeftButtonOnAnActiveCaptionDrags)
 {
     mouse.moveTo(Vector2f(100, 50));
