@@ -109,9 +109,11 @@ void Knob::drag(const Event& event)
     moveTo(mPressedValue + (mPressedY - event.mousePos.y) / WHOLE_DRAG);
 }
 
-void Knob::turnWheel(float steps)
+/** Also at either bound, where it moves nothing. */
+bool Knob::turnWheel(float steps)
 {
     moveTo(mRange.unitAfterWheel(steps));
+    return true;
 }
 
 bool Knob::pressKey(const Event& event)

@@ -198,11 +198,11 @@ Look RadioButton::rowLook(int index) const
 {
     if (mInactive)
         return Look::INACTIVE;
-    if (mPointed != index)
+    if (mPointed != index || !mMouseOver)
         return Look::NORMAL;
     if (mPressed)
         return mPressedRow == index ? Look::PRESSED : Look::NORMAL;
-    return mMouseOver ? Look::HOVERED : Look::NORMAL;
+    return Look::HOVERED;
 }
 
 void RadioButton::drawRow(const Area& row, int index)

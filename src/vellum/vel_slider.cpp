@@ -86,9 +86,11 @@ void Slider::drag(const Event& event)
         moveTo((along(event.mousePos) - mGrip) / way);
 }
 
-void Slider::turnWheel(float steps)
+/** Also at either bound, where it moves nothing. */
+bool Slider::turnWheel(float steps)
 {
     moveTo(mRange.unitAfterWheel(steps));
+    return true;
 }
 
 bool Slider::pressKey(const Event& event)

@@ -46,18 +46,24 @@ int Widget::handleEvent(Event& event)
     if (event.type == "mousedown" && left) {
         mPressed = true;
         press(event);
-    } else if (event.type == "mousemove" && mPressed)
-        drag(event);
+    } else if (event.type == "mousemove")
+        mPressed ? drag(event) : hover(event);
     else if (event.type == "mouseup" && left && mPressed) {
         mPressed = false;
         release(event);
     } else if (event.type == "mousewheel")
-        turnWheel(event.mouseDeltaWheel);
+        return turnWheel(event.mouseDeltaWheel) ? display::Listener::BLOCK : handled;
     else if (event.type == "keydown" && hasKeyboardFocus(*this))
         return pressKey(event) ? display::Listener::BLOCK : handled;
     else if (event.type == "keychardown" && hasKeyboardFocus(*this))
         return typeCharacter(event) ? display::Listener::BLOCK : handled;
     return handled;
+}
+
+void Widget::letGo()
+{
+    mPressed = false;
+    Control::letGo();
 }
 
 Look Widget::look() const

@@ -11,7 +11,8 @@ namespace zavex::vellum {
  * Routes the events that reach an active control to one function each. One that is inactive,
  * hidden or below a hidden one gets none and lets go of what it holds. A press of the left button
  * is held until its release, wherever the pointer goes. Keys and characters are taken only with the
- * keyboard focus, and those that were used reach no further listener of the display.
+ * keyboard focus. Those that were used, and turns of the wheel, reach nothing around the control
+ * and no further listener of the display.
  *
  * Each of these functions may report an action as the last thing it does: an observer may destroy
  * the control.
@@ -30,6 +31,7 @@ public:
     /** As the base, and everything while the control is held. */
     bool acceptEvents(Event& event) override;
     int handleEvent(Event& event) override;
+    void letGo() override;
 
 protected:
     // Positions are in the control's own coordinates, (0, 0) at its top-left corner.
@@ -45,7 +47,8 @@ protected:
     /** The button was released, anywhere; `mPressed` is false again. */
     virtual void release([[maybe_unused]] const Event& event) {}
 
-    virtual void turnWheel([[maybe_unused]] float steps) {}
+    /** @return whether the wheel means anything to the control: then nothing around it turns. */
+    virtual bool turnWheel([[maybe_unused]] float steps) { return false; }
 
     /** @return whether the key means anything to the control. */
     virtual bool pressKey([[maybe_unused]] const Event& event) { return false; }

@@ -101,7 +101,7 @@ TEST(Slider, IsSteppedByKeysWhenFocusedAndByTheWheelWhenPointedAt)
 
     Event wheel = eventAt("mousewheel", {18, 60});
     wheel.mouseDeltaWheel = -2.0f;
-    tree.root.handleEvent(wheel);
+    EXPECT_EQ(tree.root.handleEvent(wheel), 1) << "nothing around it turns";
     EXPECT_FLOAT_EQ(tree.slider->getValue(true), 0.7f);
 
     tree.root.clearFocus();

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zavex::vellum::test {
@@ -113,6 +114,40 @@ TEST(Options, OneIsChosenOrManyAreSwitched)
     }
 }
 
+// clang-format off
+const struct PointerCase {
+    const char* name;
+    std::vector<std::pair<const char*, Vector2f>> events;
+    int row; // that is marked; -1 for none
+    Look look = Look::HOVERED;
+} POINTER_CASES[] = {
+    {"Over",                  {{"mousemove", {20, 15}}}, 0},
+    {"OnToAnother",           {{"mousemove", {20, 15}}, {"mousemove", {20, 35}}}, 1},
+    {"BesideTheRows",         {{"mousemove", {20, 15}}, {"mousemove", {20, 85}}}, -1},
+    {"Left",                  {{"mousemove", {20, 15}}, {"mousemove", {150, 15}}}, -1},
+    {"Held",                  {{"mousemove", {20, 15}}, {"mousedown", {20, 15}}}, 0, Look::PRESSED},
+    {"HeldElsewhere",         {{"mousemove", {20, 15}}, {"mousedown", {20, 15}}, {"reset", {}}}, -1},
+    {"OnToAnotherAfterClick", {{"mousemove", {20, 55}}, {"mousedown", {20, 55}}, {"mouseup", {20, 55}}, {"mousemove", {20, 35}}}, 1},
+};
+// clang-format on
+
+TEST(Options, ShowThePointerOnOneRowAtMost)
+{
+    const style colors = widgetStyle();
+    for (const PointerCase& row : POINTER_CASES) {
+        SCOPED_TRACE(row.name);
+        WidgetTree tree(new RadioButton, OPTIONS);
+        for (const auto& [type, point] : row.events)
+            send(tree.root, type, point);
+        tree.draw();
+        ASSERT_EQ(tree.root.render.circles.size(), 7u) << "rim and body of three, one dot";
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(tree.root.render.circleColors[static_cast<std::size_t>(2 * i + 1)],
+                      pick(colors.mBack, i == row.row ? row.look : Look::NORMAL).first)
+                << i;
+    }
+}
+
 TEST(RadioButton, KeepsOptionsThatAnElementDoesNotMention)
 {
     RadioButton radio;
@@ -136,6 +171,7 @@ TEST(Knob, TurnsUpwards)
     send(tree.root, "mousemove", {50, 199});
     EXPECT_EQ(knob->getValue(), 0.0f);
     send(tree.root, "mouseup", {50, 199});
+    EXPECT_EQ(send(tree.root, "mousewheel", {50, 50}), 1) << "nothing around it turns";
     tree.pressKeys({display::KEY_END, display::KEY_F1});
     EXPECT_EQ(knob->getValue(), 1.0f);
     EXPECT_EQ(actionsOf(tree.observer), std::vector<int>(3, ACTION_KNOB_CHANGED));
