@@ -3,6 +3,7 @@
 #include "vellum/vel_render.h"
 
 #include "display/dis_font.h"
+#include "display/dis_listener.h"
 #include "xml/xml_iteratorconst.h"
 
 #include <algorithm>
@@ -18,6 +19,39 @@ constexpr float MARKER_SIZE = 8.0f; // pixels
 constexpr int MARKER_SEGMENTS = 3;  // a triangle that points down
 
 } // namespace
+
+int DropdownList::handleEvent(Event& event)
+{
+    if (event.type == "keydown")
+        return pressKey(event.key);
+    // The keys may have taken the mark away from the pointer.
+    if (event.type == "mousedown")
+        mSelected = rowAt(event.mousePos);
+    return Context::handleEvent(event);
+}
+
+int DropdownList::pressKey(display::Key key)
+{
+    switch (key) {
+        case display::KEY_UP: moveMark(-1); break;
+        case display::KEY_DOWN: moveMark(1); break;
+        case display::KEY_SPACE:
+        case display::KEY_ENTER:
+        case display::KEY_KP_ENTER:
+            moveMark(0);
+            choose();
+            break;
+        case display::KEY_ESC: resetContext(); break;
+        default: return 0;
+    }
+    return display::Listener::BLOCK;
+}
+
+void DropdownList::moveMark(std::int32_t rows)
+{
+    const std::int32_t from = mSelected >= 0 ? mSelected : mCurrent;
+    mSelected = std::clamp(from + rows, 0, getChildCount() - 1);
+}
 
 Dropdown::Dropdown()
 {
@@ -137,6 +171,7 @@ void Dropdown::fillList()
     for (const Option& option : mOptions)
         mList.addOption(option.name, option.id);
     mList.setHighlight(getValueName());
+    mList.setCurrent(mSelected);
 }
 
 } // namespace zavex::vellum

@@ -9,6 +9,25 @@
 namespace zavex::vellum {
 
 /**
+ * The rows of a drop-down that is open. Down and up move the mark, at first from the current
+ * option; enter and space choose what is marked and escape closes the list.
+ */
+class DropdownList final : public Context {
+public:
+    Control* clone() override { return new DropdownList; }
+    int handleEvent(Event& event) override;
+
+    /** @param index  Where the keys start from; -1 without rows. */
+    void setCurrent(std::int32_t index) { mCurrent = index; }
+
+private:
+    int pressKey(display::Key key);
+    void moveMark(std::int32_t rows);
+
+    std::int32_t mCurrent = -1;
+};
+
+/**
  * A field that shows one of several options and opens the list of all at a press, or at enter and
  * space with the keyboard focus; up and down step through them. Reports ACTION_DROPDOWN_CHANGED
  * whenever another option becomes the selected one.
@@ -62,7 +81,7 @@ private:
 
     std::vector<Option> mOptions;
     std::int32_t mSelected = -1;
-    Context mList; // filled whenever it opens
+    DropdownList mList; // filled whenever it opens
 };
 
 } // namespace zavex::vellum

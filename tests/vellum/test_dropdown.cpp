@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace zavex::vellum::test {
 
 namespace {
@@ -101,8 +103,37 @@ TEST(Dropdown, StepsWithTheKeysAndStopsAtTheEnds)
     }
     EXPECT_EQ(ids, "lltss");
     EXPECT_EQ(tree.observer.heard.size(), 3u);
-    pressKey(tree.screen, display::KEY_SPACE);
-    EXPECT_TRUE(tree.screen.getOpen());
+}
+
+// clang-format off
+const struct OpenListCase {
+    const char* name;
+    std::vector<display::Key> keys; // after the list of "s", "t" (chosen) and "l" was opened by a click
+    const char* id;                 // chosen afterwards
+    bool open = false;
+} OPEN_LIST_CASES[] = {
+    {"DownMarks",           {display::KEY_DOWN}, "t", true},
+    {"EnterTakesTheMarked", {display::KEY_DOWN, display::KEY_ENTER}, "l"},
+    {"SpaceStopsAtTheEnds", {display::KEY_UP, display::KEY_UP, display::KEY_SPACE}, "s"},
+    {"EnterTakesTheCurrent", {display::KEY_KP_ENTER}, "t"},
+    {"EscapeTakesNone",     {display::KEY_DOWN, display::KEY_ESC}, "t"},
+    {"EnterOpensAgain",     {display::KEY_DOWN, display::KEY_ESC, display::KEY_ENTER}, "t", true},
+};
+// clang-format on
+
+TEST(Dropdown, AnOpenListFollowsTheKeys)
+{
+    for (const OpenListCase& row : OPEN_LIST_CASES) {
+        SCOPED_TRACE(row.name);
+        DropdownTree tree;
+        tree.click(Vector2f(20, 20));
+        for (const display::Key key : row.keys)
+            EXPECT_NE(pressKey(tree.screen, key), 0) << "no other listener gets it";
+        EXPECT_EQ(tree.dropdown->getValueId(), row.id);
+        EXPECT_EQ(tree.screen.getOpen() != nullptr, row.open);
+        tree.click(Vector2f(300, 200));
+        EXPECT_EQ(tree.dropdown->getValueId(), row.id) << "a press beside the list chooses nothing";
+    }
 }
 
 TEST(Dropdown, NewOptionsLeaveTheFocusWhereItIs)
