@@ -98,6 +98,12 @@ void ColorChooserWheel::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
+void ColorChooserWheel::letGo()
+{
+    mClicked = false;
+    Control::letGo();
+}
+
 void ColorChooserWheel::setIntensity(float intensity)
 {
     mIntensity = std::clamp(intensity, 0.0f, 1.0f);
@@ -143,7 +149,8 @@ Vector3f ColorChooserWheel::colorAt(Vector2f position, Vector2f size) const
     const Vector3f hue = hueAt(column, (position.x - columnStart(size.x, column)) / width);
     const Vector3f grey(mIntensity, mIntensity, mIntensity);
     const float depth = position.y / size.y;
-    return hue * (1.0f - depth) + grey * depth;
+    const Vector3f color = hue * (1.0f - depth) + grey * depth;
+    return color.max({0.0f, 0.0f, 0.0f}).min({1.0f, 1.0f, 1.0f});
 }
 
 void ColorChooserWheel::drawCrossHair(const Area& area, Vector2f position)

@@ -27,6 +27,7 @@ public:
 
     /** Also finds the chosen colour, which depends on the size of the field. */
     void draw(Area area, Area parent, Area clip) override;
+    void letGo() override;
 
     /** Sets the grey at the bottom, in 0..1. */
     void setIntensity(float intensity);
@@ -35,7 +36,7 @@ public:
      * The chosen colour, red, green and blue, as of the last drawing; black before the first click.
      *
      * The column whose left edge is nearest to the cross-hair decides, the last one at the right
-     * end. Left of that edge its hues continue backwards, so components may leave 0..1.
+     * end. Left of that edge its hues continue backwards, each component cut to 0..1.
      */
     mathbase::Vector3f getColor() const { return mCurrentColor; }
 

@@ -57,7 +57,7 @@ constexpr struct PickCase {
 } PICK_CASES[] = {
     {"TopLeft",        {0, 0},     1.0f,  {1, 0, 0}            },
     {"RightOfAnEdge",  {25, 0},    1.0f,  {0.75f, 0, 1}        },
-    {"LeftOfAnEdge",   {35, 0},    1.0f,  {0, -0.25f, 1}       },
+    {"LeftOfAnEdge",   {35, 0},    1.0f,  {0, 0, 1}            },
     {"LastHalfColumn", {115, 0},   1.0f,  {1, 0.25f, 0}        },
     {"Corner",         {120, 100}, 0.75f, {0.25f, 0.25f, 0.25f}},
     {"HalfWayDown",    {60, 50},   0.5f,  {0.25f, 0.75f, 0.75f}},
