@@ -23,6 +23,7 @@ namespace zavex::cadenza {
 namespace {
 
 constexpr float NEW_EFFECT_END = 10.0f; // seconds
+constexpr float SETTINGS_STEP = 0.01f;  // seconds to which the settings keep a time
 
 } // namespace
 
@@ -90,7 +91,7 @@ void Cadenza::openDisplay(int width, int height, bool fullscreen, const std::str
                         mSetupFilename.c_str(), width, height);
 
     display::WindowMode mode(title, width, height, fullscreen);
-    mode.canResize = true;
+    mode.canResize = mDumpVideo == nullptr;
     mode.fpsMode = mFpsMode;
 
     mDisplay.reset(display::DisplayGL::create());
@@ -102,8 +103,6 @@ void Cadenza::openDisplay(int width, int height, bool fullscreen, const std::str
     }
     mDisplay->open(mode);
     mDisplay->setArchive(&mArchive);
-    if (mDumpVideo != nullptr)
-        requireDumpSize();
 }
 
 void Cadenza::prepareDumpImage(int width, int height)
@@ -235,7 +234,7 @@ void Cadenza::startTime()
     float t = std::max(mStartTime, 0.0f);
     if (!mNosound) {
         mMusic.mute(mMuted);
-        t = seekMusic(t);
+        t = seekMusic(limitToSong(t));
     }
     setClock(t);
     hideOsd();
@@ -245,6 +244,17 @@ void Cadenza::startTime()
         mDumpFrame = 0;
         mLastTime = t;
     }
+}
+
+/** A show that starts at the song's end, or behind it, would be over at once. */
+float Cadenza::limitToSong(float start) const
+{
+    if (start < mSongLength - SETTINGS_STEP)
+        return start;
+    ZVX_LOG("warning", "app",
+            "%s: the start time %.2f is not before the end of the song at %.2f s, taken as 0\n",
+            mSetupFilename.c_str(), double{start}, double{mSongLength});
+    return 0.0f;
 }
 
 void Cadenza::runFrames()

@@ -105,8 +105,8 @@ public:
     Effect* addEffect(const std::string& type, const std::string& name);
 
     /**
-     * Opens the window. Throws `Exception` when there is no screen, the size is not positive, or a
-     * recording cannot have this size.
+     * Opens the window; that of a recording cannot be resized. Throws `Exception` when there is no
+     * screen, the size is not positive, or a recording cannot have this size.
      */
     void openDisplay(int width, int height, bool fullscreen, const std::string& title);
 
@@ -191,7 +191,9 @@ protected:
     bool mFoundDisplay = false; // the configuration has a display section
     bool mLoop = false;
     bool mPaused = false;
-    float mStartTime = 0.0f;  // seconds; also the start marker of the position bar
+    // Seconds; also the start marker of the position bar. Where it is not before the song's end,
+    // the show starts at 0, and it stays as the author set it until he sets another.
+    float mStartTime = 0.0f;
     float mLastTime = 0.0f;   // demo time of the frame before, seconds
     float mMusicTime = 0.0f;  // position of the song, seconds
     float mSystemTime = 0.0f; // demo time, seconds
@@ -232,6 +234,7 @@ private:
     void buildEditor();
     void setupEffects();
     void startTime();
+    float limitToSong(float start) const;
     void runFrames();
 
     void saveOnce() noexcept;

@@ -304,6 +304,8 @@ void Cadenza::pressOsdKey(const display::KeyEvent& event)
 
 void Cadenza::onResize(int /*width*/, int /*height*/)
 {
+    if (!mDumpImage.isNull())
+        requireDumpSize();
     if (!(mAspect > 0.0f))
         return;
 

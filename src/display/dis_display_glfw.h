@@ -203,6 +203,7 @@ private:
     void forget(const Resource* resource);
     template <typename ResourceType>
     ResourceType* registered(std::unique_ptr<ResourceType> resource);
+    void requireAskedSize() const;
     void readPixels(unsigned int format, std::size_t bytesPerPixel, std::uint8_t* pixels);
 
     Live mLive{this};

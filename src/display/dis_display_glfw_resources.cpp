@@ -8,6 +8,8 @@
 #include "display/dis_texture_gl.h"
 #include "display/dis_vboibo_gl.h"
 
+#include <GLFW/glfw3.h>
+
 #include <algorithm>
 #include <memory>
 
@@ -349,6 +351,7 @@ void DisplayGLFW::getScreenShot(am::Image& image)
     ZVX_REQUIRE((mWindowMode.height & 1) == 0, "(mWindowMode.height & 1) == 0");
     ZVX_REQUIRE(image->getWidth() == mWindowMode.width, "image->getWidth()==mWindowMode.width");
     ZVX_REQUIRE(image->getHeight() == mWindowMode.height, "image->getHeight()==mWindowMode.height");
+    requireAskedSize();
 
     std::uint8_t* const pixels = image->getWriteData();
     readPixels(GL_BGRA, BYTES_PER_BGRA, pixels);
@@ -356,6 +359,21 @@ void DisplayGLFW::getScreenShot(am::Image& image)
                              static_cast<std::size_t>(mWindowMode.height) * BYTES_PER_BGRA;
     for (std::size_t alpha = BYTES_PER_BGRA - 1; alpha < size; alpha += BYTES_PER_BGRA)
         pixels[alpha] = 255;
+}
+
+/** A window manager may resize a window that asks to be left alone, which no event tells. */
+void DisplayGLFW::requireAskedSize() const
+{
+    if (mWindowMode.canResize)
+        return;
+    int width = 0;
+    int height = 0;
+    glfwGetWindowSize(mWindow, &width, &height);
+    if (width != mWindowMode.width || height != mWindowMode.height)
+        throw Exception{
+            "DisplayGLFW: Can not take a picture of %d x %d pixels, the window manager made the "
+            "window %d x %d, which was not to be resized",
+            mWindowMode.width, mWindowMode.height, width, height};
 }
 
 /** The library's rows go from the bottom up; the ones read here from the top down. */

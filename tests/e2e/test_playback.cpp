@@ -135,6 +135,15 @@ void destroyWindow(const Program&, const VirtualScreen& screen)
         {{"DISPLAY", screen.display()}});
 }
 
+void resizeWindow(const Program&, const VirtualScreen& screen)
+{
+    runProgram(
+        {
+            "xdotool", "search", "--name", "ends", "windowsize", "90", "70"
+    },
+        {{"DISPLAY", screen.display()}});
+}
+
 void endScreen(const Program&, const VirtualScreen& screen)
 {
     kill(screen.pid(), SIGKILL);
@@ -150,6 +159,7 @@ constexpr EndCase END_CASES[] = {
     {"HangUp",          "",   "---",          "ctrl+o", signal<SIGHUP>,  0,            "",               MARKED           },
     {"WhileItLoads",    "",   "effect::load", nullptr,  signal<SIGTERM>, 0,            "",               R"(start="2.00")"},
     {"WhileItRecords",  DUMP, "---",          "ctrl+o", signal<SIGINT>,  0,            ", 0 lost",       MARKED           },
+    {"WhenItIsResized", DUMP, "---",          "ctrl+o", resizeWindow,    1,            "window 90 x 70", UNTOUCHED        },
     {"SecondSignal",    "",   "---",          "ctrl+o", signalTwice,     128 + SIGHUP, "",               UNTOUCHED        },
     {"WindowDestroyed", "",   "---",          "ctrl+o", destroyWindow,   1,            "is lost: error", MARKED           },
     {"ScreenEnds",      "",   "---",          "ctrl+o", endScreen,       1,            "is lost: the",   MARKED           },

@@ -428,6 +428,16 @@ TEST_F(Sound, IsOffFromTheStartWhenTheSettingsSaySoAndSwitchedWhileTheSongGoesOn
     EXPECT_NEAR(ahead(reading, show), 0.0, REACH);
 }
 
+TEST_F(Sound, StartsAtTheBeginningWhenItWouldBeOverAtOnce)
+{
+    const NoiseShow show(R"(start="12")");
+    start(show);
+    const Reading reading = readDemoTime(mStarted + 1.0);
+    EXPECT_LT(reading.demo, reading.when - mStarted + REACH);
+    EXPECT_NE(mProgram->output().find("start time 12.00 is not before"), std::string::npos)
+        << mProgram->output();
+}
+
 TEST_F(Sound, StartsOverWithoutAGapWhenItLoops)
 {
     const NoiseShow show(R"(start="10" loop="on")");
