@@ -77,17 +77,6 @@ TEST(Box, GrowsAroundPointsAndBoxesAndHoldsThemAfterwards)
     EXPECT_EQ(flat, Box2());
 }
 
-TEST(Box, MeasuresItself)
-{
-    const Box3 box{
-        {0.0f, 0.0f, 0.0f},
-        {2.0f, 3.0f, 4.0f}
-    };
-    EXPECT_EQ(box.getVolume(), 24.0f);
-    EXPECT_EQ(box.getArea(), 52.0f);
-    EXPECT_EQ((RECTANGLE - Vector2f{10.0f, 20.0f}).mMax, Vector2f(20.0f, 5.0f));
-}
-
 TEST(Box3, DistanceIsThatToTheNearestPointOfIt)
 {
     EXPECT_EQ(CUBE.getDistanceSqr({0.5f, 0.0f, 0.0f}), 0.0f);

@@ -168,14 +168,6 @@ TEST(Matrix, DirectionsAreNotMovedAndTransposeUndoesARotation)
     EXPECT_EQ(matrix[12], 0.0f);
 }
 
-TEST(Matrix, FourthComponentOfATranslationIsKept)
-{
-    const Matrix4x4Col matrix = built([](auto& m) {
-        m.setTranslation(Vector4f{1.0f, 2.0f, 3.0f, 4.0f});
-    });
-    EXPECT_EQ(matrix.multiply(Vector4f(0.0f, 0.0f, 0.0f, 1.0f)), Vector4f(1.0f, 2.0f, 3.0f, 4.0f));
-}
-
 Vector3f onDevice(const Matrix4x4Col& matrix, const Vector3f& point)
 {
     const Vector4f clip = matrix.multiply(Vector4f(point));

@@ -57,17 +57,6 @@ TEST(RandomRand, RepeatsWithItsSeedInsideItsLimits)
     EXPECT_EQ(random.mGen.getMaxLong(), static_cast<std::uint32_t>(RAND_MAX));
 }
 
-TEST(Random, DrawsComponentsInOrderBetweenTheirOwnLimits)
-{
-    Random random(3);
-    Generator same(3);
-    const Vector4f lo{0.0f, 10.0f, -1.0f, 5.0f};
-    const Vector4f hi{1.0f, 30.0f, 1.0f, 5.0f};
-    const Vector4f drawn = random.uniform4(lo, hi);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(drawn[i], lo[i] + (hi[i] - lo[i]) * same.nextFloat());
-}
-
 TEST(Random, WholeNumbersReachBothLimitsAndNothingBeyond)
 {
     const std::tuple<int, int, std::size_t> cases[] = {

@@ -15,17 +15,6 @@ namespace {
 
 using test::isNear;
 
-TEST(Vector, IsHandedOutAsItsComponentsInOrder)
-{
-    const Vector4f four{1.0f, 2.0f, 3.0f, 4.0f};
-    EXPECT_TRUE(isNear(Vector2f{1.0f, 2.0f}, four, 2, 0.0f));
-    EXPECT_TRUE(isNear(Vector3f{1.0f, 2.0f, 3.0f}, four, 3, 0.0f));
-    const float byIndex[] = {four[0], four[1], four[2], four[3]};
-    EXPECT_TRUE(isNear(byIndex, four, 4, 0.0f));
-    const Vector3f three{1.0f, 2.0f, 3.0f};
-    EXPECT_EQ(Vector3f(three[0], three(1), three[2]), three);
-}
-
 TEST(Vector, NormalisesWhatSinglePrecisionWouldSquareToInfinityOrZero)
 {
     for (const float size : {1e30f, 1e-9f}) {

@@ -224,16 +224,6 @@ TEST(BrokenDocument, CutAnywhereItIsRefused)
     }
 }
 
-TEST(BrokenDocument, LogsTheFaultWithAndWithoutItsPosition)
-{
-    test::clearLog();
-    thrownMessage([] { XmlParser().parse("<a/>"); });
-    ASSERT_EQ(test::logLines().size(), 2u);
-    EXPECT_EQ(test::logLines()[0].message, "Root tag is closed!");
-    EXPECT_EQ(test::logLines()[1].message,
-              "(error at line 1, col 5); Root tag is closed! (when reading tag at 1:1)");
-}
-
 TEST(BrokenDocument, KeepsWhatWasReadUntilCleared)
 {
     XmlParser parser;

@@ -35,9 +35,9 @@ TEST(Tag, ReplacesAValueInItsPlaceAndAppendsAnUnknownOne)
     EXPECT_EQ(tag.getValue("Value"), "");
 }
 
-TEST(Tag, ReadsIntegersOfAnyBaseWithinTheirLimits)
+TEST(Tag, ReadsNumbersAsInTheCLocaleAndWholeOnesOfAnyBaseWithinTheirLimits)
 {
-    const std::pair<const char*, int> cases[] = {
+    const std::pair<const char*, int> whole[] = {
         {"12",                    12                             },
         {"0x10",                  16                             },
         {"010",                   8                              },
@@ -47,12 +47,8 @@ TEST(Tag, ReadsIntegersOfAnyBaseWithinTheirLimits)
         {"4294967296",            std::numeric_limits<int>::max()},
         {"-99999999999999999999", std::numeric_limits<int>::min()},
     };
-    for (const auto& [text, expected] : cases)
+    for (const auto& [text, expected] : whole)
         EXPECT_EQ(tagWith(text).getValueInt("at"), expected) << text;
-}
-
-TEST(Tag, ReadsNumbersAsInTheCLocale)
-{
     const std::pair<const char*, double> cases[] = {
         {"-0.125",  -0.125   },
         {"0x1.8p1", 3.0      },
