@@ -100,8 +100,14 @@ FileReplacement::FileReplacement(const std::string& path, Flush flush)
 
 FileReplacement::~FileReplacement()
 {
+    dropBeside();
+}
+
+void FileReplacement::dropBeside()
+{
     if (!mBeside.empty())
         unlink(mBeside.c_str());
+    mBeside.clear();
 }
 
 bool FileReplacement::prepare(std::string_view bytes)
@@ -118,7 +124,10 @@ bool FileReplacement::prepare(std::string_view bytes)
         return false;
     if (prepareBeside(bytes))
         return true;
-    mInPlace = mReplaces && isFolderRefusal(errno);
+    const int error = errno;
+    dropBeside();
+    errno = error;
+    mInPlace = mReplaces && isFolderRefusal(error);
     if (mInPlace)
         mBytes = bytes;
     return mInPlace;

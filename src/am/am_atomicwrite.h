@@ -48,6 +48,7 @@ public:
 private:
     bool prepareBeside(std::string_view bytes);
     int openBeside();
+    void dropBeside();
     bool fill(int beside, std::string_view bytes) const;
     bool takeOwner(int beside) const;
     bool writeInPlace();

@@ -134,7 +134,8 @@ bool FolderLock::take(const std::string& folder)
     if (mDescriptor >= 0)
         return true;
     mDescriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (mDescriptor >= 0 && flock(mDescriptor, LOCK_EX | LOCK_NB) == 0)
+    mHeld = mDescriptor >= 0 && flock(mDescriptor, LOCK_EX | LOCK_NB) == 0;
+    if (mHeld)
         return true;
     if (mDescriptor >= 0 && errno == EWOULDBLOCK) {
         close(mDescriptor);

@@ -29,7 +29,8 @@ std::string followLinks(const std::string& path);
 
 /**
  * Where `path` leads when links are followed, if that lies outside the working directory; empty
- * when it lies inside. What is missing counts as what it would be.
+ * when it lies inside. What is missing counts as what it would be. So does, as inside, a path that
+ * cannot be followed: it cannot be opened either.
  */
 std::string leadsOutside(const std::string& path);
 
@@ -54,8 +55,12 @@ public:
      */
     bool take(const std::string& folder);
 
+    /** Whether no other program can take the folder. */
+    bool isHeld() const { return mHeld; }
+
 private:
     int mDescriptor = -1; // of the folder
+    bool mHeld = false;
 };
 
 } // namespace zavex::am

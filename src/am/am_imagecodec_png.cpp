@@ -296,17 +296,18 @@ bool ImageCodecPNG::encodeImage(unsigned char** data, std::size_t* size, ImageOb
     return true;
 }
 
-bool ImageCodecPNG::isEncoded(const unsigned char* data, std::size_t size, ImageSize picture)
+bool ImageCodecPNG::isEncoded(const unsigned char* data, std::size_t size)
 {
     Bytes rest{data, size};
     if (!isPng(rest))
         return false;
     rest = rest.subspan(SIGNATURE_SIZE);
-    std::array<unsigned char, 13> header{0, 0, 0, 0, 0, 0, 0, 0, 8, PNG_COLOR_TYPE_RGB_ALPHA};
-    png_save_uint_32(header.data(), static_cast<png_uint_32>(picture.width));
-    png_save_uint_32(&header[4], static_cast<png_uint_32>(picture.height));
+    // Behind width and height: depth, colours, and the standard's only compression, filter, order.
+    constexpr std::array<unsigned char, 5> form{8, PNG_COLOR_TYPE_RGB_ALPHA};
+    constexpr std::size_t formAt = 8;
     Chunk chunk = takeChunk(rest);
-    if (chunk.type != "IHDR" || !std::ranges::equal(chunk.content, header))
+    if (chunk.type != "IHDR" || chunk.content.size() != formAt + form.size() ||
+        !std::ranges::equal(chunk.content.subspan(formAt), form))
         return false;
 
     chunk = takeChunk(rest);

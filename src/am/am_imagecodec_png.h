@@ -14,11 +14,11 @@ public:
     ImageSize readSize(const unsigned char* data, std::size_t size) override;
 
     /**
-     * Whether these bytes are built as `encodeImage` builds a picture of that size: nothing but
+     * Whether these bytes are built as `encodeImage` builds a picture: nothing but
      * header, pixels and end, the pixels compressed by default and cut as it cuts them. What other
      * programs write nearly always holds other chunks as well, such as colours, times and names.
      */
-    static bool isEncoded(const unsigned char* data, std::size_t size, ImageSize picture);
+    static bool isEncoded(const unsigned char* data, std::size_t size);
 };
 
 } // namespace zavex::am

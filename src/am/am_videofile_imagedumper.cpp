@@ -17,10 +17,10 @@ namespace {
 constexpr std::size_t NAME_SIZE = 1024; // bytes, terminator included
 
 /** Why a frame must not take the place of what is at `path`; empty when it may. */
-std::string obstacle(const std::string& path, ImageSize frame)
+std::string obstacle(const std::string& path)
 {
     struct stat status {};
-    if (lstat(path.c_str(), &status) != 0)
+    if (lstat(path.c_str(), &status) != 0 || leadsOutside(path).empty())
         return {};
     if (S_ISLNK(status.st_mode))
         return "Is a symbolic link";
@@ -28,10 +28,9 @@ std::string obstacle(const std::string& path, ImageSize frame)
     if (old.file.isNull())
         return old.failure;
     const auto* const bytes = reinterpret_cast<const unsigned char*>(old.file->data);
-    if (ImageCodecPNG::isEncoded(bytes, static_cast<std::size_t>(old.file->length), frame))
+    if (ImageCodecPNG::isEncoded(bytes, static_cast<std::size_t>(old.file->length)))
         return {};
-    return "Not a recorded picture of " + std::to_string(frame.width) + " x " +
-           std::to_string(frame.height) + " pixels";
+    return "Not a recorded picture";
 }
 
 } // namespace
@@ -55,7 +54,7 @@ void VideoFileImageDumper::writeFrame()
     const std::string path = getPath();
     ++mFrameNumber;
     if (!mImage.isNull()) {
-        const std::string reason = obstacle(path, {mImage->getWidth(), mImage->getHeight()});
+        const std::string reason = obstacle(path);
         if (!reason.empty())
             return refuse(path, reason);
     }

@@ -9,11 +9,11 @@ namespace zavex::am {
  *
  * A frame that cannot be written is counted and leaves a gap in the numbers.
  *
- * A frame takes the place of nothing but a recorded picture of its own size, so that a name that
- * leads elsewhere costs nobody a file. What was recorded is known by how it is built, see
- * `ImageCodecPNG::isEncoded`: the files carry no mark. Anything else of that name is kept, links,
- * pipes, devices and folders among it, and the frame is lost; the first time, file and reason are
- * said on standard error.
+ * Outside the working directory a frame takes the place of nothing but a recorded picture, so that
+ * a name that leads elsewhere costs nobody a file. What was recorded is known by how it is built,
+ * see `ImageCodecPNG::isEncoded`: the files carry no mark. Anything else of that name is kept,
+ * links, pipes, devices and folders among it, and the frame is lost; the first time, file and
+ * reason are said on standard error.
  */
 class VideoFileImageDumper final : public VideoFile {
 public:

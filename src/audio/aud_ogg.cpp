@@ -138,8 +138,9 @@ bool follows(const Page& page, const Page& before, std::int64_t position, std::i
     if ((page.flags & BEGINS) != 0 || page.serial != before.serial ||
         page.sequence != before.sequence + 1 || continues != before.leavesOpen)
         return false;
+    // Some encoders repeat the position where no packet ends.
     if (page.packets == 0)
-        return page.position == NO_POSITION;
+        return page.position == NO_POSITION || page.position == position;
     if (page.position < position)
         return false;
     // A stream that was cut out of a longer one begins anywhere.

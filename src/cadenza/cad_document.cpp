@@ -10,6 +10,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -26,12 +27,17 @@ std::string bytesOf(const am::File& file)
     return {file->data, static_cast<std::size_t>(file->length)};
 }
 
-/** `base`, or `base` with a number, for a file of these bytes; `taken` when there is one already.
+/**
+ * `base`, or `base` with a number, for a file of these bytes; `taken` when there is one already. A
+ * link is never the one, wherever it leads.
  */
 std::string nameBeside(const std::string& base, std::string_view bytes, bool& taken)
 {
     for (int number = 1;; ++number) {
         std::string name = number == 1 ? base : base + "." + std::to_string(number);
+        std::error_code error;
+        if (std::filesystem::is_symlink(name, error))
+            continue;
         const am::DiskRead found = am::readDiskFile(name, name);
         taken = !found.file.isNull() && bytesOf(found.file) == bytes;
         if (taken || found.isMissing())
@@ -102,10 +108,11 @@ void DocumentFile::setPath(const std::string& path)
     mPath = path;
 }
 
-bool DocumentFile::read(xml::XmlParser& document)
+bool DocumentFile::read(xml::XmlParser& document, Links links)
 {
     mKnown = Known::UNREADABLE;
-    if (const std::string where = am::leadsOutside(mPath); !where.empty())
+    const std::string where = links == Links::INSIDE ? am::leadsOutside(mPath) : "";
+    if (!where.empty())
         throw Exception("%s: it leads out of the show's folder, to '%s'", mPath.c_str(),
                         where.c_str());
     const am::DiskRead found = am::readDiskFile(mPath, mPath);
@@ -148,14 +155,16 @@ void DocumentFile::replace(const std::string& text, am::SaveSet& set)
     const std::string bytes = found.isMissing() ? "" : bytesOf(found.file);
     if (!found.isMissing() && bytes == text)
         return;
-    const bool isOurs = found.isMissing() || mKnown == Known::NOTHING || bytes == mWritten ||
+    const bool isOurs = found.isMissing() || mKnown == Known::NOTHING ||
+                        (!mWritten.empty() && bytes == mWritten) ||
                         (mKnown == Known::BYTES && bytes == mRead);
     if (!isOurs)
         return addBeside(mPath, ".mine", text, "was changed by another program; ours is", set);
 
     if (mKeepsCopy) {
         am::SaveSet copy;
-        addBeside(mPath, ".bak", mRead, "holds what will not be saved; it is kept as", copy);
+        addBeside(mPath, ".bak", found.isMissing() ? mRead : bytes,
+                  "holds what will not be saved; it is kept as", copy);
         if (const auto failures = copy.commit(); !failures.empty())
             return set.refuse(mPath, failures[0].path + ": " + failures[0].reason);
         mKeepsCopy = false;

@@ -17,13 +17,16 @@ namespace zavex::cadenza {
  *
  * Nothing of the author's is lost by it: what could not be read is not written; what was changed by
  * somebody else meanwhile stays, and ours goes beside it; what saving would drop is kept in a copy.
- * A symbolic link is followed inside the working directory only.
  */
 class DocumentFile {
 public:
+    enum class Links {
+        INSIDE,   // followed inside the working directory only
+        ANYWHERE, // for a file that is not to be saved
+    };
+
     /** @param path  Relative to the working directory. Forgets another file that was read. */
     void setPath(const std::string& path);
-    const std::string& getPath() const { return mPath; }
 
     /**
      * Reads the file into an empty document.
@@ -33,7 +36,13 @@ public:
      *
      * @return False when there is no such file.
      */
-    bool read(xml::XmlParser& document);
+    bool read(xml::XmlParser& document, Links links = Links::INSIDE);
+
+    /** Whether there was no such file when it was read. */
+    bool wasMissing() const { return mKnown == Known::MISSING; }
+
+    /** Takes the file, if there is one by then, for one that may be replaced. */
+    void forget() { mKnown = Known::NOTHING; }
 
     /**
      * Says that the document to be saved does not hold all that was read: the file as it was read

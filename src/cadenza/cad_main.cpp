@@ -194,7 +194,7 @@ void Cadenza::loadScripts()
 /** What killed saves left is of no use any more: the files themselves were read whole. */
 void Cadenza::removeLeftovers() const
 {
-    if (!mFolderIsOurs)
+    if (!mFolderLock.isHeld())
         return;
     am::removeLeftovers(LOCAL_SETUP);
     for (const Effect* effect : mEffect)

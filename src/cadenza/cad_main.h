@@ -144,9 +144,6 @@ public:
     /** Whether a file of the project could not be saved. */
     bool hasSaveFailed() const { return mSaveFailed; }
 
-    /** Whether a frame of the recording could not be written. */
-    bool hasLostFrames() const { return mDumpVideo && mDumpVideo->getLostFrames() > 0; }
-
     /**
      * Ends the run: saves the project, unless an exception is under way or the configuration was
      * not read, and destroys the editor with the effects on its timeline. Forgets all effects. Does
@@ -262,7 +259,7 @@ private:
     std::string mSetupFilename;  // the configuration that was read; empty before
     DocumentFile mSettings;      // LOCAL_SETUP
     am::FolderLock mFolderLock;  // on the working directory
-    bool mFolderIsOurs = false;  // no other program saves there
+    bool mFolderIsOurs = true;   // no other program saves there
     bool mSaveFailed = false;    // a file could not be saved
     bool mScriptsLoaded = false; // the effects hold what their files hold
     MusicClockFollower mClockFollower;

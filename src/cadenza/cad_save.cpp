@@ -100,6 +100,9 @@ bool Cadenza::saveSettings(am::SaveSet& set)
         return false;
     }
 
+    // Settings of one's own that were made while the show ran are saved as any others.
+    if (mSettings.wasMissing())
+        mSettings.forget();
     if (parser.hasContentOutside())
         mSettings.keepCopy();
     storeSettings(parser);

@@ -54,7 +54,7 @@ void Cadenza::setup(float aspect)
         DocumentFile shared;
         shared.setPath(SHARED_SETUP);
         mSetupFilename = SHARED_SETUP;
-        if (!shared.read(parser))
+        if (!shared.read(parser, DocumentFile::Links::ANYWHERE))
             throw Exception("[Cadenza] Could not load 'setup.[local.]xml'");
     }
 

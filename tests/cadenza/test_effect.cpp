@@ -225,8 +225,11 @@ TEST_F(EffectScript, ThatHoldsMoreThanIsReadIsKeptInACopy)
         savedAgain(row.script);
         EXPECT_EQ(readText(copy), row.isKept ? row.script : "");
     }
+    std::filesystem::remove(copy);
+    std::filesystem::create_symlink(folder.path("elsewhere"), copy);
     savedAgain("<effect>once more</effect>");
     EXPECT_EQ(readText(copy + ".2"), "<effect>once more</effect>");
+    EXPECT_FALSE(std::filesystem::exists(copy));
     EXPECT_EQ(test::countLogged("warning", "'script/probe.it.xml' holds what will not be saved"),
               10);
 }

@@ -120,11 +120,19 @@ TEST_F(SettingsFile, IsIndentedAndKeepsItsDeclaration)
 TEST_F(SettingsFile, ThatAllShareIsNeverWritten)
 {
     const std::string shared = R"(<demo><time start="1"/></demo>)";
-    writeText("setup.xml", shared);
+    const test::TemporaryFolder elsewhere;
+    elsewhere.write("shared", shared);
+    std::filesystem::create_symlink(elsewhere.path("shared"), "setup.xml");
     session([](OpenCadenza& it) { it.mStartTime = 5.0f; });
 
     EXPECT_EQ(readText("setup.xml"), shared);
     EXPECT_FALSE(std::filesystem::exists(LOCAL));
+
+    session([](OpenCadenza& it) {
+        it.mStartTime = 6.0f;
+        std::filesystem::copy("setup.xml", LOCAL); // as somebody who wants settings of one's own
+    });
+    EXPECT_EQ(flat(readText(LOCAL)), R"(<demo><time start="6.00" loop="off"/></demo>)");
 }
 
 // clang-format off
