@@ -28,6 +28,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -159,7 +160,7 @@ public:
         }
         frameBegins();
         mBegin = costNow();
-        mCounter = AllocationCounter();
+        mCounter.emplace();
         Cadenza::onDraw();
     }
 
@@ -212,7 +213,7 @@ private:
 
     void frameEnds(const Cost& cost)
     {
-        const auto allocations = static_cast<double>(mCounter.count());
+        const auto allocations = static_cast<double>(mCounter->count());
         if (mFrame > LAST_PAIRED + WARM_FRAMES)
             mAllocations = std::max(mAllocations, allocations);
         if (mFrame <= WARM_FRAMES || isStill())
@@ -247,7 +248,7 @@ private:
     int mFrame = 0;
     bool mEditorShown = false;
     Cost mBegin{};
-    AllocationCounter mCounter;
+    std::optional<AllocationCounter> mCounter{std::in_place}; // of the last frame
     std::vector<Cost> mWith;
     std::vector<Cost> mAdded; // by the editor, against the frame that follows without it
     double mAllocations = 0.0;
