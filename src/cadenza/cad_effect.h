@@ -77,6 +77,15 @@ public:
     /** Makes every lane as wide as the bar and stacks them again. Call when the bar has changed. */
     virtual void updatePlugins();
 
+    /**
+     * Draws once what the effect will draw, where nobody sees it: what is made for a first drawing
+     * is then there before the song starts. Called after every effect was set up.
+     *
+     * May leave anything in the back buffer and in the display's states. What the frames draw must
+     * be the same as without this call. Does nothing unless overridden.
+     */
+    virtual void rehearse() {}
+
     /** @param type  The type its factory is registered under. */
     void setIdentity(const std::string& type, const std::string& name);
 

@@ -10,6 +10,7 @@
 #include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
 #include "vellum/vel_layout_stack.h"
 
 #include <algorithm>
@@ -174,6 +175,7 @@ void Cadenza::run()
     }
     buildEditor();
     setupEffects();
+    rehearseEffects();
     if (isQuitSignalled())
         return;
     startTime();
@@ -227,6 +229,28 @@ void Cadenza::setupEffects()
         effect->setup();
     }
     std::printf("\n---\n");
+}
+
+/** A recording need not: it waits for each frame as long as it takes. */
+void Cadenza::rehearseEffects()
+{
+    if (mDumpVideo != nullptr)
+        return;
+    for (Effect* effect : mEffect) {
+        if (isQuitSignalled())
+            return;
+        if (willShow(*effect))
+            effect->rehearse();
+    }
+    mDisplay->resetStates();
+    display::DisplayObsolete::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
+}
+
+bool Cadenza::willShow(Effect& effect) const
+{
+    const float start = std::max(effect.getStart(), 0.0f);
+    const float end = std::min(effect.getEnd(), mSongLength);
+    return start < end && !effect.getInactive();
 }
 
 void Cadenza::startTime()

@@ -230,6 +230,8 @@ private:
     void removeLeftovers() const;
     void buildEditor();
     void setupEffects();
+    void rehearseEffects();
+    bool willShow(Effect& effect) const;
     void startTime();
     float limitToSong(float start) const;
     void runFrames();

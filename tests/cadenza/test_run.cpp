@@ -33,6 +33,7 @@ using test::writeText;
 class Filler final : public Effect {
 public:
     void setup() override { ++setups; }
+    void rehearse() override { rehearsals += times.empty() && setups == 1 ? 1 : 100; }
     void draw(float time, float delta, float) override
     {
         times.push_back(getStart() + time);
@@ -44,6 +45,7 @@ public:
     using Effect::draw;
 
     int setups = 0;
+    int rehearsals = 0; // in their time, between the set-up and the first frame
     bool fails = false;
     std::vector<float> times;  // demo seconds
     std::vector<float> deltas; // seconds
@@ -104,6 +106,7 @@ TEST_F(Run, RecordsItsLengthFromTheStartTimeInExactSteps)
     for (const float delta : effect->deltas)
         EXPECT_NEAR(delta, 0.04f, 1e-6f);
     EXPECT_EQ(effect->setups, 1);
+    EXPECT_EQ(effect->rehearsals, 0);
     std::vector<std::string> pictures = folder.files();
     std::erase_if(pictures, [](const std::string& name) { return !name.starts_with("film/"); });
     EXPECT_EQ(pictures.size(), 5u);
@@ -112,6 +115,26 @@ TEST_F(Run, RecordsItsLengthFromTheStartTimeInExactSteps)
 
     cadenza.reset();
     EXPECT_EQ(readText(SCRIPT), WHOLE_SHOW);
+}
+
+TEST_F(Run, RehearsesWhatTheSongWillShow)
+{
+    for (const auto& [attributes, rehearsals] : {
+             std::pair{R"(<time start="499" end="600"/>)",                    1},
+             {R"(<time start="500" end="600"/>)",                    0},
+             {R"(<time start="-5" end="0"/>)",                       0},
+             {R"(<time start="20" end="10"/>)",                      0},
+             {R"(<option inactive="1"/><time start="0" end="60"/>)", 0},
+    }) {
+        writeText("script/filler.other.xml", std::string("<effect>") + attributes + "</effect>");
+        start(R"(<display width="64" height="48"/><music mute="nosound"/>)");
+        effect->fails = true; // in the first frame
+        const std::unique_ptr<Effect> other(cadenza->addEffect("filler", "other"));
+        EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }), "cannot go on");
+        EXPECT_EQ(effect->rehearsals, 1) << attributes;
+        EXPECT_EQ(static_cast<Filler&>(*other).rehearsals, rehearsals) << attributes;
+        cadenza.reset();
+    }
 }
 
 TEST_F(Run, ThatFailsSavesNothing)
