@@ -1,6 +1,7 @@
 #include "effects/common.h"
 
 #include "display/dis_display.h"
+#include "display/dis_display_obsolete.h"
 #include "display/dis_fbo.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
@@ -32,6 +33,15 @@ void Common::setup()
         mVaddrHalf[half] = mDisplay->createFBO(declaration.width, declaration.height, false);
         mVaddrHalf[half]->attach(FBO::COLOR0, mVaddrHalf_Texture[half]);
     }
+}
+
+void Common::clearTargets()
+{
+    for (FBO* const target : {mVaddr[0], mVaddrHalf[0], mVaddrHalf[1]}) {
+        mDisplay->setFBO(target);
+        display::DisplayObsolete::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
+    }
+    mDisplay->setFBO(nullptr);
 }
 
 void Common::draw(float /*time*/, float /*delta*/, float /*progress*/) {}

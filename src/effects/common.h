@@ -24,6 +24,9 @@ public:
     void draw(float time, float delta, float progress) override;
     using Effect::draw;
 
+    /** Makes all targets black and as deep as can be, and leaves drawing to the window. */
+    void clearTargets();
+
     std::array<display::FBO*, 1> mVaddr{};             // window size, with depth
     std::array<display::Texture*, 1> mVaddr_Texture{}; // its colour
     std::array<display::FBO*, 2> mVaddrHalf{};         // half the window's size, no depth

@@ -4,6 +4,7 @@
 #include "display/dis_display_obsolete.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
+#include "effects/common.h"
 #include "effects/picture_quad.h"
 #include "mathbase/mb_matrix4x4col.h"
 
@@ -15,6 +16,21 @@ constexpr float FIELD_OF_VIEW = 1.3962634f; // radians, vertical
 constexpr float NEAR_PLANE = 0.1f;
 
 } // namespace
+
+void CommonEffect::rehearse()
+{
+    const mathbase::Vector3f from = mCommon->from;
+    const mathbase::Vector3f to = mCommon->to;
+    const float roll = mCommon->roll;
+    mDisplay->resetStates();
+    mDisplay->setFBO(mCommon->mVaddr[0]);
+    drawUnseen(0.5f * (mEnd - mStart));
+
+    mCommon->clearTargets();
+    mCommon->from = from;
+    mCommon->to = to;
+    mCommon->roll = roll;
+}
 
 void CommonEffect::setPerspective(float farPlane) const
 {

@@ -21,7 +21,18 @@ public:
      */
     void setCommon(Common* common) { mCommon = common; }
 
+    /** Draws the middle of the span into the shared targets, then clears them. */
+    void rehearse() final;
+
 protected:
+    /**
+     * Draws as `draw` does for a `delta` of 0, and leaves all members of this effect that outlast a
+     * frame as they are. The shared camera is put back by the caller.
+     *
+     * @param time  Seconds since the effect's start.
+     */
+    virtual void drawUnseen(float time) { draw(time, 0.0f, time / (mEnd - mStart)); }
+
     /** From a curve's [-1, 1] to [0, 1]. */
     static float unit(float value) { return (value + 1.0f) * 0.5f; }
 

@@ -71,10 +71,23 @@ void Plasma::draw(float time, float delta, float /*progress*/)
 {
     const float pulse = beat(time);
     advanceCells(time, delta);
+    drawScene(time, pulse);
+}
 
+/** Lit cells, whatever the curves say: with boxes and outlines. */
+void Plasma::drawUnseen(float time)
+{
+    const PlasmaField kept = mPlasma;
+    mPlasma.advance(mCurrent, 0.0f, 1.0f);
+    drawScene(time, 0.0f);
+    mPlasma = kept;
+}
+
+void Plasma::drawScene(float time, float beat)
+{
     mDisplay->setFBO(mCommon->mVaddr[0]);
     placeCamera(time);
-    drawCells(time, pulse);
+    drawCells(time, beat);
     drawPanels(time);
     drawInvitation(time);
 

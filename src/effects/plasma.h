@@ -30,9 +30,13 @@ public:
     void draw(float time, float delta, float progress) override;
     using Effect::draw;
 
+protected:
+    void drawUnseen(float time) override;
+
 private:
     float beat(float time);
     void advanceCells(float time, float delta);
+    void drawScene(float time, float beat);
     void placeCamera(float time);
     void drawCells(float time, float beat);
     void drawPanels(float time);

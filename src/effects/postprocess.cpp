@@ -38,6 +38,11 @@ void PostProcess::setup()
 
 void PostProcess::draw(float time, float /*delta*/, float /*progress*/)
 {
+    present(time, mathbase::RandomGen_Rand().nextFloat());
+}
+
+void PostProcess::present(float time, float noiseSeed)
+{
     DisplayObsolete::setProject(mathbase::Matrix4x4Col());
     ds.setTransform();
     ds.setCamera();
@@ -47,7 +52,7 @@ void PostProcess::draw(float time, float /*delta*/, float /*progress*/)
 
     minify();
     blur();
-    combine(time);
+    combine(time, noiseSeed);
 
     mDisplay->setShader(nullptr);
     mDisplay->setTexture(nullptr, 0);
@@ -89,7 +94,8 @@ void PostProcess::blur()
     drawQuad();
 }
 
-void PostProcess::combine(float time)
+/** @param noiseSeed  Where the grain starts; 0..1. */
+void PostProcess::combine(float time, float noiseSeed)
 {
     mDisplay->setShader(mCombineShader);
     mDisplay->setFBO(nullptr);
@@ -98,7 +104,7 @@ void PostProcess::combine(float time)
     mDisplay->setTexture(mCommon->mVaddrHalf_Texture[0], 1);
     setUniform(*mCombineShader, "glowTexture", 1);
     setUniform(*mCombineShader, "time", time);
-    setUniform(*mCombineShader, "r", mathbase::RandomGen_Rand().nextFloat());
+    setUniform(*mCombineShader, "r", noiseSeed);
     setUniform(*mCombineShader, "glow", unit(mGlow.get(time)));
     setUniform(*mCombineShader, "glownoise", unit(mGlowNoise.get(time)));
     drawQuad();

@@ -24,11 +24,15 @@ public:
     void draw(float time, float delta, float progress) override;
     using Effect::draw;
 
+protected:
+    void drawUnseen(float time) override { present(time, 0.0f); }
+
 private:
+    void present(float time, float noiseSeed);
     void drawQuad();
     void minify();
     void blur();
-    void combine(float time);
+    void combine(float time, float noiseSeed);
 
     display::Shader* mGlowHor = nullptr; // owned by the display, as all four
     display::Shader* mGlowVer = nullptr;

@@ -189,6 +189,13 @@ void Volumetric::draw(float time, float /*delta*/, float progress)
     drawCredits(time);
 }
 
+void Volumetric::drawUnseen(float time)
+{
+    const float kept = mTime;
+    CommonEffect::drawUnseen(time);
+    mTime = kept;
+}
+
 void Volumetric::moveCamera(float time)
 {
     mCommon->from = pathAt(time) + Vector3f(0.0f, EYE_HEIGHT, 0.0f);

@@ -53,6 +53,9 @@ public:
     /** Where x lies between a and b: 0 up to a, 1 from b on. */
     static float getSlice(float x, float a, float b);
 
+protected:
+    void drawUnseen(float time) override;
+
 private:
     /** A piece of the road in this frame: both lanes, seen from the world. */
     struct Segment {

@@ -4,6 +4,7 @@
 
 #include "effects/ascii.h"
 #include "effects/lightspeed.h"
+#include "effects/plasma.h"
 #include "effects/stars.h"
 #include "effects/volumetric.h"
 
@@ -15,6 +16,7 @@
 #include <cmath>
 #include <limits>
 #include <set>
+#include <span>
 
 namespace zavex::effects {
 namespace {
@@ -352,6 +354,56 @@ TEST_F(Scenes, ASteadyFrameAllocatesNothing)
             });
         EXPECT_EQ(allocations, 0u) << effect->getName();
     }
+}
+
+TEST_F(Scenes, ARehearsalMakesAllThatIsDrawnAndChangesNothing)
+{
+    prepareStars(0.6f);
+    prepareAscii();
+    prepareLightspeed();
+    prepareVolumetric(bend());
+    Plasma plasma;
+    Plasma twin; // rehearses once only
+    for (Plasma* cells : {&plasma, &twin})
+        prepare(*cells, "plasma", flat("stop", 1.0f) + flat("hammertime", 0.4f), 40.0f);
+    PostProcess grainy;
+    prepare(grainy, "postprocess", flat("glow", 0.0f) + flat("glownoise", 0.0f));
+    CommonEffect* const scenes[] = {&twin,        &mStars, &mLightspeed, &mAscii,
+                                    &mVolumetric, &plasma, &grainy};
+    const auto rehearse = [](std::span<CommonEffect* const> rehearsing) {
+        std::srand(1); // the grain's
+        for (CommonEffect* scene : rehearsing) {
+            const unsigned long arrays = Immediate::live().drawnArrays();
+            scene->rehearse();
+            EXPECT_GT(Immediate::live().drawnArrays(), arrays) << scene->getName();
+        }
+    };
+    const auto pictureAt = [&](float time, float delta) {
+        return test::pictureOf(*mWindow, [&] {
+            step(mClear, 1.0f, FRAME);
+            for (CommonEffect* scene : scenes)
+                step(*scene, time, delta);
+        });
+    };
+
+    rehearse(scenes);
+    am::ArchiveManager empty;
+    mWindow->setArchive(&empty); // nothing is read any more
+    for (const float time : {11.0f, 11.5f, 12.0f})
+        pictureAt(time, 0.5f);
+    std::srand(1);
+    const Picture picture = pictureAt(12.0f, 0.0f);
+    rehearse(std::span(scenes).subspan(1));
+    EXPECT_TRUE(test::isSamePicture(pictureAt(12.0f, 0.0f), picture, {0.0, 0}));
+    mWindow->setArchive(&mArchives);
+    rehearse(std::span(scenes).subspan(1));
+    EXPECT_TRUE(isBlack(present([] {})));
+    const auto cellsOf = [&](Plasma& effect) {
+        std::srand(1);
+        return pictureOf(effect, 12.5f, 0.5f);
+    };
+    const Picture cells = cellsOf(twin);
+    EXPECT_TRUE(test::isSamePicture(cellsOf(plasma), cells, {0.0, 0}));
 }
 
 TEST_F(Scenes, AMissingPictureIsNamed)
