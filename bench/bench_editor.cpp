@@ -16,6 +16,7 @@
 #include "effects/plasma.h"
 #include "effects/postprocess.h"
 #include "figure.h"
+#include "show_folder.h"
 #include "support/allocation_counter.h"
 #include "vellum/vel_callback.h"
 #include "vellum/vel_event.h"
@@ -26,8 +27,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <utility>
@@ -40,8 +39,6 @@ void zavex::zvx_log_callback(const LogData& data)
 }
 
 namespace {
-
-namespace fs = std::filesystem;
 
 using zavex::bench::Bound;
 using zavex::bench::Cost;
@@ -255,36 +252,10 @@ private:
     double mDragStep = 0.0; // seconds
 };
 
-/** A copy of the show in a folder of its own, which is the working directory meanwhile. */
-class ShowFolder {
-public:
-    ShowFolder()
-    {
-        std::string pattern = (fs::temp_directory_path() / "cadenza-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw zavex::Exception("No scratch folder '%s'", pattern.c_str());
-        mPath = pattern;
-        fs::copy(DEMO_FOLDER, mPath, fs::copy_options::recursive);
-        std::ofstream(mPath / "setup.local.xml") << SETUP;
-        fs::current_path(mPath);
-    }
-    ShowFolder(const ShowFolder&) = delete;
-    ShowFolder& operator=(const ShowFolder&) = delete;
-    ~ShowFolder()
-    {
-        fs::current_path("/");
-        std::error_code ignored;
-        fs::remove_all(mPath, ignored);
-    }
-
-private:
-    fs::path mPath;
-};
-
 void measure(Figures& figures)
 {
     namespace effects = zavex::effects;
-    const ShowFolder folder;
+    const zavex::bench::ShowFolder folder(DEMO_FOLDER, SETUP);
     zavex::cadenza::EffectFactory<effects::Common> common;
     zavex::cadenza::EffectFactory<effects::Clear> clear;
     zavex::cadenza::EffectFactory<effects::Flash> flash;
