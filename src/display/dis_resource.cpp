@@ -8,6 +8,17 @@
 
 namespace zavex::display {
 
+namespace {
+
+/** What files are looked for in, in a line of its own: what failed is the next one's message. */
+void logArchives(const am::ArchiveManager& archive)
+{
+    ZVX_LOG("log", "app", "The archives are searched in this order: %s",
+            archive.describeSearch().c_str());
+}
+
+} // namespace
+
 Resource::Resource(DisplayGL* display) : mDisplay{display}
 {
     ZVX_REQUIRE(display, "display");
@@ -30,9 +41,10 @@ am::File Resource::loadFile(const std::string& name) const
                         name.c_str()};
 
     am::File file = mDisplay->getArchive()->readFile(name, -1);
-    if (file.isNull())
-        throw Exception{"Display::Resource; File '%s' could not be read (searched: %s)",
-                        name.c_str(), mDisplay->getArchive()->describeSearch().c_str()};
+    if (file.isNull()) {
+        logArchives(*mDisplay->getArchive());
+        throw Exception{"Display::Resource; File '%s' could not be read", name.c_str()};
+    }
     return file;
 }
 
@@ -74,9 +86,10 @@ am::Image loadedImage(const Resource& resource, const std::string& name, Load lo
     try {
         return load(archive);
     } catch (const Exception& exception) {
-        throw Exception{"Display::Resource; Could not read (or decode) image '%s' (am msg was "
-                        "'%s') (searched: %s)",
-                        name.c_str(), exception.what(), archive.describeSearch().c_str()};
+        logArchives(archive);
+        throw Exception{
+            "Display::Resource; Could not read (or decode) image '%s' (am msg was '%s')",
+            name.c_str(), exception.what()};
     }
 }
 

@@ -242,8 +242,11 @@ void Shader_GL::linkProgram()
 
     GLint linked = GL_FALSE;
     GL_CHECKED(glGetProgramiv(mHandle, GL_LINK_STATUS, &linked));
-    if (linked == GL_FALSE)
-        throw Exception{"Could not link.\n\nLink message:\n%s", linkLog().c_str()};
+    if (linked == GL_TRUE)
+        return;
+    logFiles();
+    const std::string log = infoLog(mHandle, glGetProgramiv, glGetProgramInfoLog);
+    throw Exception{"Could not link.\n\nLink message:\n%s", log.c_str()};
 }
 
 void Shader_GL::attachSources()
@@ -259,16 +262,12 @@ void Shader_GL::attachSources()
     }
 }
 
-/** What the driver says about a failed link, and which files it was about. */
-std::string Shader_GL::linkLog() const
+void Shader_GL::logFiles() const
 {
-    std::string log = infoLog(mHandle, glGetProgramiv, glGetProgramInfoLog).c_str();
-    const char* separator = "\nFiles: ";
-    for (const Attachment& attachment : mSources) {
-        log += separator + attachment.source->getFilename();
-        separator = ", ";
-    }
-    return log;
+    std::string files;
+    for (const Attachment& attachment : mSources)
+        files += (files.empty() ? "" : ", ") + attachment.source->getFilename();
+    ZVX_LOG("log", "app", "The program that does not link is made of: %s", files.c_str());
 }
 
 void Shader_GL::disposeResource(bool lost)

@@ -103,7 +103,7 @@ private:
 
     void linkProgram();
     void attachSources();
-    std::string linkLog() const;
+    void logFiles() const;
     void deleteHandle();
 
     GLuint mHandle = 0; // 0 when none
