@@ -2,6 +2,8 @@
 
 #include "common/zvx_system.h"
 
+#include <string_view>
+
 namespace zavex::display {
 
 const char* glErrorName(GLenum error)
@@ -21,8 +23,10 @@ const char* glErrorName(GLenum error)
 void raiseGlError(GLenum error, const char* file, int line, const char* text)
 {
     const char* const name = glErrorName(error);
-    if (name != nullptr)
-        throw Exception("GL-error at [%d] %s\nLine: %s\nError: '%s'\n", line, file, text, name);
+    if (name == nullptr)
+        return;
+    const char* const source = file + (std::string_view(file).find_last_of('/') + 1);
+    throw Exception("GL-error at [%d] %s\nLine: %s\nError: '%s'\n", line, source, text, name);
 }
 
 } // namespace zavex::display

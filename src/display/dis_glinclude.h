@@ -17,7 +17,7 @@ const char* glErrorName(GLenum error);
 
 /**
  * Throws Exception when `error` has a name (`glErrorName`); the message gives the line, the source
- * file, the text of the checked call and the error's name.
+ * file without its folder, the text of the checked call and the error's name.
  */
 void raiseGlError(GLenum error, const char* file, int line, const char* text);
 

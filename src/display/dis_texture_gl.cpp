@@ -197,7 +197,8 @@ void Texture_GL::init(am::Image& image)
     checkSize(image);
 
     const KeptBindings kept;
-    GL_CHECKED(glGenTextures(1, &mTexture));
+    glGenTextures(1, &mTexture);
+    GL_REPORT_ERROR(__FILE__, __LINE__, "glGenTextures( 1, &mTexture )");
     try {
         GL_CHECKED(glBindTexture(mTargetGL, mTexture));
         const int right = image.isNull() ? 0 : image->getWidth() - 1;
