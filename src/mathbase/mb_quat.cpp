@@ -3,13 +3,15 @@
 #include "common/zvx_system.h"
 #include "mathbase/mb_vector4.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace zavex::mathbase {
 
 namespace {
 
-constexpr float OPPOSITE = 1e-12f; // |a + b|^2 of two unit vectors that count as opposite
+constexpr double OPPOSITE = 1e-8; // |a + b| of two unit vectors that count as opposite
 
 // The axes, x being 0, in the order of the letters of each `RotationOrder`.
 constexpr int AXES_BY_ORDER[6][3] = {
@@ -25,6 +27,16 @@ constexpr int AXES_BY_ORDER[6][3] = {
 bool isUnit(const Vector3f& normalized)
 {
     return normalized.length2() > 0.5f;
+}
+
+/**
+ * `v` at unit length, in double precision: of nearly opposite directions, the sum and the product
+ * keep few of the digits that each of them has.
+ */
+std::array<double, 3> directionOf(const Vector3f& v)
+{
+    const double factor = 1.0 / std::hypot(double{v.x}, double{v.y}, double{v.z});
+    return {v.x * factor, v.y * factor, v.z * factor};
 }
 
 /** Some unit vector at right angles to `v`. */
@@ -56,23 +68,24 @@ void Quatf::setEuler(const Euler& euler)
 
 void Quatf::setOrientation(const Vector3f& from, const Vector3f& to)
 {
-    const Vector3f start = from.getNormalized();
-    const Vector3f end = to.getNormalized();
-    if (!isUnit(start) || !isUnit(end)) {
+    if (!isUnit(from.getNormalized()) || !isUnit(to.getNormalized())) {
         *this = {};
         return;
     }
 
-    // Half of |start + end|^2 is 1 + cos of the angle, without its cancellation near half a turn.
-    const float sum2 = (start + end).length2();
-    if (sum2 < OPPOSITE) {
-        const Vector3f axis = perpendicularTo(start);
+    // |start + end| is twice the cosine of half the angle, |start x end| the sine of the whole one.
+    const auto start = directionOf(from);
+    const auto end = directionOf(to);
+    const double sum = std::hypot(start[0] + end[0], start[1] + end[1], start[2] + end[2]);
+    if (sum < OPPOSITE) {
+        const Vector3f axis = perpendicularTo(from.getNormalized());
         *this = {0.0f, axis.x, axis.y, axis.z};
         return;
     }
-    const Vector3f axis = start.cross(end);
-    *this = {sum2 * 0.5f, axis.x, axis.y, axis.z};
-    normalize();
+    const auto imaginary = [&](std::size_t i, std::size_t j) {
+        return static_cast<float>((start[i] * end[j] - start[j] * end[i]) / sum);
+    };
+    *this = {static_cast<float>(sum / 2.0), imaginary(1, 2), imaginary(2, 0), imaginary(0, 1)};
 }
 
 void Quatf::setAngleAxis(float angle, const Vector3f& axis)

@@ -77,9 +77,15 @@ TEST(Quat, KeepsItsRotationForAnOrderThatIsNone)
 }
 
 constexpr Vector3f DIRECTIONS[] = {
-    X, Y, -X, {3.0f,  -2.0f, 5.0f },
-       {-3.0f, 2.0f,  -5.0f},
-       {-1.0f, 1e-4f, 0.0f }
+    X,
+    Y,
+    -X,
+    {3.0f,  -2.0f, 5.0f    },
+    {-3.0f, 2.0f,  -5.0f   },
+    {-3.0f, 2.0f,  -5.0001f}, // 1e-5 radians from it
+    {-1.0f, 1e-4f, 0.0f    },
+    {-1.0f, 2e-6f, -1e-6f  },
+    {-1.0f, 1e-9f, 0.0f    },
 };
 
 TEST(Quat, TurnsOneDirectionOntoAnother)
