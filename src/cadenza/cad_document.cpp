@@ -183,7 +183,7 @@ bool commitSave(am::SaveSet& set)
 {
     const std::vector<am::SaveFailure> failures = set.commit();
     for (const am::SaveFailure& each : failures) {
-        ZVX_LOG("error", "app", "Could not save '%s': %s\n", each.path.c_str(),
+        ZVX_LOG("error", "Cadenza", "Could not save '%s': %s\n", each.path.c_str(),
                 each.reason.c_str());
         reportFailure("could not save '%s': %s", each.path.c_str(), each.reason.c_str());
     }

@@ -173,6 +173,8 @@ TEST_F(SettingsFile, ThatCannotBeWrittenIsReportedAndKept)
 
     EXPECT_EQ(readText(LOCAL), before);
     EXPECT_EQ(test::countLogged("error", "Could not save 'setup.local.xml': File too large\n"), 1);
+    for (const test::LogLine& line : test::logLines())
+        EXPECT_FALSE(line.type == "error" && line.domain == "app") << line.message;
 }
 
 TEST_F(SettingsFile, AreSavedByTheFirstOfTwoProgramsInAFolder)
