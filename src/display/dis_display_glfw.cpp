@@ -162,6 +162,7 @@ void DisplayGLFW::openWindow()
     try {
         if (glewInit() != GLEW_OK)
             throw Exception{"DisplayGLFW: Could not initialize GLEW!"};
+        completeEntryPoints();
         loadExtensions();
     } catch (...) {
         dropWindow();

@@ -63,8 +63,8 @@ bool DisplayGLFW::supportsFBO() const
 
 bool DisplayGLFW::supportsShaders() const
 {
-    return hasExtension("GL_ARB_shader_objects") && hasExtension("GL_ARB_shading_language_100") &&
-           hasExtension("GL_ARB_vertex_shader") && hasExtension("GL_ARB_fragment_shader");
+    return std::ranges::all_of(Shader_GL::EXTENSIONS,
+                               [this](const char* name) { return hasExtension(name); });
 }
 
 int DisplayGLFW::maxNumVertexAttrib() const

@@ -10,6 +10,16 @@
 namespace zavex::display {
 
 /**
+ * Fills the entry points that a driver of an older version does not have from the extensions that
+ * they came from. The ones that it has in neither way stay null: those of shaders, buffer objects,
+ * vertex attributes and blend equations.
+ *
+ * To be called with a context, after GLEW is initialised. Throws Exception when the driver lacks
+ * what everything is drawn with.
+ */
+void completeEntryPoints();
+
+/**
  * The name of an error code of the graphics library, "GL_INVALID_ENUM" for 0x500; null for
  * GL_NO_ERROR and for codes that are not reported.
  */

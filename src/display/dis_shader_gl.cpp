@@ -229,6 +229,9 @@ void Shader_GL::link()
 
 void Shader_GL::linkProgram()
 {
+    for (const char* const extension : EXTENSIONS)
+        if (!mDisplay->hasExtension(extension))
+            throw Exception{"Display::Shader_GL; Shaders not supported [%s]", extension};
     if (mHandle == 0) {
         mHandle = GL_CHECKED(glCreateProgram());
         ZVX_REQUIRE(mHandle, "mHandle");

@@ -65,6 +65,14 @@ public:
 /** A program of the graphics library. */
 class Shader_GL final : public Shader {
 public:
+    /** All of which a driver must have. */
+    static constexpr const char* EXTENSIONS[] = {
+        "GL_ARB_shader_objects",
+        "GL_ARB_shading_language_100",
+        "GL_ARB_vertex_shader",
+        "GL_ARB_fragment_shader",
+    };
+
     using Shader::Shader;
     Shader_GL(const Shader_GL&) = delete;
     Shader_GL& operator=(const Shader_GL&) = delete;

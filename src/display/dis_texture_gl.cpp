@@ -335,6 +335,8 @@ void Texture_GL::updateMipmaps()
 {
     ZVX_REQUIRE(!mDisposed, "!mDisposed");
     ZVX_REQUIRE(mDecl.useMipmaps, "mDecl.useMipmaps");
+    if (!mDisplay->supportsFBO())
+        throw Exception{"Texture_GL; Mipmaps can not be updated [GL_EXT_framebuffer_object]"};
     Immediate::live().flush();
     const KeptBindings kept;
     GL_CHECKED(glBindTexture(mTargetGL, mTexture));

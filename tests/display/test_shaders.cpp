@@ -77,6 +77,34 @@ TEST_F(Shaders, AProgramLinksAtItsFirstUseAndDrawsWithItsUniforms)
     shader->destroy();
 }
 
+TEST_F(Shaders, ComeFromTheirExtensionsWhereTheVersionHasNone)
+{
+    glCreateShader = nullptr; // the loader's; looked up again with the next window
+    glCreateProgram = nullptr;
+    glUseProgram = nullptr;
+    display::completeEntryPoints();
+    mFolder.write("white.frag", "void main() { gl_FragColor = vec4(1.0); }");
+    Shader* const shader = mDisplay.createShader("plain.vert", "white.frag", nullptr);
+    EXPECT_EQ(drawnBy(shader), 0xffffffu);
+    shader->destroy();
+}
+
+TEST(ShadersWithoutADriverForThem, SayWhatIsMissing)
+{
+    struct OldDisplay : display::DisplayGLFW {
+        bool hasExtension(const std::string& name) const override
+        {
+            return name != "GL_ARB_fragment_shader" && DisplayGLFW::hasExtension(name);
+        }
+    } display;
+    display.open(smallMode());
+    glCreateProgram = nullptr;
+    Shader* const shader = display.createShader("plain.vert", "plain.frag", nullptr);
+    EXPECT_EQ(thrownMessage([&] { display.setShader(shader); }),
+              "Display::Shader_GL; Shaders not supported [GL_ARB_fragment_shader]");
+    shader->destroy();
+}
+
 TEST_F(Shaders, AUniformChangesOnlyWhatIsDrawnAfterIt)
 {
     Shader* const shader = mDisplay.createShader("plain.vert", "colour.frag", nullptr);
