@@ -463,8 +463,10 @@ void DisplayGLFW::resetStates()
     mImmediate.flush();
     // A render target has no draw buffer of the window's, which the attributes would bring back.
     DisplayGLFW::setFBO(nullptr);
-    if (std::exchange(mPushedStates, false))
+    if (std::exchange(mPushedStates, false)) {
         GL_CHECKED(glPopAttrib());
+        forgetTextures();
+    }
     GL_CHECKED(glPushAttrib(GL_ALL_ATTRIB_BITS));
     mPushedStates = true;
 
@@ -475,12 +477,12 @@ void DisplayGLFW::resetStates()
     GL_CHECKED(glDepthFunc(GL_LEQUAL));
     GL_CHECKED(glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST));
     GL_CHECKED(glDisable(GL_LIGHTING));
-    GL_CHECKED(glColor4f(1.0f, 1.0f, 1.0f, 0.5f));
     mImmediate.setColor(1.0f, 1.0f, 1.0f, 0.5f);
     glViewport(0, 0, mWindowMode.width, mWindowMode.height);
     GL_REPORT_ERROR(__FILE__, __LINE__, "glViewport(0,0,mWindowMode.width, mWindowMode.height)");
 
-    // The matrices and switches that drawing changes: all of them have their defaults there.
+    // The colour, the matrices and the switches that drawing changes: all of them have their
+    // defaults there.
     Immediate::State state;
     state.projection = frameProjection(mWindowMode);
     state.scissor = {0, 0, mWindowMode.width, mWindowMode.height};

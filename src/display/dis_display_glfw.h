@@ -200,6 +200,7 @@ private:
     void notifyResize();
 
     void resetBindings();
+    void forgetTextures();
     void forget(const Resource* resource);
     template <typename ResourceType>
     ResourceType* registered(std::unique_ptr<ResourceType> resource);
@@ -238,7 +239,7 @@ private:
     am::ArchiveManager* mArchiveManager = nullptr; // not owned
     std::set<std::string> mExtensions;
 
-    Immediate mImmediate{*this};
+    Immediate mImmediate{*this, mActiveTextureChannel, mTextureChannels.front()};
     GLFWwindow* mWindow = nullptr;
     std::vector<GLFWwindow*> mClosedWindows; // closed by a listener; destroyed after the event pump
     bool mPumping = false;                   // the library is calling back

@@ -17,7 +17,6 @@ namespace zavex::display {
 
 namespace {
 
-constexpr int UNKNOWN_CHANNEL = -1;
 constexpr std::size_t BYTES_PER_RGB = 3;
 constexpr std::size_t BYTES_PER_BGRA = am::ImageObject::BYTES_PER_PIXEL;
 
@@ -257,7 +256,7 @@ void DisplayGLFW::draw(DrawMode outerMode, int firstIndex, int numIndices, int f
     ZVX_REQUIRE(outerMode != DisplayGL::DRAW_NONE, "outerMode!=DisplayGL::DRAW_NONE");
     ZVX_REQUIRE(mCurrentVBO, "mCurrentVBO!=0");
     ZVX_REQUIRE(mCurrentIBO || firstIndex == -1, "mCurrentIBO!=0");
-    mImmediate.flush();
+    mImmediate.flushWithColor();
 
     const GLenum mode = primitiveOf(outerMode);
     if (!mCurrentIBO) {
@@ -327,16 +326,26 @@ void DisplayGLFW::setShader(Shader* shader)
     mCurrentShader = shader;
 }
 
-/** The active texture unit is set for sure, since popped attributes bring an older one back. */
+/**
+ * What the popped attributes brought back: they were pushed when no texture was bound, and unit 0
+ * was the active one, as a context begins.
+ */
+void DisplayGLFW::forgetTextures()
+{
+    mTextureChannels.fill(nullptr);
+    mActiveTextureChannel = 0;
+}
+
 void DisplayGLFW::resetBindings()
 {
     setVBO(nullptr);
     setFBO(nullptr);
     setIBO(nullptr);
     setShader(nullptr);
-    mActiveTextureChannel = UNKNOWN_CHANNEL;
-    for (int channel = TEXTURE_CHANNELS; channel-- > 0;)
-        setTexture(nullptr, channel);
+    for (int channel = TEXTURE_CHANNELS; --channel > 0;)
+        if (mTextureChannels[static_cast<std::size_t>(channel)])
+            setTexture(nullptr, channel);
+    setTexture(nullptr, 0);
 }
 
 void DisplayGLFW::getScreenShotRGB24(std::uint8_t* buffer)

@@ -41,7 +41,8 @@ public:
         mathbase::Vector4f color;
     };
 
-    // The current colour, which every shape without colours of its own takes.
+    // The current colour, which every shape without colours of its own takes, and every buffer that
+    // `DisplayGL::draw` draws without an attribute for it.
 
     static void setColor(float red, float green, float blue, float alpha);
     static void setColor(const mathbase::Vector4f& color);

@@ -201,6 +201,7 @@ void Font::draw(const std::string& text, const mathbase::Vector2f& scale,
     if (mTexture == nullptr)
         return;
 
+    mDisplay->setTexture(nullptr, 0);
     Immediate& immediate = Immediate::live();
     const StateKeeper keeper(immediate);
     Immediate::State& state = immediate.change();

@@ -57,7 +57,8 @@ public:
      */
     void load(const std::string& file, bool flag, const mathbase::Vector2f& size);
 
-    /** Draws `text`, one glyph per byte; nothing when no sheet is loaded. Keeps every state. */
+    /** Draws `text`, one glyph per byte; nothing when no sheet is loaded. Keeps every state, but
+     * leaves nothing bound to texture channel 0. */
     void draw(const std::string& text, const mathbase::Vector2f& scale,
               const mathbase::Vector4f& color);
 

@@ -62,14 +62,55 @@ void enable(GLenum capability, bool enabled)
         GL_CHECKED(glDisable(capability));
 }
 
+/** Texture unit 0 is the active one while it lives. */
+class FirstUnit {
+public:
+    /** @param active  The unit that is active before and after. */
+    explicit FirstUnit(int active) : mActive(active)
+    {
+        if (mActive != 0)
+            glActiveTexture(GL_TEXTURE0);
+    }
+    ~FirstUnit()
+    {
+        if (mActive != 0)
+            glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(mActive));
+    }
+    FirstUnit(const FirstUnit&) = delete;
+    FirstUnit& operator=(const FirstUnit&) = delete;
+
+private:
+    int mActive;
+};
+
+/** What the active unit had as its 2D texture is back after. */
+class KeptTexture {
+public:
+    explicit KeptTexture(const Texture* bound)
+        : mName(bound ? static_cast<const Texture_GL*>(bound)->getTextureGL() : 0)
+    {}
+    ~KeptTexture() { glBindTexture(GL_TEXTURE_2D, mName); }
+    KeptTexture(const KeptTexture&) = delete;
+    KeptTexture& operator=(const KeptTexture&) = delete;
+
+private:
+    GLuint mName;
+};
+
+/** What buffers and arrays were set up come back after. */
+class KeptArrays {
+public:
+    KeptArrays() { glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT); }
+    ~KeptArrays() { glPopClientAttrib(); }
+    KeptArrays(const KeptArrays&) = delete;
+    KeptArrays& operator=(const KeptArrays&) = delete;
+};
+
 /** Texturing is a switch of each texture unit: this is unit 0's, whichever is active. */
-void enableTexturing(bool enabled)
+void enableTexturing(bool enabled, int activeUnit)
 {
-    GLint active = GL_TEXTURE0;
-    GL_CHECKED(glGetIntegerv(GL_ACTIVE_TEXTURE, &active));
-    GL_CHECKED(glActiveTexture(GL_TEXTURE0));
+    const FirstUnit first(activeUnit);
     enable(GL_TEXTURE_2D, enabled);
-    GL_CHECKED(glActiveTexture(static_cast<GLenum>(active)));
 }
 
 /** An equation other than ADD exists only where the driver has it; ADD is every driver's own. */
@@ -77,12 +118,6 @@ void setBlendEquation(BlendEquation equation)
 {
     if (glBlendEquation != nullptr)
         GL_CHECKED(glBlendEquation(glName(equation)));
-}
-
-void loadMatrix(GLenum mode, const mathbase::Matrix4x4Col& matrix)
-{
-    GL_CHECKED(glMatrixMode(mode));
-    GL_CHECKED(glLoadMatrixf(matrix.mData));
 }
 
 /** From the state that the driver is in to the one that it is to be in. */
@@ -98,13 +133,16 @@ struct Changes {
     }
 };
 
+/** The matrix mode is that of the model-view matrix, always. */
 void applyMatrices(const Changes& changes)
 {
-    if (changes.in(&Immediate::State::projection))
-        loadMatrix(GL_PROJECTION, changes.to.projection);
+    if (changes.in(&Immediate::State::projection)) {
+        GL_CHECKED(glMatrixMode(GL_PROJECTION));
+        GL_CHECKED(glLoadMatrixf(changes.to.projection.mData));
+        GL_CHECKED(glMatrixMode(GL_MODELVIEW));
+    }
     if (changes.in(&Immediate::State::modelView))
-        loadMatrix(GL_MODELVIEW, changes.to.modelView);
-    GL_CHECKED(glMatrixMode(GL_MODELVIEW));
+        GL_CHECKED(glLoadMatrixf(changes.to.modelView.mData));
 }
 
 void applyBlending(const Changes& changes)
@@ -131,8 +169,6 @@ void applyShapes(const Changes& changes)
         GL_CHECKED(glFrontFace(to.frontFace == Winding::CLOCKWISE ? GL_CW : GL_CCW));
     if (changes.in(&Immediate::State::faceCulling))
         enable(GL_CULL_FACE, to.faceCulling);
-    if (changes.in(&Immediate::State::texturing))
-        enableTexturing(to.texturing);
 }
 
 /** Which pixels are drawn at all. */
@@ -163,8 +199,9 @@ mathbase::Matrix4x4Col frameProjection(const WindowMode& mode)
 
 Immediate* Immediate::sLive = nullptr;
 
-Immediate::Immediate(DisplayGL& display)
-    : mDisplay(display), mVertices(std::make_unique<Vertex[]>(VERTEX_CAPACITY)),
+Immediate::Immediate(DisplayGL& display, const int& activeChannel, Texture* const& boundTexture)
+    : mDisplay(display), mActiveChannel(activeChannel), mBoundTexture(boundTexture),
+      mVertices(std::make_unique<Vertex[]>(VERTEX_CAPACITY)),
       mIndices(std::make_unique<Index[]>(INDEX_CAPACITY))
 {
     ZVX_REQUIRE(sLive == nullptr, "sLive==0");
@@ -228,13 +265,28 @@ void Immediate::flush()
     mStateChanged = false;
 }
 
+void Immediate::flushWithColor()
+{
+    flush();
+    applyColor();
+}
+
+void Immediate::applyColor()
+{
+    if (mDriverColor == mColor)
+        return;
+    GL_CHECKED(glColor4fv(mColor.data()));
+    mDriverColor = mColor;
+}
+
 void Immediate::reset(const State& state)
 {
     draw();
     mState = state;
     mDriverKnown = false;
     mStateChanged = true;
-    flush();
+    mDriverColor.reset();
+    flushWithColor();
 }
 
 void Immediate::discard()
@@ -273,6 +325,7 @@ void Immediate::draw()
 void Immediate::handOver(const State& state, const Array& array)
 {
     apply(state);
+    mDriverColor.reset();
     if (state.texture == nullptr)
         drawArray(array);
     else
@@ -280,14 +333,17 @@ void Immediate::handOver(const State& state, const Array& array)
     ++mDrawnArrays;
 }
 
-/** Hands the array over as client memory: what buffers and arrays were set up comes back after. */
+/** Hands the array over as client memory. */
 void Immediate::drawArray(const Array& array) const
 {
     const Vertex* const vertices = array.vertices;
 
-    GL_CHECKED(glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT));
-    GL_CHECKED(glBindBuffer(GL_ARRAY_BUFFER, 0));
-    GL_CHECKED(glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0));
+    const KeptArrays kept;
+    GL_REPORT_ERROR(__FILE__, __LINE__, "glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT)");
+    if (glBindBuffer != nullptr) {
+        GL_CHECKED(glBindBuffer(GL_ARRAY_BUFFER, 0));
+        GL_CHECKED(glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0));
+    }
     if (mBoundVertices)
         for (const VertexAttribute& attribute : mBoundVertices->getAttributes())
             GL_CHECKED(glDisableVertexAttribArray(static_cast<GLuint>(attribute.index)));
@@ -301,21 +357,15 @@ void Immediate::drawArray(const Array& array) const
     GL_CHECKED(glDrawRangeElements(
         glName(array.primitive), 0, static_cast<GLuint>(array.vertexCount - 1),
         static_cast<GLsizei>(array.indexCount), GL_UNSIGNED_SHORT, array.indices));
-    GL_CHECKED(glPopClientAttrib());
 }
 
 /** What the display has bound to channel 0 comes back after, so that its records stay true. */
 void Immediate::drawArrayWith(Texture& texture, const Array& array) const
 {
-    GLint unit = 0;
-    GLint bound = 0;
-    GL_CHECKED(glGetIntegerv(GL_ACTIVE_TEXTURE, &unit));
-    GL_CHECKED(glActiveTexture(GL_TEXTURE0));
-    GL_CHECKED(glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound));
+    const FirstUnit first(mActiveChannel);
+    const KeptTexture kept(mBoundTexture);
     static_cast<Texture_GL&>(texture).bind();
     drawArray(array);
-    GL_CHECKED(glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound)));
-    GL_CHECKED(glActiveTexture(static_cast<GLenum>(unit)));
 }
 
 void Immediate::apply(const State& state)
@@ -327,6 +377,8 @@ void Immediate::apply(const State& state)
     applyMatrices(changes);
     applyBlending(changes);
     applyShapes(changes);
+    if (changes.in(&State::texturing))
+        enableTexturing(state.texturing, mActiveChannel);
     applyTests(changes);
     mDriverState = state;
     mDriverKnown = true;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace zavex::display {
 
@@ -113,8 +114,15 @@ public:
     static constexpr std::size_t VERTEX_CAPACITY = 65536;
     static constexpr std::size_t INDEX_CAPACITY = 5 * VERTEX_CAPACITY;
 
-    /** Throws Exception when another one lives. */
-    explicit Immediate(DisplayGL& display);
+    /**
+     * Throws Exception when another one lives.
+     *
+     * The display's records are read whenever they matter, so that the driver need not be asked:
+     *
+     * @param activeChannel  The texture unit that is active.
+     * @param boundTexture   What channel 0 has; null for nothing.
+     */
+    Immediate(DisplayGL& display, const int& activeChannel, Texture* const& boundTexture);
     ~Immediate();
     Immediate(const Immediate&) = delete;
     Immediate& operator=(const Immediate&) = delete;
@@ -132,7 +140,7 @@ public:
 
     const State& state() const { return mState; }
 
-    /** The colour that the shapes of DisplayObsolete take; not part of the driver's state. */
+    /** The colour that the shapes of DisplayObsolete take, and `flushWithColor` the driver. */
     void setColor(float r, float g, float b, float a) { mColor = {r, g, b, a}; }
     const std::array<float, 4>& color() const { return mColor; }
 
@@ -185,9 +193,12 @@ public:
     /** Draws everything appended and puts the driver into the present state. */
     void flush();
 
+    /** As `flush`; what the driver is given next without a colour of its own has `color()`. */
+    void flushWithColor();
+
     /**
      * Draws everything appended, then makes `state` the present one and sets every single state of
-     * it in the driver, whatever the driver was in before.
+     * it and the colour in the driver, whatever the driver was in before.
      */
     void reset(const State& state);
 
@@ -227,10 +238,13 @@ private:
     void draw();
     void handOver(const State& state, const Array& array);
     void apply(const State& state);
+    void applyColor();
 
     static Immediate* sLive;
 
     DisplayGL& mDisplay;
+    const int& mActiveChannel;
+    Texture* const& mBoundTexture;
     std::unique_ptr<Vertex[]> mVertices;
     std::unique_ptr<Index[]> mIndices;
     std::size_t mVertexCount = 0;
@@ -240,12 +254,13 @@ private:
     std::size_t mBeforeCount = 0;                         // quads
     Primitive mPrimitive = Primitive::TRIANGLES;
     std::array<float, 4> mColor{1.0f, 1.0f, 1.0f, 1.0f};
-    bool mStateChanged = false; // mState may differ from mArrayState
-    bool mDrawing = false;      // an array is being handed over
-    bool mDriverKnown = false;  // mDriverState is what the driver is in
-    State mState;               // for what is appended next
-    State mArrayState;          // for what is waiting
-    State mBeforeState;         // for the quads before it
+    std::optional<std::array<float, 4>> mDriverColor; // empty: arrays have left any
+    bool mStateChanged = false;                       // mState may differ from mArrayState
+    bool mDrawing = false;                            // an array is being handed over
+    bool mDriverKnown = false;                        // mDriverState is what the driver is in
+    State mState;                                     // for what is appended next
+    State mArrayState;                                // for what is waiting
+    State mBeforeState;                               // for the quads before it
     State mDriverState;
     unsigned long mDrawnArrays = 0;
     const VertexDef* mBoundVertices = nullptr; // not owned

@@ -271,14 +271,32 @@ VBO_GL::VBO_GL(DisplayGL* display, int count, const VertexDef* format, DisplayGL
 void VBO_GL::bind()
 {
     bindObject();
-    for (const VertexAttribute& attribute : mFormat->getAttributes()) {
-        const GLenum type = typeOf(attribute.type);
-        ZVX_REQUIRE(type != GL_NONE, "attribute.type!=TYPE_NONE");
-        const auto index = static_cast<GLuint>(attribute.index);
-        GL_CHECKED(glEnableVertexAttribArray(index));
-        GL_CHECKED(glVertexAttribPointer(index, attribute.numElements, type, GL_FALSE, mEntitySize,
-                                         pointerGL(static_cast<std::size_t>(attribute.offset))));
+    std::size_t enabled = 0;
+    try {
+        for (; enabled < mFormat->getAttributes().size(); ++enabled)
+            enable(mFormat->getAttributes()[enabled]);
+    } catch (...) {
+        // Without checks: one error is on its way already.
+        while (enabled-- > 0)
+            glDisableVertexAttribArray(
+                static_cast<GLuint>(mFormat->getAttributes()[enabled].index));
+        if (mID != 0)
+            glBindBuffer(GL_ARRAY_BUFFER, 0);
+        throw;
     }
+}
+
+/** An attribute that is refused stays disabled. */
+void VBO_GL::enable(const VertexAttribute& attribute) const
+{
+    const GLenum type = typeOf(attribute.type);
+    ZVX_REQUIRE(type != GL_NONE, "attribute.type!=TYPE_NONE");
+    if (glEnableVertexAttribArray == nullptr)
+        throw Exception{"Display::VBO_GL; Vertex attributes not supported [GL_ARB_vertex_shader]"};
+    const auto index = static_cast<GLuint>(attribute.index);
+    GL_CHECKED(glVertexAttribPointer(index, attribute.numElements, type, GL_FALSE, mEntitySize,
+                                     pointerGL(static_cast<std::size_t>(attribute.offset))));
+    GL_CHECKED(glEnableVertexAttribArray(index));
 }
 
 void VBO_GL::unbind()

@@ -11,6 +11,8 @@
 
 namespace zavex::display {
 
+struct VertexAttribute;
+
 /**
  * What vertex and index buffers share: a buffer object, the system copy of its contents, and the
  * lock on it. Without "GL_ARB_vertex_buffer_object" there is no buffer object and the driver reads
@@ -73,6 +75,8 @@ public:
     void unbind() override;
 
 private:
+    void enable(const VertexAttribute& attribute) const;
+
     const VertexDef* mFormat = nullptr; // not owned
 };
 

@@ -47,6 +47,8 @@ protected:
         test::clearLog();
         mFormat.addAttribute(VertexAttribute(0, "place", 0, Variable::TYPE_FLOAT, 2));
         mDisplay.open(test::smallMode());
+        if (!GetParam())
+            glBindBuffer = nullptr; // the loader's; looked up again with the next window
     }
 
     VBO* points(const std::vector<Point>& values)
@@ -113,13 +115,14 @@ TEST_P(Buffers, DrawWhatIsAskedFor)
             DisplayObsolete::drawBox(-1.0f, -1.0f, 1.0f, -0.8f, DisplayObsolete::SOLID);
             mDisplay.setVBO(vertices);
             mDisplay.setIBO(row.indexed ? indices : nullptr);
+            DisplayObsolete::setColor(0.0f, 1.0f, 0.0f, 1.0f);
             mDisplay.draw(DisplayGL::DRAW_TRIANGLES, row.firstIndex, row.numIndices,
                           row.firstVertex, row.numVertices);
             DisplayObsolete::setColor(0.0f, 0.0f, 1.0f, 1.0f);
             DisplayObsolete::drawBox(-1.0f, 0.8f, 1.0f, 1.0f, DisplayObsolete::SOLID);
         });
-        EXPECT_EQ(pixelAt(picture, 10, 24) != 0, row.left) << row.name;
-        EXPECT_EQ(pixelAt(picture, 50, 24) != 0, row.right) << row.name;
+        EXPECT_EQ(pixelAt(picture, 10, 24), row.left ? 0x00ff00u : 0u) << row.name;
+        EXPECT_EQ(pixelAt(picture, 50, 24), row.right ? 0x00ff00u : 0u) << row.name;
         EXPECT_EQ(pixelAt(picture, 50, 1), 0x0000ffu) << row.name;
     }
 }
@@ -224,7 +227,8 @@ TEST_P(Buffers, RefuseMisuse)
     VBO* const vertices = points(HALVES);
     IBO* const indices = mDisplay.createIBO(4, IBO::FORMAT_UINT16, DisplayGL::MODE_STREAM);
     const std::string range = "first>=0 && count>=0 && first+count<=mEntities";
-    mShapeless.addAttribute(VertexAttribute(0, "place", 0, Variable::TYPE_NONE, 1));
+    mShapeless.addAttribute(VertexAttribute(0, "place", 0, Variable::TYPE_FLOAT, 1));
+    mShapeless.addAttribute(VertexAttribute(1, "shape", 0, Variable::TYPE_NONE, 1));
     VBO* const shapeless = mDisplay.createVBO(1, &mShapeless, DisplayGL::MODE_STATIC);
     // clang-format off
     const struct {
@@ -247,6 +251,12 @@ TEST_P(Buffers, RefuseMisuse)
     // clang-format on
     for (const auto& row : rows)
         EXPECT_NE(thrownMessage(row.action).find(row.message), std::string::npos) << row.name;
+    GLint enabled = 0;
+    GLint bound = 0;
+    glGetVertexAttribiv(0, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
+    glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &bound);
+    EXPECT_EQ(enabled, 0) << "by a buffer that was refused";
+    EXPECT_EQ(bound, 0);
     EXPECT_NE(thrownMessage([&] {
                   mDisplay.setVBO(points(HALVES));
                   mDisplay.draw(DisplayGL::DRAW_TRIANGLES, -1, 0, 11, 2);

@@ -1,6 +1,7 @@
 #include "am/am.h"
 #include "display/dis_display_obsolete.h"
 #include "display/dis_font.h"
+#include "display/dis_glinclude.h"
 #include "display/dis_immediate.h"
 #include "support/allocation_counter.h"
 #include "support/gl_display.h"
@@ -229,7 +230,7 @@ TEST_F(FontTest, BlendsByTheSheetsBrightness)
     EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 3, HEIGHT / 2 + 4), 0x0000ffu);
 }
 
-TEST_F(FontTest, LeavesEveryStateAsItWas)
+TEST_F(FontTest, LeavesEveryStateAsItWasAndChannelZeroEmpty)
 {
     am::Image white(new am::ImageObject());
     white->resize(1, 1);
@@ -239,12 +240,16 @@ TEST_F(FontTest, LeavesEveryStateAsItWas)
     // A textured rectangle after the text looks as it does without the text.
     const auto drawAround = [&](const std::string& text) {
         return pictureOf([&] {
-            mDisplay->setTexture(texture, 0);
             mDisplay->setTexture(texture, 3);
+            mDisplay->setTexture(texture, 0);
             Draw::setTexturing(true);
             Draw::setColor({0.2f, 0.4f, 0.6f, 0.5f});
             moveTo({3, 4, 0});
             mFont.draw(text, {1, 1}, {1, 0, 0, 1});
+            GLint bound = -1;
+            glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+            EXPECT_EQ(bound, 0);
+            mDisplay->setTexture(texture, 0);
             Draw::drawBox(-40, -30, 40, 30, Draw::SOLID);
         });
     };

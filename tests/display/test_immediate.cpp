@@ -61,9 +61,7 @@ protected:
 /** Hands vertices to the driver one by one, after the state that was asked for. */
 void drawPlainly(GLenum primitive, const std::vector<Vector3f>& points)
 {
-    Draw::flush();
-    const auto color = Immediate::live().color();
-    glColor4f(color[0], color[1], color[2], color[3]);
+    Immediate::live().flushWithColor();
     glBegin(primitive);
     for (const Vector3f& point : points)
         glVertex3fv(point);
@@ -350,6 +348,15 @@ TEST_F(ImmediateTest, DropsWhatTheDriverRefusesAndGoesOn)
         << message;
 
     Draw::setLineWidth(1.0f);
+    Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
+    Draw::flush();
+    Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
+    glEnable(GL_NONE); // leaves an error
+    EXPECT_NE(test::thrownMessage([] { Draw::flush(); }).find("Line: glPushClientAttrib("),
+              std::string::npos);
+    GLint pushed = -1;
+    glGetIntegerv(GL_CLIENT_ATTRIB_STACK_DEPTH, &pushed);
+    EXPECT_EQ(pushed, 0);
     EXPECT_EQ(arraysOf([] { Draw::drawBox(1, 1, 5, 5, Draw::SOLID); }), 1u);
 }
 
