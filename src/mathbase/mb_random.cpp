@@ -24,6 +24,11 @@ Vector3f fromAngles(float cosTheta, float phi)
 
 std::uint32_t initialSeed()
 {
+    return initialSeed(static_cast<std::uint32_t>(std::clock()));
+}
+
+std::uint32_t initialSeed(std::uint32_t otherwise)
+{
     const char* text = std::getenv("CADENZA_SEED");
     if (text != nullptr) {
         std::uint32_t seed = 0;
@@ -33,7 +38,7 @@ std::uint32_t initialSeed()
             return seed;
         ZVX_LOG("log", "app", "CADENZA_SEED is no unsigned 32-bit number: \"%s\"", text);
     }
-    return static_cast<std::uint32_t>(std::clock());
+    return otherwise;
 }
 
 void RandomGen_Rand::setSeed(std::uint32_t seed)

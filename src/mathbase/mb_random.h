@@ -12,9 +12,12 @@ namespace zavex::mathbase {
 
 /**
  * The seed that generators start from: the environment variable CADENZA_SEED, read as an unsigned
- * decimal number, so that a run can be repeated; else the processor clock count, so that runs
- * differ. A variable that is no such number is logged and does not count.
+ * decimal number, so that a run can be repeated; else `otherwise`. A variable that is no such
+ * number is logged and does not count.
  */
+std::uint32_t initialSeed(std::uint32_t otherwise);
+
+/** As above; else the processor clock count, so that runs differ. */
 std::uint32_t initialSeed();
 
 /** What single precision draws in [0, 1) are cut at. */

@@ -175,7 +175,7 @@ TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
     const auto seedWith = [](const char* text) {
         test::clearLog();
         setenv("CADENZA_SEED", text, 1);
-        const std::uint32_t seed = initialSeed();
+        const std::uint32_t seed = initialSeed(77);
         unsetenv("CADENZA_SEED");
         return seed;
     };
@@ -184,7 +184,7 @@ TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
         EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 0);
     }
     for (const char* bad : {"4294967296", "-1", "12x", ""}) {
-        seedWith(bad);
+        EXPECT_EQ(seedWith(bad), 77u);
         EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 1) << bad;
     }
 }
