@@ -44,8 +44,10 @@
 #include "xml/xml_iteratorconst.h"
 #include "xml/xml_parser.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <utility>
 
 namespace zavex::vellum {
@@ -130,7 +132,7 @@ void registerControls()
 
 Vellum::Vellum(display::DisplayGL* newDisplay) : Listener(newDisplay)
 {
-    std::srand(mathbase::initialSeed());
+    std::srand(mathbase::initialSeed(static_cast<std::uint32_t>(std::time(nullptr))));
     mWorkspace.setDisplay(display);
     fillWindow();
     registerControls();

@@ -30,7 +30,8 @@ class Vellum : public display::Listener {
 public:
     /**
      * Becomes the last listener of `display`, which must not be null, makes all control types known
-     * to the factory and seeds the C random generator (`mathbase::initialSeed`).
+     * to the factory and seeds the C random generator: with `mathbase::initialSeed`, which is the
+     * current time here where the environment asks for nothing.
      */
     explicit Vellum(display::DisplayGL* display);
     Vellum(const Vellum&) = delete;

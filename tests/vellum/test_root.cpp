@@ -12,6 +12,8 @@
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -117,6 +119,19 @@ std::string summary(const Event& event)
 void press(display::DisplayGLFW& display)
 {
     display.onMouseButton(GLFW_MOUSE_BUTTON_LEFT, GLFW_PRESS);
+}
+
+TEST_F(RootTest, SeedsTheRandomGeneratorWithTheTime)
+{
+    const std::time_t before = std::time(nullptr);
+    const Vellum other(&mDisplay);
+    const int drawn = std::rand();
+    bool isOfATime = false;
+    for (std::time_t time = before; time <= std::time(nullptr) && !isOfATime; ++time) {
+        std::srand(static_cast<unsigned>(time));
+        isOfATime = std::rand() == drawn;
+    }
+    EXPECT_TRUE(isOfATime);
 }
 
 TEST_F(RootTest, EventsCarryWhatTheDisplayReports)
