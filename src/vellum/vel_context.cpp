@@ -190,8 +190,11 @@ void Context::setColors(const style& owner)
     mStyle = owner;
     if (owner.mText.mHighlight1.w == 0.0f)
         mStyle.mText.mHighlight1 = owner.mCaption.mColor1;
-    if (owner.mText.mHighlight2.w == 0.0f)
-        mStyle.mText.mHighlight2 = pick(owner.mCaption, Look::HOVERED).first;
+    if (owner.mText.mHighlight2.w == 0.0f && owner.mCaption.mColor1.w > 0.0f) {
+        mStyle.mBack.mHighlight1 = owner.mCaption.mColor1;
+        mStyle.mBack.mHighlight2 = owner.mCaption.mColor2;
+        mStyle.mText.mHighlight2 = owner.mBack.mColor1;
+    }
     for (Control* option : mOrder)
         if (auto* submenu = dynamic_cast<Context*>(option))
             submenu->setColors(owner);

@@ -74,8 +74,8 @@ public:
 
     /**
      * Takes over the colours of an owner, for the submenus too. Where the owner's text has none for
-     * them, the marked row is written in the colour of its marks (`mCaption`) and the selected row
-     * in the hovered one.
+     * them, the marked row is written in the colour of its marks (`mCaption`), and the selected row
+     * in that of its body (`mBack`) on the colours of its marks.
      */
     void setColors(const style& owner);
 

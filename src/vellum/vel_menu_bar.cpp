@@ -168,10 +168,14 @@ void MenuBar::drawTitle(std::size_t index, const Area& area)
             Area(title.mMin.x - margin, title.mMin.y, title.mMax.x + margin, title.mMax.y),
             Render::GRADIENT_VERTICAL);
     }
-    drawLabel(
-        render, mStyle, mMenu[index]->getCaption(),
-        {Vector2f(title.mMin.x, title.getCenter().y), title.getWidth(), display::Font::ALIGN_LEFT},
-        look);
+    // As a row of a menu: text on the mark has a colour of its own, where there is one.
+    const ColorPair text = pick(mStyle.mText, mInactive ? Look::INACTIVE : Look::NORMAL);
+    const bool onMark = marked && mStyle.mText.mHighlight2.w > 0.0f;
+    const style::Color& color = onMark ? mStyle.mText.mHighlight2 : text.first;
+    render.setColor(color, color);
+    render.setAlign(display::Font::ALIGN_LEFT);
+    render.drawText(mMenu[index]->getCaption(), Vector2f(title.mMin.x, title.getCenter().y));
+    render.setAlign(display::Font::ALIGN_CENTER);
 }
 
 } // namespace zavex::vellum

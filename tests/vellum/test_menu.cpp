@@ -140,7 +140,7 @@ TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
     auto* bar = new MenuBar;
     screen.addControl(bar);
     loadFrom(*bar, R"(<vellum><menubar><color name="text.color" first="ff0000"/>
-        <color name="caption.highlight" first="00ff00"/><area width="400" height="20"/>
+        <color name="back.color" first="00ff00"/><area width="400" height="20"/>
         <item caption="file"><item caption="quit"/><item caption="recent"><item caption="a.xml"/>
         </item></item><item caption="edit"><color name="text.color" first="0000ff"/>
         <item caption="undo"/></item></menubar></vellum>)");
@@ -161,6 +161,19 @@ TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
     });
     drawMenu();
     EXPECT_EQ(colorOf(screen.render, "undo"), mathbase::Vector4f(0, 0, 1, 1));
+}
+
+TEST(MenuBar, WritesTheMarkedTitleAsAMarkedRow)
+{
+    MenuBarTree tree;
+    loadFrom(*tree.bar, R"(<vellum><menubar><color name="text.color" first="ff0000"/>
+        <color name="text.highlight" first="ffffff" second="0000ff"/></menubar></vellum>)");
+    perform(tree.screen, {
+                             {MOVE, FILE_TITLE, ""}
+    });
+    tree.bar->draw(tree.bar->getArea(), tree.screen.getArea(), tree.screen.getArea());
+    EXPECT_EQ(colorOf(tree.screen.render, "file"), mathbase::Vector4f(0, 0, 1, 1));
+    EXPECT_EQ(colorOf(tree.screen.render, "edit"), mathbase::Vector4f(1, 0, 0, 1));
 }
 
 /**
