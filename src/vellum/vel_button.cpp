@@ -77,6 +77,10 @@ void Button::draw(Area area, Area parent, Area clip)
         drawFace(inner);
         drawCaption(area.getCenter());
     }
+    if (hasKeyboardFocus(*this) && mStyle.mCaption.mBorder1.w > 0.0f) {
+        getRender().setColor(mStyle.mCaption.mBorder1, mStyle.mCaption.mBorder2);
+        getRender().drawBorder(clip);
+    }
     Control::draw(area, parent, clip);
 }
 

@@ -18,11 +18,13 @@ constexpr float WHOLE_DRAG = 100.0f; // pixels from 0 to 1
 
 // A ring of dots shows the value, a larger dot on the body points at it.
 constexpr int LAST_DOT = 10;
-constexpr float DOT_SIZE = 2.0f;      // pixels
-constexpr float BODY_RADIUS = 0.7f;   // of the knob's
-constexpr float POINTER_AT = 0.68f;   // of the body's radius
-constexpr float POINTER_SIZE = 0.16f; // of the body's radius
-constexpr float FIRST_TURN = -0.375f; // whole turns clockwise from the top
+constexpr float DOT_RADIUS = 1.0f;     // pixels
+constexpr float LIT_DOT_RADIUS = 1.6f; // pixels
+constexpr float RIM = 1.25f;           // pixels
+constexpr float BODY_RADIUS = 0.7f;    // of the knob's
+constexpr float POINTER_AT = 0.68f;    // of the body's radius
+constexpr float POINTER_SIZE = 0.16f;  // of the body's radius
+constexpr float FIRST_TURN = -0.375f;  // whole turns clockwise from the top
 constexpr float TURNS = 0.75f;
 
 Render::Area circleAround(Vector2f centre, float radius)
@@ -37,12 +39,15 @@ Vector2f pointAt(Vector2f centre, float radius, float value)
     return {centre.x + radius * std::sin(angle), centre.y - radius * std::cos(angle)};
 }
 
-/** A small square on whole pixels. */
-Render::Area dotAt(Vector2f point)
+/** A circle whose edge fades within a pixel: translucent layers that add up to even steps. */
+void fillSmoothCircle(Render& render, style::Color color, Vector2f centre, float radius)
 {
-    const Vector2f corner(std::round(point.x - DOT_SIZE / 2.0f),
-                          std::round(point.y - DOT_SIZE / 2.0f));
-    return {corner.x, corner.y, corner.x + DOT_SIZE, corner.y + DOT_SIZE};
+    constexpr int LAYERS = 4;
+    for (int left = LAYERS; left > 0; --left) {
+        color.w = 1.0f / static_cast<float>(left);
+        const float outwards = (static_cast<float>(left) - 0.5f) / LAYERS - 0.5f;
+        fillCircle(render, {color, color}, circleAround(centre, std::max(radius + outwards, 0.0f)));
+    }
 }
 
 } // namespace
@@ -73,18 +78,20 @@ void Knob::draw(Area area, Area parent, Area clip)
     const Vector2f centre = area.getCenter();
     const float radius = std::min(area.getWidth(), area.getHeight()) / 2.0f;
     const float body = BODY_RADIUS * radius;
+    const style::Color& mark = pick(mStyle.mCaption, state).first;
 
     const auto lastLit = static_cast<int>(std::lround(getValue() * LAST_DOT));
     for (int i = 0; i <= LAST_DOT; ++i) {
         const float at = static_cast<float>(i) / static_cast<float>(LAST_DOT);
-        fillBox(render, pick(mStyle.mCaption, i <= lastLit ? state : Look::INACTIVE),
-                dotAt(pointAt(centre, radius - DOT_SIZE, at)));
+        const bool lit = i <= lastLit;
+        fillSmoothCircle(render, lit ? mark : mStyle.mBack.mBorder1,
+                         pointAt(centre, radius - 2.0f * DOT_RADIUS, at),
+                         lit ? LIT_DOT_RADIUS : DOT_RADIUS);
     }
-    fillCircle(render, {border.mBorder1, border.mBorder2}, circleAround(centre, body));
-    fillCircle(render, pick(mStyle.mBack, state),
-               circleAround(centre, std::max(body - 1.0f, 0.0f)));
-    fillCircle(render, pick(mStyle.mCaption, state),
-               circleAround(pointAt(centre, POINTER_AT * body, getValue()), POINTER_SIZE * body));
+    fillSmoothCircle(render, border.mBorder1, centre, body);
+    fillSmoothCircle(render, pick(mStyle.mBack, state).first, centre, body - RIM);
+    fillSmoothCircle(render, mark, pointAt(centre, POINTER_AT * body, getValue()),
+                     POINTER_SIZE * body);
     Widget::draw(area, parent, clip);
 }
 

@@ -209,6 +209,8 @@ void RadioButton::drawRow(const Area& row, int index)
 {
     const Option& option = mOptions[static_cast<std::size_t>(index)];
     const Look look = rowLook(index);
+    if (look == Look::HOVERED)
+        fillBox(getRender(), pick(mStyle.mBack, look), row);
     const float middle = row.getCenter().y;
     const float left = row.mMin.x + MARK_LEFT;
     const Area box(left, middle - MARK_SIZE / 2.0f, left + MARK_SIZE, middle + MARK_SIZE / 2.0f);

@@ -93,6 +93,19 @@ TEST_F(ButtonTest, IgnoresOtherButtonsAndPressesWhileInactiveOrHidden)
     EXPECT_EQ(actions(), "");
 }
 
+TEST_F(ButtonTest, IsFramedWhileItHasTheFocusIfItsStyleSays)
+{
+    for (const char* const style : {"", "<color name='caption.border' first='38d6ff'/>"}) {
+        loadFrom(*button, std::string("<vellum><button>") + style + "</button></vellum>");
+        for (const bool focused : {true, false}) {
+            focused ? button->setFocus(nullptr) : root.clearFocus();
+            root.render.clear();
+            button->draw(button->getArea(), root.getArea(), button->getArea());
+            EXPECT_EQ(root.render.borders.size(), focused && *style ? 1u : 0u) << style;
+        }
+    }
+}
+
 TEST_F(ButtonTest, ReadsItsAttributes)
 {
     loadFrom(*button, "<vellum><button caption='go' toggled='true'>"
