@@ -76,10 +76,10 @@ bool BoxView::isEmptyAt(Vector2f point) const
     });
 }
 
-/** Lines as boxes one pixel wide, in the colours of the border. */
+/** Lines as boxes one pixel wide, fainter than the borders of what stands on them. */
 void BoxView::drawGrid(const Area& area, const Area& clip)
 {
-    const ColorPair colors{mStyle.mBack.mBorder1, mStyle.mBack.mBorder2};
+    const ColorPair colors = pick(mStyle.mBack, Look::PRESSED);
     const Vector2f origin = area.mMin - mOffset;
     for (const int axis : {0, 1}) {
         const float start = std::ceil((clip.mMin[axis] - origin[axis]) / GRID);

@@ -46,7 +46,7 @@ style widgetStyle()
 {
     style colors;
     style::colorInfo& body = colors.mBack;
-    setFlat(body.mBorder1, body.mBorder2, 0x2a2e38);
+    setFlat(body.mBorder1, body.mBorder2, 0x6f7788);
     setFlat(body.mColor1, body.mColor2, 0x1b1e26);
     setFlat(body.mHighlight1, body.mHighlight2, 0x242833);
     setFlat(body.mPushed1, body.mPushed2, 0x2f3542);
@@ -57,10 +57,10 @@ style widgetStyle()
     setFlat(mark.mColor1, mark.mColor2, 0x38d6ff);
     setFlat(mark.mHighlight1, mark.mHighlight2, 0x7be5ff);
     setFlat(mark.mPushed1, mark.mPushed2, 0xff9a3c);
-    setFlat(mark.mInactive1, mark.mInactive2, 0x3a4150);
+    setFlat(mark.mInactive1, mark.mInactive2, 0x828a9a);
 
     setFlat(colors.mText.mColor1, colors.mText.mColor2, 0xd7dbe6);
-    setFlat(colors.mText.mInactive1, colors.mText.mInactive2, 0x6b7280);
+    setFlat(colors.mText.mInactive1, colors.mText.mInactive2, 0x828a9a);
     return colors;
 }
 
