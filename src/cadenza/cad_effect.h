@@ -52,6 +52,7 @@ public:
     /** Also while the header or a handle is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
     int handleEvent(vellum::Event& event) override;
+    void letGo() override;
 
     /** Draws the bar. */
     void draw(Area area, Area parent, Area clip) override;

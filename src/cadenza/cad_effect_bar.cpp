@@ -69,6 +69,12 @@ int Effect::handleEvent(vellum::Event& event)
     return handled;
 }
 
+void Effect::letGo()
+{
+    mMouseDown = false;
+    LayoutStack::letGo();
+}
+
 void Effect::draw(Area area, Area parent, Area clip)
 {
     vellum::Render& render = getRender();

@@ -148,6 +148,12 @@ int Color::handleEvent(vellum::Event& event)
     return handled;
 }
 
+void Color::letGo()
+{
+    mPushed = false;
+    Control::letGo();
+}
+
 void Color::draw(Area area, Area /*parent*/, Area clip)
 {
     followPicker();

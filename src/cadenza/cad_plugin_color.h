@@ -64,6 +64,7 @@ public:
     /** Also while a key is dragged or under the pointer. */
     bool acceptEvents(vellum::Event& event) override;
     int handleEvent(vellum::Event& event) override;
+    void letGo() override;
     void draw(Area area, Area parent, Area clip) override;
 
 private:

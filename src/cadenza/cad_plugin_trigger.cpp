@@ -204,6 +204,12 @@ int Trigger::handleEvent(vellum::Event& event)
     return handled;
 }
 
+void Trigger::letGo()
+{
+    mPushed = false;
+    Control::letGo();
+}
+
 void Trigger::draw(Area area, Area, Area clip)
 {
     drawBack(area);

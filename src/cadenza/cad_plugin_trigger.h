@@ -55,6 +55,7 @@ public:
     /** Also while a bar is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
     int handleEvent(vellum::Event& event) override;
+    void letGo() override;
     void draw(Area area, Area parent, Area clip) override;
 
 private:

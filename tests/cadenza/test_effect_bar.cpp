@@ -184,6 +184,16 @@ TEST(EffectDrag, ChangesTheSpan)
     }
 }
 
+TEST(EffectBar, DragEndsWhenTheTimelineIsHidden)
+{
+    Timeline timeline;
+    timeline.drag({50, 10}, {60, 10});
+    timeline.effects->setVisible(false);
+    timeline.effects->setVisible(true);
+    timeline.mouse.moveTo(Vector2f(90, 10) + ORIGIN);
+    EXPECT_EQ(timeline.span(), "3 to 9");
+}
+
 TEST(EffectBar, DragWidensTheLanesAndKeepsTheirPlaces)
 {
     Timeline timeline(2.0f, 8.0f);
