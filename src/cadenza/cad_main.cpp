@@ -178,6 +178,7 @@ void Cadenza::run()
     rehearseEffects();
     if (isQuitSignalled())
         return;
+    std::printf("\n---\n");
     startTime();
     runFrames();
 }
@@ -228,7 +229,6 @@ void Cadenza::setupEffects()
             return;
         effect->setup();
     }
-    std::printf("\n---\n");
 }
 
 /** A recording need not: it waits for each frame as long as it takes. */
