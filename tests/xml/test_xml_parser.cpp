@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <iterator>
 #include <random>
 #include <sstream>
@@ -31,18 +32,13 @@ std::string rewritten(const std::string& text)
     return written(parser, "");
 }
 
-const std::string SCRIPT = "<?xml version=\"1.0\"?>\n"
-                           "\n"
-                           "<effect type=\"plasma\" name=\"one\">\n"
-                           "\t<option enabled=\"on\"/>\n"
-                           "\t<time start=\"1.5\" end=\"20\"/>\n"
-                           "\t<plugin name=\"beat\">\n"
-                           "\t\t<key time=\"0\" value=\"-1e-05\"/>\n"
-                           "\t\t<group/>\n"
-                           "\t\t<!-- tuned\n\tby ear -->\n"
-                           "\t</plugin>\n"
-                           "\t<plugin name=\"a &amp; b\"/>\n"
-                           "</effect>\n";
+std::string readFile(const char* name)
+{
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+const std::string SCRIPT = readFile(CADENZA_TEST_SOURCE_DIR "/script.xml");
 
 TEST(Document, IsWrittenByteForByteAsItWasRead)
 {
