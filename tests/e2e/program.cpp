@@ -2,6 +2,8 @@
 
 #include "common/zvx_system.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -69,6 +71,15 @@ std::string readAll(int descriptor)
 }
 
 } // namespace
+
+bool isReplaced(const Files::value_type& found, const Files::value_type& before,
+                const Files::value_type& after)
+{
+    const bool isNew = found.second == after.second;
+    EXPECT_TRUE(isNew || found.second == before.second)
+        << found.first << " has " << found.second.size() << " bytes";
+    return isNew;
+}
 
 Files filesIn(const TemporaryFolder& folder, const std::string& part)
 {
@@ -138,6 +149,11 @@ Program::Program(const fs::path& folder, const Environment& environment,
         execute({executable}, environment);
     }
 }
+
+Program::Program(const fs::path& folder, const VirtualScreen& screen, Environment more,
+                 std::optional<std::size_t> fileSize, const std::string& executable)
+    : Program(folder, (more.emplace_back("DISPLAY", screen.display()), more), fileSize, executable)
+{}
 
 Program::~Program()
 {
@@ -212,15 +228,10 @@ std::string Program::output() const
     return text + mPartial;
 }
 
-Keyboard::Keyboard(const VirtualScreen& screen, const std::string& title)
-    : mDisplay(screen.display())
+Keyboard::Keyboard(const VirtualScreen& screen, const std::string& title) : mScreen(screen)
 {
-    runProgram(
-        {
-            "timeout", "60", "xdotool", "search", "--sync", "--onlyvisible", "--name", title,
-            "windowfocus", "--sync"
-    },
-        {{"DISPLAY", mDisplay}});
+    runOnScreen(screen, {"timeout", "60", "xdotool", "search", "--sync", "--onlyvisible", "--name",
+                         title, "windowfocus", "--sync"});
 }
 
 void Keyboard::press(const std::string& keys) const
@@ -232,16 +243,14 @@ void Keyboard::press(const std::string& keys) const
         const std::string key = keys.substr(plus + 1);
         command = {"xdotool", "keydown", modifier, "key", key, "keyup", modifier};
     }
-    runProgram(command, {
-                            {"DISPLAY", mDisplay}
-    });
+    runOnScreen(mScreen, command);
 }
 
 Files record(const TemporaryFolder& show, const VirtualScreen& screen)
 {
-    Program program(show.path(), {
-                                     {"DISPLAY",      screen.display()},
-                                     {"CADENZA_SEED", "7"             }
+    Program program(show.path(), screen,
+                    {
+                        std::pair{"CADENZA_SEED", "7"}
     });
     if (program.waitForEnd(240.0) != 0)
         throw Exception("The recording does not end well:\n%s", program.output().c_str());
@@ -268,6 +277,13 @@ std::string runProgram(const std::vector<std::string>& arguments, const Environm
     if (statusOf(wait) != 0)
         throw Exception("'%s' ended with status %d", arguments[0].c_str(), statusOf(wait));
     return text;
+}
+
+std::string runOnScreen(const VirtualScreen& screen, const std::vector<std::string>& arguments)
+{
+    return runProgram(arguments, {
+                                     std::pair{"DISPLAY", screen.display()}
+    });
 }
 
 } // namespace zavex::test

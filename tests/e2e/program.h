@@ -17,6 +17,16 @@ using Environment = std::vector<std::pair<std::string, std::string>>;
 /** Files by name, in order, and what they hold. */
 using Files = std::vector<std::pair<std::string, std::string>>;
 
+/** Sections of a setup file: the show ends by itself after one frame, as if Escape had been
+ * pressed. */
+inline constexpr const char* ONE_FRAME =
+    R"(<display width="16" height="12" title="short"/><music mute="nosound"/>)"
+    R"(<dump name="frames/shot.png" rate="25" length="0.04"/>)";
+
+/** Checks that a file is as before or as after. @return whether it is as after. */
+bool isReplaced(const Files::value_type& found, const Files::value_type& before,
+                const Files::value_type& after);
+
 /** Those below `part` of a folder, named from there on. */
 Files filesIn(const TemporaryFolder& folder, const std::string& part);
 
@@ -69,6 +79,10 @@ public:
     Program(const std::filesystem::path& folder, const Environment& environment,
             std::optional<std::size_t> fileSize = std::nullopt,
             const std::string& executable = CADENZA_PROGRAM);
+    /** On a screen. @param more  Of the environment. */
+    Program(const std::filesystem::path& folder, const VirtualScreen& screen, Environment more = {},
+            std::optional<std::size_t> fileSize = std::nullopt,
+            const std::string& executable = CADENZA_PROGRAM);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
@@ -101,14 +115,15 @@ private:
 /** Sends real keys to the program's window, which must be the only one on its screen. */
 class Keyboard {
 public:
-    /** Waits for the window with this title, a minute at most, and gives it the keyboard. */
+    /** Waits for the window with this title, a minute at most, and gives it the keyboard. The
+       screen must outlive the object. */
     Keyboard(const VirtualScreen& screen, const std::string& title);
 
     /** Presses and releases a key, while at most one other is held: "space", "alt+Return". */
     void press(const std::string& keys) const;
 
 private:
-    std::string mDisplay;
+    const VirtualScreen& mScreen;
 };
 
 /**
@@ -119,5 +134,8 @@ Files record(const TemporaryFolder& show, const VirtualScreen& screen);
 
 /** Runs a program to its end. @return its standard output; throws when its status is not 0. */
 std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment);
+
+/** As `runProgram`, on a screen. */
+std::string runOnScreen(const VirtualScreen& screen, const std::vector<std::string>& arguments);
 
 } // namespace zavex::test

@@ -59,8 +59,9 @@ TEST_P(BadInputs, EndWithOneClearErrorAndLoseNothing)
     const auto before = show.scripts();
 
     const VirtualScreen screen;
-    Program program(show.path(), {
-                                     {"DISPLAY", input.hasScreen ? screen.display() : ""}
+    Program program(show.path(),
+                    {
+                        std::pair{"DISPLAY", input.hasScreen ? screen.display() : ""}
     });
     EXPECT_EQ(program.waitForEnd(), 1) << program.output();
     for (const char* part : input.said)
@@ -93,10 +94,9 @@ TEST_P(WithoutMusic, TheShowGoesOn)
     const ShowCopy show(R"(<display width="160" height="120" title="silent"/><music filename=")" +
                         std::string(GetParam().song) + "\"/>");
     const VirtualScreen screen;
-    Program program(show.path(),
+    Program program(show.path(), screen,
                     {
-                        {"DISPLAY",        screen.display()  },
-                        {"ALSOFT_DRIVERS", GetParam().drivers}
+                        std::pair{"ALSOFT_DRIVERS", GetParam().drivers}
     });
     const Keyboard keyboard(screen, "silent");
     EXPECT_GE(program.waitForLine(GetParam().said), 0) << program.output();

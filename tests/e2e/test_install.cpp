@@ -20,10 +20,7 @@ const std::string SHOW = PREFIX + "/share/cadenza/demo";
 const std::string COPY = "a home/.local/share/cadenza/afterglow";
 const std::string SCRIPT = COPY + "/script/clear.clear.xml";
 
-/** Ends by itself after one frame, as if Escape had been pressed. */
-constexpr const char* ONE_FRAME =
-    R"(<demo><display width="16" height="12" title="install"/><music mute="nosound"/>)"
-    R"(<dump name="shot.png" rate="25" length="0.04"/></demo>)";
+const std::string SETTINGS = std::string("<demo>") + ONE_FRAME + "</demo>";
 
 /** What `cmake --install` puts in place, write-protected, and the home of a user. */
 class Installed : public testing::Test {
@@ -43,14 +40,12 @@ protected:
     /** Starts the launcher from somewhere else. */
     std::unique_ptr<Program> start(const std::string& home)
     {
-        return std::make_unique<Program>(
-            "/",
-            Environment{
-                {"DISPLAY",       mScreen.display()},
-                {"HOME",          mPlace.path(home)},
-                {"XDG_DATA_HOME", ""               }
-        },
-            std::nullopt, mPlace.path(PREFIX + "/bin/afterglow"));
+        const Environment user{
+            std::pair{"HOME",          mPlace.path(home)},
+            {"XDG_DATA_HOME", ""               }
+        };
+        return std::make_unique<Program>("/", mScreen, user, std::nullopt,
+                                         mPlace.path(PREFIX + "/bin/afterglow"));
     }
 
     /** @return What the launcher and the program print. */
@@ -67,7 +62,7 @@ protected:
 
 TEST_F(Installed, TheShowIsEditedInACopyThatIsRenewedUntilThen)
 {
-    mPlace.write(COPY + "/setup.local.xml", ONE_FRAME);
+    mPlace.write(COPY + "/setup.local.xml", SETTINGS);
     EXPECT_EQ(launch("a home", 0).find("Could not save"), std::string::npos);
     for (const auto& [name, content] : filesIn(mPlace, SHOW))
         EXPECT_TRUE(mPlace.read(COPY + "/" + name) == content) << name;
@@ -97,7 +92,7 @@ TEST_F(Installed, TheShowIsEditedInACopyThatIsRenewedUntilThen)
 
 TEST_F(Installed, AnOpenCopyIsPlayedAndNeverRenewed)
 {
-    mPlace.write(COPY + "/setup.local.xml", ONE_FRAME);
+    mPlace.write(COPY + "/setup.local.xml", SETTINGS);
     const auto first = start("a home");
     const auto second = start("a home");
     EXPECT_EQ(first->waitForEnd(), 0) << first->output();

@@ -54,9 +54,9 @@ TEST(Package, PlaysTheArchivesSongButNotItsScripts)
     const PackagedShow package(R"(<display width="160" height="120" title="package"/>)");
     fs::remove(package.path("script/flash.flash.xml"));
     const VirtualScreen screen;
-    Program program(package.path(), {
-                                        {"DISPLAY",        screen.display()},
-                                        {"ALSOFT_DRIVERS", "null"          }
+    Program program(package.path(), screen,
+                    {
+                        std::pair{"ALSOFT_DRIVERS", "null"}
     });
     ASSERT_GE(program.waitForLine("---"), 0) << program.output();
     const Keyboard keyboard(screen, "package");

@@ -41,11 +41,7 @@ TEST(Recording, AFullDiskLosesFramesAndSaysHowMany)
                         R"(<music mute="nosound"/>)");
     const auto before = show.scripts();
     constexpr std::size_t LARGEST_FILE = 100; // bytes: no picture and no script fits
-    Program program(show.path(),
-                    {
-                        {"DISPLAY", screen.display()}
-    },
-                    LARGEST_FILE);
+    Program program(show.path(), screen, {}, LARGEST_FILE);
     EXPECT_EQ(program.waitForEnd(), 0) << program.output();
     EXPECT_NE(program.output().find("5 frames"), std::string::npos) << program.output();
     EXPECT_EQ(show.scripts(), before);
@@ -65,9 +61,7 @@ TEST(Recording, WhatStandsInItsPlaceElsewhereIsKept)
     elsewhere.write("shot.000002.png", "mine");
     for (const char* run : {"first", "over its own frames"}) {
         SCOPED_TRACE(run);
-        Program program(show.path(), {
-                                         {"DISPLAY", screen.display()}
-        });
+        Program program(show.path(), screen);
         EXPECT_EQ(program.waitForEnd(), 0) << program.output();
         EXPECT_NE(program.output().find(
                       "'./frames/shot.000002.png' is kept and the frame lost: Not a recorded"),
