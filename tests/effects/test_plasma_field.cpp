@@ -65,21 +65,5 @@ TEST(PlasmaField, StandsStillWithThePhaseAndGoesDarkWithoutGain)
         EXPECT_EQ(field.level(static_cast<int>(index)), 0.0f) << index;
 }
 
-TEST(PlasmaField, ADarkCellRestsAndEveryCellSwellsAboutTheMiddle)
-{
-    const PlasmaField field;
-    constexpr int CORNER = 0;
-    constexpr int INNER = 625 * 13 + 25 * 12 + 14;
-    const mathbase::Vector3f corner = field.cell(CORNER, 1.0f).position;
-    EXPECT_FLOAT_EQ(corner.x, -12.5f);
-    EXPECT_FLOAT_EQ(corner.z, -12.5f);
-    const mathbase::Vector3f inner = field.cell(INNER, 2.0f).position;
-    EXPECT_FLOAT_EQ(inner.x, 1.0f);
-    EXPECT_FLOAT_EQ(inner.y, -1.0f);
-    EXPECT_FLOAT_EQ(inner.z, 3.0f);
-    EXPECT_GE(field.cell(CORNER, 1.0f).brightness, -0.5f);
-    EXPECT_LE(field.cell(CORNER, 1.0f).brightness, 1.5f);
-}
-
 } // namespace
 } // namespace zavex::effects

@@ -3,6 +3,7 @@
 #include "effects_stage.h"
 
 #include "effects/ascii.h"
+#include "effects/flash.h"
 #include "effects/lightspeed.h"
 #include "effects/plasma.h"
 #include "effects/stars.h"
@@ -12,10 +13,8 @@
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
 
-#include <algorithm>
-#include <cmath>
+#include <array>
 #include <limits>
-#include <set>
 #include <span>
 
 namespace zavex::effects {
@@ -92,24 +91,6 @@ protected:
     Volumetric mVolumetric;
 };
 
-TEST_F(Scenes, StarsStandFarAwayAndNotBelowTheHorizon)
-{
-    prepareStars(0.0f);
-    float highest = 0.0f;
-    float brightest = 0.0f;
-    for (int i = 0; i < Stars::COUNT; ++i) {
-        const Star& star = mStars.stars()[i];
-        ASSERT_GE(star.mPos.y, 0.0f) << i;
-        ASSERT_NEAR(star.mPos.length(), 50000.0f, 1.0f) << i;
-        ASSERT_EQ(star.mColor.x, star.mColor.z) << i;
-        highest = std::max(highest, star.mPos.y);
-        brightest = std::max(brightest, star.mColor.x);
-    }
-    EXPECT_GT(highest, 49900.0f);
-    EXPECT_GT(brightest, 0.399f);
-    EXPECT_LE(brightest, 0.4f);
-}
-
 TEST_F(Scenes, StarsShineAsTheirCurveSays)
 {
     mCommon.from = {0.0f, 0.0f, 0.0f};
@@ -134,20 +115,6 @@ TEST_F(Scenes, StarsShineAsTheirCurveSays)
     }
 }
 
-TEST_F(Scenes, CharactersStartBelowTheirPlacesRowByRow)
-{
-    prepareAscii();
-    std::set<float> different;
-    for (int cell = 0; cell < Ascii::ROWS * Ascii::COLUMNS; ++cell) {
-        const float row = static_cast<float>(cell / Ascii::COLUMNS);
-        const float offset = mAscii.chars()[cell].mOffset;
-        ASSERT_GE(offset, 0.5f * row) << cell;
-        ASSERT_LT(offset, 0.5f * row + 0.5f) << cell;
-        different.insert(offset);
-    }
-    EXPECT_GT(different.size(), 1800u);
-}
-
 TEST_F(Scenes, CharactersSlideIntoThePicture)
 {
     prepareAscii();
@@ -162,47 +129,12 @@ TEST_F(Scenes, CharactersSlideIntoThePicture)
 
 TEST_F(Scenes, StreaksFlyOnlyWhileTimeGoesOn)
 {
-    struct Row {
-        float delta;
-        bool moves;
-    };
     prepareLightspeed();
-    for (const Row& row : {
-             Row{0.0f,   false},
-             Row{-0.04f, false},
-             Row{0.04f,  true },
-             Row{0.99f,  true },
-             Row{1.0f,   false},
-             Row{7.0f,   false}
-    }) {
+    for (const float delta : {0.0f, -0.04f, 0.04f, 0.99f, 1.0f, 7.0f}) {
         const float before = mLightspeed.streaks()[5].mPos.z;
-        test::drawFrame(*mWindow, [&] { step(mLightspeed, 2.0f, row.delta); });
-        EXPECT_EQ(mLightspeed.streaks()[5].mPos.z != before, row.moves) << row.delta;
+        test::drawFrame(*mWindow, [&] { step(mLightspeed, 2.0f, delta); });
+        EXPECT_EQ(mLightspeed.streaks()[5].mPos.z != before, delta > 0.0f && delta < 1.0f) << delta;
     }
-}
-
-TEST_F(Scenes, StreaksComeInAgainAtTheFarEnd)
-{
-    prepareLightspeed();
-    int entered = 0;
-    for (int frame = 0; frame < 20; ++frame) {
-        std::vector<float> before;
-        for (int i = 0; i < Lightspeed::STREAKS; ++i)
-            before.push_back(mLightspeed.streaks()[i].mPos.z);
-        test::drawFrame(*mWindow, [&] { step(mLightspeed, 2.0f, FRAME); });
-        for (int i = 0; i < Lightspeed::STREAKS; ++i) {
-            const float flown = before[static_cast<std::size_t>(i)] - 34.0f * FRAME;
-            const float now = mLightspeed.streaks()[i].mPos.z;
-            if (flown >= 0.0f) {
-                ASSERT_NEAR(now, flown, 1e-4f);
-                continue;
-            }
-            ++entered;
-            ASSERT_GE(now, flown + 18.0f - 1e-4f);
-            ASSERT_LE(now, flown + 22.0f);
-        }
-    }
-    EXPECT_GT(entered, 500);
 }
 
 TEST_F(Scenes, TheFlightLooksAsItDid)
@@ -214,63 +146,16 @@ TEST_F(Scenes, TheFlightLooksAsItDid)
     EXPECT_TRUE(LOOKS_LIKE(pictureOf(mLightspeed, 47.0f), "lightspeed_greetings"));
 }
 
-TEST_F(Scenes, AHouseIsBuiltInThreeStages)
-{
-    struct Row {
-        float closeness;
-        Volumetric::Stages stages;
-    };
-    for (const Row& row : {
-             Row{0.0f,  {0.0f, 0.0f, 0.0f}},
-             Row{0.05f, {0.5f, 0.0f, 0.0f}},
-             Row{0.1f,  {1.0f, 0.0f, 0.0f}},
-             Row{0.2f,  {1.0f, 1.0f, 0.0f}},
-             Row{0.35f, {1.0f, 1.0f, 0.5f}},
-             Row{0.5f,  {1.0f, 1.0f, 1.0f}},
-             Row{1.0f,  {1.0f, 1.0f, 1.0f}},
-    }) {
-        const Volumetric::Stages stages = Volumetric::stagesAt(row.closeness);
-        EXPECT_NEAR(stages.volume, row.stages.volume, 1e-6f) << row.closeness;
-        EXPECT_NEAR(stages.body, row.stages.body, 1e-6f) << row.closeness;
-        EXPECT_NEAR(stages.outline, row.stages.outline, 1e-6f) << row.closeness;
-    }
-}
-
-TEST_F(Scenes, HousesLineBothSidesOfThePathInThreeRowsAndGrow)
-{
-    prepareVolumetric(bend());
-    for (int h = 0; h < Volumetric::HOUSES; ++h) {
-        const Star& house = mVolumetric.houses()[h];
-        const float share = static_cast<float>(h) / Volumetric::HOUSES;
-        const float path = 20.0f * (-0.2f + 0.5f * share);
-        const float row = static_cast<float>(h % 3) * 1.7f + 1.0f;
-        const float offset = (house.mPos.x - path) * (h % 2 == 0 ? 1.0f : -1.0f) / row;
-        ASSERT_GE(offset, 2.5f - 1e-3f) << h;
-        ASSERT_LE(offset, 4.0f + 1e-3f) << h;
-        ASSERT_NEAR(house.mPos.z, -100.0f + 200.0f * share, 1e-2f) << h;
-        const float growth = std::sin(0.5f * 3.14159265f * share);
-        ASSERT_GE(house.mSize.y, 0.5f * growth + 0.5f - 1e-4f) << h;
-        ASSERT_LE(house.mSize.y, 5.5f * growth + 0.5f + 1e-4f) << h;
-    }
-}
-
-TEST_F(Scenes, TheCameraFollowsThePathAndRestsAtItsEnd)
+TEST_F(Scenes, TheCameraRestsAtTheEndOfThePath)
 {
     prepareVolumetric(bend());
     const auto cameraAt = [&](float time) {
         test::drawFrame(*mWindow, [&] { step(mVolumetric, time, FRAME); });
-        return mCommon.from;
+        return mCommon.from.z;
     };
-    const auto middle = cameraAt(20.0f);
-    EXPECT_NEAR(middle.x, 1.0f, 1e-4f);
-    EXPECT_NEAR(middle.y, -18.0f, 1e-3f); // 20 * -0.92 + 0.4
-    EXPECT_NEAR(middle.z, 0.0f, 1e-4f);
-    EXPECT_NEAR(mCommon.to.z, 5.0f, 1e-3f);
-    EXPECT_NEAR(mCommon.to.y, -16.6f, 1e-3f);
-    EXPECT_NEAR(mCommon.roll, 8.0f * 0.5f * 0.0125f, 1e-5f);
-    const auto last = cameraAt(39.8f);
-    EXPECT_EQ(cameraAt(39.83f).z, last.z); // from 0.9955 of the span on
-    EXPECT_LT(cameraAt(10.0f).z, last.z);
+    const float last = cameraAt(39.8f);
+    EXPECT_EQ(cameraAt(39.83f), last); // from 0.9955 of the span on
+    EXPECT_LT(cameraAt(10.0f), last);
 }
 
 TEST_F(Scenes, TheRoadLooksAsItDid)
@@ -312,29 +197,23 @@ TEST_F(Scenes, EachLeavesItsStates)
     prepareAscii();
     prepareLightspeed();
     prepareVolumetric(bend());
-    cadenza::Effect* const additive[] = {&mAscii, &mLightspeed, &mVolumetric};
-    for (cadenza::Effect* effect : additive) {
+    const auto statesAfter = [&](cadenza::Effect& effect) {
+        Immediate::State state;
         test::drawFrame(*mWindow, [&] {
-            step(*effect, 4.0f, FRAME);
-            const Immediate::State& state = Immediate::live().state();
-            EXPECT_TRUE(state.blending) << effect->getName();
-            EXPECT_EQ(state.blendSource, BlendFactor::ONE) << effect->getName();
-            EXPECT_EQ(state.blendDestination, BlendFactor::ONE) << effect->getName();
-            EXPECT_EQ(state.blendEquation, BlendEquation::ADD) << effect->getName();
-            EXPECT_FALSE(state.texturing) << effect->getName();
-            EXPECT_FALSE(state.depthTest) << effect->getName();
-            EXPECT_FALSE(state.faceCulling) << effect->getName();
-            EXPECT_TRUE(state.depthWriting) << effect->getName();
+            step(effect, 4.0f, FRAME);
+            state = Immediate::live().state();
         });
-    }
-    test::drawFrame(*mWindow, [&] {
-        step(mStars, 4.0f, FRAME);
-        const Immediate::State& state = Immediate::live().state();
-        EXPECT_TRUE(state.blending && state.depthTest && state.faceCulling);
-        EXPECT_FALSE(state.depthWriting);
-        EXPECT_EQ(state.blendSource, BlendFactor::ONE);
-        EXPECT_EQ(state.blendDestination, BlendFactor::ONE);
-    });
+        EXPECT_EQ(state.blendSource, BlendFactor::ONE) << effect.getName();
+        EXPECT_EQ(state.blendDestination, BlendFactor::ONE) << effect.getName();
+        EXPECT_EQ(state.blendEquation, BlendEquation::ADD) << effect.getName();
+        return std::array{state.blending, state.depthWriting, state.depthTest, state.faceCulling,
+                          state.texturing};
+    };
+    for (cadenza::Effect* effect :
+         std::array<cadenza::Effect*, 3>{&mAscii, &mLightspeed, &mVolumetric})
+        EXPECT_EQ(statesAfter(*effect), (std::array{true, true, false, false, false}))
+            << effect->getName();
+    EXPECT_EQ(statesAfter(mStars), (std::array{true, false, true, true, false}));
 }
 
 TEST_F(Scenes, ASteadyFrameAllocatesNothing)
@@ -343,8 +222,13 @@ TEST_F(Scenes, ASteadyFrameAllocatesNothing)
     prepareAscii();
     prepareLightspeed();
     prepareVolumetric(bend());
-    for (cadenza::Effect* effect :
-         std::initializer_list<cadenza::Effect*>{&mStars, &mAscii, &mLightspeed, &mVolumetric}) {
+    Flash flash;
+    prepare(flash, "flash", flat("flash", 0.1f));
+    Plasma plasma;
+    prepare(plasma, "plasma", flat("stop", 0.5f) + flat("hammertime", 0.9f));
+    cadenza::Effect* const effects[] = {&mCommon,     &mClear, &mStars, &mAscii,      &mLightspeed,
+                                        &mVolumetric, &flash,  &plasma, &mPostProcess};
+    for (cadenza::Effect* effect : effects) {
         std::size_t allocations = 0;
         for (int frame = 1; frame <= 4; ++frame)
             test::drawFrame(*mWindow, [&] {
@@ -404,17 +288,6 @@ TEST_F(Scenes, ARehearsalMakesAllThatIsDrawnAndChangesNothing)
     };
     const Picture cells = cellsOf(twin);
     EXPECT_TRUE(test::isSamePicture(cellsOf(plasma), cells, {0.0, 0}));
-}
-
-TEST_F(Scenes, AMissingPictureIsNamed)
-{
-    am::ArchiveManager empty;
-    empty.addArchive("./");
-    mWindow->setArchive(&empty);
-    prepareAscii();
-    const std::string message = test::thrownMessage([&] { pictureOf(mAscii, 1.0f); });
-    EXPECT_NE(message.find("ascii/ascii.png"), std::string::npos) << message;
-    mWindow->setArchive(&mArchives);
 }
 
 TEST(BlendEquations, AreRequired)
