@@ -7,7 +7,6 @@
 #include "xml/xml_parser.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
@@ -19,8 +18,6 @@
 namespace zavex::cadenza {
 
 namespace {
-
-constexpr int DIGITS = 6; // significant ones of a saved number
 
 std::string bytesOf(const am::File& file)
 {
@@ -70,11 +67,9 @@ std::string asSaved(const std::string& value)
     const auto [rest, error] = std::from_chars(value.data(), end, number);
     if (error != std::errc() || rest != end || value.empty())
         return value;
-    std::array<char, 32> digits{};
-    const auto written =
-        std::to_chars(digits.data(), digits.data() + digits.size(),
-                      double{static_cast<float>(number)}, std::chars_format::general, DIGITS);
-    return {digits.data(), written.ptr};
+    xml::XmlTag tag;
+    tag.setValue("", double{static_cast<float>(number)});
+    return tag.getValue("");
 }
 
 /** A number for each element and each attribute below a root, by where it stands; sorted. */
