@@ -133,12 +133,6 @@ TEST_F(Editor, NamesTheControlThatIsOfAnotherKind)
     }
 }
 
-TEST_F(Editor, NeedsItsLayout)
-{
-    std::filesystem::remove("layout.xml");
-    EXPECT_EQ(openFailure(), "Could not find the file 'layout.xml'.");
-}
-
 TEST_F(Editor, CanDoWithoutTimelineAndWorkspace)
 {
     writeEditor(editorLayout("", "effects"));

@@ -1,5 +1,6 @@
 #include "cadenza/cad_plugin_color.h"
 #include "cadenza/plugin_body.h"
+#include "mathbase/near.h"
 #include "vellum/mouse.h"
 #include "vellum/probe.h"
 #include "vellum/vel_button.h"
@@ -20,30 +21,21 @@ namespace {
 using mathbase::Vector2f;
 using mathbase::Vector3f;
 using mathbase::Vector4f;
+using test::isNear;
 using vellum::test::Area;
 
 /** What a script holds for keys given as "time:red,green,blue". */
 std::string script(const std::string& keys)
 {
     std::string body;
-    std::istringstream words(keys);
-    for (std::string key; words >> key;) {
-        std::istringstream in(key);
-        std::string time, r, g, b;
-        std::getline(in, time, ':');
+    std::istringstream in(keys);
+    for (std::string time, r, g, b; std::getline(in, time, ':');) {
         std::getline(in, r, ',');
         std::getline(in, g, ',');
-        in >> b;
+        std::getline(in, b, ' ');
         body += "<key time=\"" + time + "\" r=\"" + r + "\" g=\"" + g + "\" b=\"" + b + "\"/>";
     }
     return body;
-}
-
-void expectNear(const Vector3f& actual, const Vector3f& expected)
-{
-    EXPECT_NEAR(actual.x, expected.x, 1e-5f) << "red";
-    EXPECT_NEAR(actual.y, expected.y, 1e-5f) << "green";
-    EXPECT_NEAR(actual.z, expected.z, 1e-5f) << "blue";
 }
 
 constexpr struct {
@@ -68,7 +60,7 @@ TEST(ColorPlugin, SpansTheEffect)
         Color color;
         test::loadBody(color, script(keys));
         color.setupControl(100.0f); // of an effect of ten seconds
-        expectNear(color.get(time), expected);
+        EXPECT_TRUE(isNear(color.get(time), expected));
     }
 }
 
@@ -264,7 +256,7 @@ TEST_F(LaneTest, RecoloursTheKeyUntilThePickerIsClosed)
     Color restarted;
     test::loadBody(restarted, test::savedBody(*color));
     restarted.setupControl(200.0f);
-    expectNear(color->get(3.0f), restarted.get(3.0f));
+    EXPECT_TRUE(isNear(color->get(3.0f), restarted.get(3.0f)));
 
     pick(80); // green
     draw();

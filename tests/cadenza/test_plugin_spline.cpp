@@ -25,9 +25,6 @@ const struct ValueCase {
     float time; // seconds
     float expected;
 } VALUE_CASES[] = {
-    {"NoKeysAreZero", "", 2.0f, 0.0f},
-    {"Middle", ramp(LINEAR), 2.0f, 0.5f},
-    {"End", ramp(LINEAR), 4.0f, 1.0f},
     {"ClimbsOnWithAdd", ramp(R"(<attributes type="linear" before="constant" after="add"/>)"), 6.0f, 1.5f},
     {"RepeatsBefore", ramp(R"(<attributes type="linear" before="repeat" after="constant"/>)"), -1.0f, 0.75f},
     {"ModesAreSmoothAndConstantByDefault", ramp(""), 6.0f, 1.0f},
@@ -86,26 +83,6 @@ TEST(Spline, WithoutWidthShowsItsStart)
     spline.setupControl(0.0f);
 
     EXPECT_EQ(spline.get(3.0f), 0.0f);
-}
-
-TEST(Spline, TheLaneEditsTheCurve)
-{
-    Spline spline;
-    spline.setupControl(WIDTH);
-    const auto send = [&](const char* type, mathbase::Vector2f position) {
-        vellum::Event event;
-        event.type = type;
-        event.mousePos = position;
-        event.key = display::KEY_INSERT;
-        spline.handleEvent(event);
-    };
-    send("keydown", {0.0f, 0.0f});
-    send("mousemove", {0.0f, 25.0f});
-    send("mousedown", {0.0f, 25.0f});
-    send("mousemove", {20.0f, 12.5f});
-
-    EXPECT_EQ(spline.get(1.0f), 0.5f);
-    EXPECT_NE(test::savedBody(spline).find(R"(<key time="0.5" value="0.5"/>)"), std::string::npos);
 }
 
 } // namespace

@@ -42,8 +42,6 @@ const FiringCase FIRING_CASES[] = {
     {"ActionsAddUp", R"(<action start="1"/><action start="1.5"/><action start="3"/>)", {{1.9f, 2}, {3.5f, 1}}},
     {"EmptyDelayAndRepeatAreOne", R"(<action start="1" delay="" repeat=""/>)", {{1.5f, 1}, {2.5f, 0}}},
     {"MissingStartIsZero", R"(<action delay="1" repeat="2"/>)", {{0.5f, 1}}},
-    {"RepeatIsHexadecimal", R"(<action start="0" delay="1" repeat="0x10"/>)", {{15.5f, 16}, {16.5f, 0}}},
-    {"RepeatIsOctal", R"(<action start="0" delay="1" repeat="010"/>)", {{7.5f, 8}, {8.5f, 0}}},
     {"NegativeRepeatIsNone", R"(<action start="0" repeat="-1"/>)", {{5.0f, 0}}},
     {"NoDelayFiresAllAtOnce", R"(<action start="1" delay="0" repeat="4"/>)", {{1.0f, 0}, {1.1f, 4}, {2.0f, 0}}},
     {"TinyDelayStaysInRange", R"(<action start="0" delay="1e-30" repeat="4"/>)", {{50.0f, 1000000001u}, {51.0f, 0}}},

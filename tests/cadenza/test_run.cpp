@@ -140,16 +140,22 @@ TEST_F(Run, RehearsesWhatTheSongWillShow)
 TEST_F(Run, ThatFailsSavesNothing)
 {
     const std::string script = R"(<effect><time start="0" end="60"/></effect>)";
+    const std::string settings = std::string("<demo>") + RECORDING + "</demo>";
     writeText(SCRIPT, script);
+    writeText("setup.local.xml", settings);
+    test::writeEditor();
+    start("");
+    effect->fails = true;
+    const vellum::ControlWatch watch(*effect.release()); // the timeline's from the start on
     const std::string message = test::thrownMessage([this] {
-        start(RECORDING);
-        effect->fails = true;
         const std::unique_ptr<OpenCadenza> failing = std::move(cadenza);
         failing->run();
     });
 
     EXPECT_EQ(message, "cannot go on");
+    EXPECT_TRUE(watch.isGone());
     EXPECT_EQ(readText(SCRIPT), script);
+    EXPECT_EQ(readText("setup.local.xml"), settings);
 }
 
 TEST_F(Run, ScriptsAreSavedUnlessTheSettingsAreBroken)
@@ -201,16 +207,6 @@ TEST_F(Timeline, HoldsTheEffectsInOrderUntilTheRunIsClosed)
     EXPECT_TRUE(secondWatch.isGone());
     EXPECT_TRUE(std::filesystem::exists("script/filler.other.xml"));
     EXPECT_NE(cadenza->mDisplay, nullptr);
-}
-
-TEST_F(Timeline, ReleasesItsEffectsWhenTheRunFails)
-{
-    const vellum::ControlWatch watch(*cadenza->mEffect.front());
-    static_cast<Filler*>(cadenza->mEffect.front())->fails = true;
-    EXPECT_EQ(test::thrownMessage([this] { cadenza->run(); }), "cannot go on");
-    EXPECT_FALSE(watch.isGone());
-    cadenza.reset();
-    EXPECT_TRUE(watch.isGone());
 }
 
 TEST_F(Timeline, LeavesTheEffectsToTheProgramWhenItWasNotBuilt)

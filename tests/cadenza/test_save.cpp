@@ -207,15 +207,5 @@ TEST_F(SettingsFile, ThatWereChangedMeanwhileStayAndCommentsOutsideAreKeptInACop
               R"(<demo><time start="3.00" mode="vsync" loop="off"/></demo>)");
 }
 
-TEST_F(SettingsFile, OfARunThatFailedIsLeftAlone)
-{
-    const std::string before = "<demo><time/></demo>";
-    writeText(LOCAL, before);
-    EXPECT_EQ(
-        test::thrownMessage([] { session([](OpenCadenza&) { throw Exception("cannot go on"); }); }),
-        "cannot go on");
-    EXPECT_EQ(readText(LOCAL), before);
-}
-
 } // namespace
 } // namespace zavex::cadenza

@@ -40,18 +40,35 @@ protected:
     std::unique_ptr<OpenCadenza> cadenza;
 };
 
-TEST_F(Setup, TimeSetsStartLoopAndPace)
-{
-    configure(R"(<time start="12.5" loop="on" mode="vsync"/>)");
-    EXPECT_EQ(cadenza->getStartTime(), 12.5f);
-    EXPECT_TRUE(cadenza->mLoop);
-    EXPECT_EQ(cadenza->mFpsMode, WindowMode::FPS_VSYNC);
-    EXPECT_FALSE(configure(R"(<time loop="On"/>)").mLoop);
+// clang-format off
+constexpr struct SectionCase {
+    const char* sections;
+    bool (*holds)(const OpenCadenza& it);
+} SECTION_CASES[] = {
+    {R"(<time start="12.5" loop="on" mode="vsync"/>)",
+     [](auto& it) { return it.mStartTime == 12.5f && it.mLoop && it.mFpsMode == WindowMode::FPS_VSYNC; }},
+    {R"(<time loop="On"/>)", [](auto& it) { return !it.mLoop; }},
+    {R"(<time mode="vsync" start="3" loop="on"/><time/>)",
+     [](auto& it) { return it.mStartTime == 0.0f && !it.mLoop && it.mFpsMode == WindowMode::FPS_VARIABLE; }},
+    {R"(<display width="0x400" height="01400" fullscreen="on" title="a b"/>)",
+     [](auto& it) { return it.mFoundDisplay && it.mWidth == 1024 && it.mHeight == 768 && it.mFullscreen && it.mTitle == "a b"; }},
+    {"<display/>", [](auto& it) { return it.mFoundDisplay && it.mWidth == 0 && !it.mFullscreen; }},
+    {R"(<osd show="on" location="middle" delay="3.5"/>)",
+     [](auto& it) { return it.mOsd && it.mOsdLocation == 1 && it.mOsdDelay == 3.5f; }},
+    {R"(<osd location="bottom" delay="0"/>)",
+     [](auto& it) { return !it.mOsd && it.mOsdLocation == 2 && it.mOsdDelay == 2.0f; }},
+    {R"(<osd show="on" location="bottom"/><osd location="left"/>)", [](auto& it) { return it.mOsdLocation == 0; }},
+    {R"(<osd show="off"/><osd show="on"/>)", [](auto& it) { return !it.mOsd; }},
+    {R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)",
+     [](auto& it) { return it.mNosound && !it.mMuted && it.mMusicFilename == "b.ogg"; }},
+    {R"(<music filename="a.ogg" mute="on"/>)", [](auto& it) { return !it.mNosound && it.mMuted; }},
+};
+// clang-format on
 
-    configure(R"(<time mode="vsync" start="3" loop="on"/><time/>)");
-    EXPECT_EQ(cadenza->mFpsMode, WindowMode::FPS_VARIABLE);
-    EXPECT_EQ(cadenza->getStartTime(), 0.0f);
-    EXPECT_FALSE(cadenza->mLoop);
+TEST_F(Setup, SectionsSayHowTheShowRuns)
+{
+    for (const SectionCase& row : SECTION_CASES)
+        EXPECT_TRUE(row.holds(configure(row.sections))) << row.sections;
 }
 
 TEST_F(Setup, ArchivesAndTheLogConsoleAreAskedFor)
@@ -59,38 +76,6 @@ TEST_F(Setup, ArchivesAndTheLogConsoleAreAskedFor)
     EXPECT_TRUE(configure(R"(<archive path="data"/><archive/><log console="on"/>)").mLogConsole);
     EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: data\n"), 1);
     EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: \n"), 1);
-}
-
-TEST_F(Setup, DisplayDescribesTheWindow)
-{
-    configure(R"(<display width="0x400" height="01400" fullscreen="on" title="a b"/>)");
-    EXPECT_TRUE(cadenza->mFoundDisplay);
-    EXPECT_EQ(cadenza->mWidth, 1024);
-    EXPECT_EQ(cadenza->mHeight, 768);
-    EXPECT_TRUE(cadenza->mFullscreen);
-    EXPECT_EQ(cadenza->mTitle, "a b");
-
-    configure("<display/>");
-    EXPECT_TRUE(cadenza->mFoundDisplay);
-    EXPECT_EQ(cadenza->mWidth, 0);
-    EXPECT_FALSE(cadenza->mFullscreen);
-}
-
-TEST_F(Setup, OsdPlacesThePositionBar)
-{
-    configure(R"(<osd show="on" location="middle" delay="3.5"/>)");
-    EXPECT_TRUE(cadenza->mOsd);
-    EXPECT_EQ(cadenza->mOsdLocation, 1);
-    EXPECT_EQ(cadenza->mOsdDelay, 3.5f);
-
-    configure(R"(<osd location="bottom" delay="0"/>)");
-    EXPECT_FALSE(cadenza->mOsd);
-    EXPECT_EQ(cadenza->mOsdLocation, 2);
-    EXPECT_EQ(cadenza->mOsdDelay, 2.0f);
-
-    EXPECT_EQ(configure(R"(<osd show="on" location="bottom"/><osd location="left"/>)").mOsdLocation,
-              0);
-    EXPECT_FALSE(configure(R"(<osd show="off"/><osd show="on"/>)").mOsd);
 }
 
 TEST_F(Setup, DumpRecordsSilently)
@@ -134,18 +119,6 @@ TEST_F(Setup, ADumpThatLeavesTheFolderIsAnnouncedWithItsFullPath)
         EXPECT_EQ(said.empty(), row.announced.empty()) << said;
         EXPECT_NE(said.find(row.announced), std::string::npos) << said;
     }
-}
-
-TEST_F(Setup, MusicNamesTheSongAndMutesIt)
-{
-    configure(R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)");
-    EXPECT_TRUE(cadenza->mNosound);
-    EXPECT_FALSE(cadenza->mMuted);
-    EXPECT_EQ(cadenza->mMusicFilename, "b.ogg");
-
-    configure(R"(<music filename="a.ogg" mute="on"/>)");
-    EXPECT_FALSE(cadenza->mNosound);
-    EXPECT_TRUE(cadenza->mMuted);
 }
 
 TEST_F(Setup, FileLocalOneIsReadAlone)

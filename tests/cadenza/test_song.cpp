@@ -75,18 +75,6 @@ TEST_F(Song, MovesWithTheDemoToASampleWithinIt)
     }
 }
 
-TEST_F(Song, StartsAgainAtItsEndWhenItLoops)
-{
-    open("on");
-    cadenza->setTime(1.9f);
-    for (int press = 0; press < 2; ++press) // goes on after a pause, so it plays
-        pressSpace();
-    while (cadenza->mOsdTime > -50.0f)
-        cadenza->onDraw();
-    EXPECT_LT(cadenza->getSystemTime(), 1.0f);
-    EXPECT_LT(cadenza->mMusicTime, 1.0f);
-}
-
 /** Quietly, too: the sound library complains of a device that is left open. */
 TEST_F(Song, EndsTheProgramAtItsEndWhenItDoesNot)
 {
