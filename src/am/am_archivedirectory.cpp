@@ -58,7 +58,7 @@ File ArchiveDirectory::read(const std::string& name)
 {
     DiskRead found = readDiskFile(mPath + name, name);
     if (!found.failure.empty())
-        ZVX_LOG("warning", "app", "'%s%s' cannot be read: %s\n", mPath.c_str(), name.c_str(),
+        ZVX_LOG("log", "app", "'%s%s' cannot be read: %s\n", mPath.c_str(), name.c_str(),
                 found.failure.c_str());
     return std::move(found.file);
 }

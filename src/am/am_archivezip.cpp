@@ -116,7 +116,7 @@ ArchiveZIP::ArchiveZIP(const std::string& path) : mPath(path)
             opened.failure = "It is damaged, or no zip file";
     }
     if (!opened.failure.empty())
-        ZVX_LOG("warning", "app", "Zip '%s' cannot be read: %s\n", path.c_str(),
+        ZVX_LOG("log", "app", "Zip '%s' cannot be read: %s\n", path.c_str(),
                 opened.failure.c_str());
 }
 
@@ -134,7 +134,7 @@ File ArchiveZIP::read(const std::string& name)
     std::string failure = "It is damaged";
     File file = readEntry(name, failure);
     if (file.isNull())
-        ZVX_LOG("warning", "app", "'%s' in '%s' cannot be read: %s\n", name.c_str(), mPath.c_str(),
+        ZVX_LOG("log", "app", "'%s' in '%s' cannot be read: %s\n", name.c_str(), mPath.c_str(),
                 failure.c_str());
     return file;
 }

@@ -142,7 +142,7 @@ bool FolderLock::take(const std::string& folder)
         mDescriptor = -1;
         return false;
     }
-    ZVX_LOG("warning", "app", "'%s' cannot be locked against other programs: %s\n", folder.c_str(),
+    ZVX_LOG("log", "app", "'%s' cannot be locked against other programs: %s\n", folder.c_str(),
             std::strerror(errno));
     return true;
 }

@@ -183,7 +183,7 @@ double AudioDevice::getTakenSeconds() const
 void AudioDevice::miss(const char* what)
 {
     if (!std::exchange(mMissed, true))
-        ZVX_LOG("warning", "app", "The sound device %s", what);
+        ZVX_LOG("log", "app", "The sound device %s", what);
 }
 
 double AudioDevice::getPeriod() const

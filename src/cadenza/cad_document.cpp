@@ -50,7 +50,7 @@ void addBeside(const std::string& path, const char* suffix, const std::string& b
     const std::string name = nameBeside(path + suffix, bytes, taken);
     if (!taken)
         set.add(name, bytes);
-    ZVX_LOG("warning", "app", "'%s' %s '%s'\n", path.c_str(), said, name.c_str());
+    ZVX_LOG("log", "app", "'%s' %s '%s'\n", path.c_str(), said, name.c_str());
 }
 
 std::uint64_t mixed(std::uint64_t place, std::string_view text)

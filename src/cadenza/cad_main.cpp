@@ -275,7 +275,7 @@ float Cadenza::limitToSong(float start) const
 {
     if (start < mSongLength - SETTINGS_STEP)
         return start;
-    ZVX_LOG("warning", "app",
+    ZVX_LOG("log", "app",
             "%s: the start time %.2f is not before the end of the song at %.2f s, taken as 0\n",
             mSetupFilename.c_str(), double{start}, double{mSongLength});
     return 0.0f;

@@ -63,7 +63,7 @@ xml::XmlTag& firstOrNew(xml::XmlParser& parser, std::string_view name)
 void Cadenza::saveXml()
 {
     if (!mFolderIsOurs) {
-        ZVX_LOG("warning", "app", "Nothing is saved: another program has this folder\n");
+        ZVX_LOG("log", "app", "Nothing is saved: another program has this folder\n");
         return;
     }
     am::SaveSet set;

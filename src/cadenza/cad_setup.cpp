@@ -74,7 +74,7 @@ void Cadenza::takeFolder()
     mFolderIsOurs = mFolderLock.take(".");
     if (mFolderIsOurs)
         return;
-    ZVX_LOG("warning", "app", "Another program has this folder open; this one saves nothing\n");
+    ZVX_LOG("log", "app", "Another program has this folder open; this one saves nothing\n");
     reportFailure("another program has this folder open; this one saves nothing");
 }
 

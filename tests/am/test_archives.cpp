@@ -130,7 +130,7 @@ TEST_F(Archives, WhatIsNoRegularFileIsNeitherReadNorWrittenNorWaitedFor)
     for (const char* name : {"pipe", "folder", "device"}) {
         SCOPED_TRACE(name);
         EXPECT_TRUE(manager.readFile(name, 0).isNull());
-        EXPECT_EQ(test::countLogged("warning", "'" + path(name) + "' cannot be read: "), 1);
+        EXPECT_EQ(test::countLogged("log", "'" + path(name) + "' cannot be read: "), 1);
         EXPECT_FALSE(manager.writeFile(makeFile(name, "text"), 0));
     }
     EXPECT_TRUE(files().empty());
@@ -298,9 +298,8 @@ TEST_F(Archives, AnEntryThatLiesGivesNoFileAndSaysWhy)
         write("lying.zip", lying);
         test::clearLog();
         EXPECT_EQ(readInside("lying.zip"), "(null)");
-        EXPECT_EQ(
-            test::countLogged("warning", "lying.zip' cannot be read: " + std::string(row.reason)),
-            1);
+        EXPECT_EQ(test::countLogged("log", "lying.zip' cannot be read: " + std::string(row.reason)),
+                  1);
     }
 }
 
@@ -313,10 +312,9 @@ TEST_F(Archives, AZipThatIsNoFileIsNotWaitedForAndSaysSo)
     test::clearLog();
     for (const char* name : {"pipe.zip", "folder.zip", "device.zip", "text.zip", "missing.zip"})
         EXPECT_EQ(readInside(name), "(null)") << name;
-    EXPECT_EQ(test::countLogged("warning", ".zip' cannot be read: Not a regular file"), 3);
-    EXPECT_EQ(test::countLogged("warning", "text.zip' cannot be read: It is damaged, or no zip"),
-              1);
-    EXPECT_EQ(test::countLogged("warning", "missing.zip"), 0);
+    EXPECT_EQ(test::countLogged("log", ".zip' cannot be read: Not a regular file"), 3);
+    EXPECT_EQ(test::countLogged("log", "text.zip' cannot be read: It is damaged, or no zip"), 1);
+    EXPECT_EQ(test::countLogged("log", "missing.zip' cannot be read"), 0);
 }
 
 } // namespace

@@ -204,8 +204,7 @@ TEST_F(EffectScript, ThatHoldsMoreThanIsReadIsKeptInACopy)
     savedAgain("<effect>once more</effect>");
     EXPECT_EQ(readText(copy + ".2"), "<effect>once more</effect>");
     EXPECT_FALSE(std::filesystem::exists(copy));
-    EXPECT_EQ(test::countLogged("warning", "'script/probe.it.xml' holds what will not be saved"),
-              10);
+    EXPECT_EQ(test::countLogged("log", "'script/probe.it.xml' holds what will not be saved"), 10);
 }
 
 TEST_F(EffectScript, ThatSomebodyElseChangedIsNotReplaced)
@@ -225,7 +224,7 @@ TEST_F(EffectScript, ThatSomebodyElseChangedIsNotReplaced)
     EXPECT_EQ(readText(SCRIPT), "somebody else's");
     EXPECT_EQ(readText(mine), ours);
     EXPECT_NE(readText(mine + ".2").find("end=\"3\""), std::string::npos);
-    EXPECT_EQ(test::countLogged("warning", "'script/probe.it.xml' was changed by another"), 2);
+    EXPECT_EQ(test::countLogged("log", "'script/probe.it.xml' was changed by another"), 2);
 
     std::filesystem::remove(SCRIPT);
     effect.setSpan(1.0f, 2.0f);

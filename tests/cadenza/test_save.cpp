@@ -184,7 +184,7 @@ TEST_F(SettingsFile, AreSavedByTheFirstOfTwoProgramsInAFolder)
     first.setup(-1.0f);
     session([](OpenCadenza& second) { second.mStartTime = 2.0f; });
     EXPECT_EQ(readText(LOCAL), "<demo><time/></demo>");
-    EXPECT_EQ(test::countLogged("warning", "Another program has this folder open"), 1);
+    EXPECT_EQ(test::countLogged("log", "Another program has this folder open"), 1);
 
     first.mStartTime = 1.0f;
     first.close();
