@@ -229,17 +229,18 @@ protected:
         Known known;
         for (int piece = 0; piece < PIECES && known.correlation <= KNOWN; ++piece) {
             const double later = piece * PIECE_SECONDS;
-            const std::int64_t expected = framesIn(reading.demo + later);
+            // A song that loops goes on at its start.
+            const double position = std::fmod(reading.demo + later, SONG_SECONDS);
+            const std::int64_t expected = framesIn(position);
             const SoundMatch match =
                 findSound(cut(mHeard, mRecording->frameAt(reading.when + later), PIECE_SECONDS),
                           show.song(), expected - framesIn(REACH), expected + framesIn(REACH));
-            known = {static_cast<double>(match.frame) / SAMPLE_RATE - later, match.correlation};
+            known = {position - static_cast<double>(match.frame) / SAMPLE_RATE, match.correlation};
         }
         EXPECT_GT(known.correlation, KNOWN)
             << reading.demo << " seconds are not heard at " << reading.when - mStarted;
-        const double seconds = reading.demo - known.seconds;
-        RecordProperty("apart_ms", std::to_string(std::abs(seconds) * 1000.0));
-        return seconds;
+        RecordProperty("apart_ms", std::to_string(std::abs(known.seconds) * 1000.0));
+        return known.seconds;
     }
 
     /** When the noise up to `position` has been heard, in seconds after the start. */
