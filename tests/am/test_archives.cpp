@@ -124,6 +124,8 @@ TEST_F(Archives, WhatIsNoRegularFileIsNeitherReadNorWrittenNorWaitedFor)
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     std::filesystem::create_directory(path("folder"));
     std::filesystem::create_symlink("/dev/zero", path("device"));
+    EXPECT_FALSE(CreateDirectory(path("pipe")));
+    EXPECT_TRUE(CreateDirectory(path("folder")));
     test::clearLog();
     ArchiveManager manager;
     manager.addArchive(path(""));

@@ -67,7 +67,7 @@ constexpr Shade WHITE{255, 255, 255};
 bool is(const Shade& shade, const std::uint8_t* pixel)
 {
     return std::ranges::equal(shade, std::span(pixel, 3),
-                              [](int one, int other) { return std::abs(one - other) < 8; });
+                              [](int one, int other) { return std::abs(one - other) < 5; });
 }
 
 /** The first pixel of a shade, row by row. */
