@@ -3,6 +3,7 @@
 #include "display/dis_font.h"
 #include "vellum/vel_area.h"
 #include "vellum/vel_color_chooser.h"
+#include "vellum/vel_curve.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
@@ -266,9 +267,7 @@ void Color::addKey()
     std::int32_t added = 0;
     for (Curve* const curve : {&mR, &mG, &mB})
         added = curve->addKey({time, curve->evaluate(time), 0.0f, 0.0f});
-    for (std::int32_t* const index : {&mHighlight, &mSelectedIndex})
-        if (*index >= added)
-            ++*index;
+    vellum::followAddedKey({&mHighlight, &mSelectedIndex}, added);
 }
 
 /** Nothing when there is no such key. */
@@ -278,12 +277,7 @@ void Color::removeKey(std::int32_t removed)
         return;
     for (Curve* const curve : {&mR, &mG, &mB})
         curve->removeKey(removed);
-    for (std::int32_t* const index : {&mHighlight, &mSelectedIndex}) {
-        if (*index == removed)
-            *index = -1;
-        else if (*index > removed)
-            --*index;
-    }
+    vellum::followRemovedKey({&mHighlight, &mSelectedIndex}, removed);
 }
 
 /** Shows the picker for the key under the pointer; it keeps its colour until the user changes it.

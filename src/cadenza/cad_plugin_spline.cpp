@@ -1,10 +1,11 @@
 #include "cadenza/cad_plugin_spline.h"
 
 #include "display/dis_font.h"
+#include "vellum/vel_curve.h"
 #include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
 
-#include <string_view>
+#include <string>
 #include <vector>
 
 namespace zavex::cadenza {
@@ -15,27 +16,14 @@ using Curve = mathbase::SplineFloat;
 
 constexpr float NAME_MIDDLE = 5.0f; // pixels above the lane's bottom edge
 
-Curve::InterpolationMode interpolationMode(std::string_view word)
+Curve::InterpolationMode interpolationOf(const std::string& word)
 {
-    if (word == "smooth")
-        return Curve::SMOOTH;
-    return word == "linear" ? Curve::LINEAR : Curve::SQUARE;
+    return vellum::modeOf(vellum::INTERPOLATIONS, word).value_or(Curve::SQUARE);
 }
 
-const char* extrapolationWord(Curve::ExtrapolationMode mode)
+Curve::ExtrapolationMode extrapolationOf(const std::string& word)
 {
-    switch (mode) {
-        case Curve::EXT_REPEAT: return "repeat";
-        case Curve::EXT_REPEAT_ADD: return "add";
-        default: return "constant";
-    }
-}
-
-Curve::ExtrapolationMode extrapolationMode(std::string_view word)
-{
-    if (word == "repeat")
-        return Curve::EXT_REPEAT;
-    return word == "add" ? Curve::EXT_REPEAT_ADD : Curve::EXT_CONSTANT;
+    return vellum::modeOf(vellum::EXTRAPOLATIONS, word).value_or(Curve::EXT_CONSTANT);
 }
 
 } // namespace
@@ -54,19 +42,21 @@ void Spline::load(xml::IteratorConst& it)
     mSpline.addKeys(keys);
 
     for (xml::IteratorConst modes = it.createIterator("attributes"); ++modes;) {
-        mSpline.setInterpolation(interpolationMode(modes->getValue("type")));
-        mSpline.setExtrapolationBefore(extrapolationMode(modes->getValue("before")));
-        mSpline.setExtrapolationAfter(extrapolationMode(modes->getValue("after")));
+        mSpline.setInterpolation(interpolationOf(modes->getValue("type")));
+        mSpline.setExtrapolationBefore(extrapolationOf(modes->getValue("before")));
+        mSpline.setExtrapolationAfter(extrapolationOf(modes->getValue("after")));
     }
     curveChanged();
 }
 
 void Spline::save(xml::Iterator& it)
 {
+    using vellum::EXTRAPOLATIONS;
+    using vellum::savedWord;
     xml::XmlTag modes("attributes");
-    modes.setValue("type", vellum::getModeName(mSpline.getInterpolation()));
-    modes.setValue("before", extrapolationWord(mSpline.getExtrapolationBefore()));
-    modes.setValue("after", extrapolationWord(mSpline.getExtrapolationAfter()));
+    modes.setValue("type", savedWord(vellum::INTERPOLATIONS, mSpline.getInterpolation()));
+    modes.setValue("before", savedWord(EXTRAPOLATIONS, mSpline.getExtrapolationBefore()));
+    modes.setValue("after", savedWord(EXTRAPOLATIONS, mSpline.getExtrapolationAfter()));
     it.addChild(modes);
 
     for (int i = 0; i < mSpline.getNumKeys(); ++i) {

@@ -3,6 +3,7 @@
 #include "vellum/vel_area.h"
 #include "vellum/vel_attribute.h"
 #include "vellum/vel_control_watch.h"
+#include "vellum/vel_curve.h"
 #include "vellum/vel_look.h"
 
 #include "display/dis_font.h"
@@ -38,29 +39,24 @@ constexpr float MOST_SAMPLES = 65536.0f; // more than any window has columns
 
 const style::Color HANDLE_COLOR(0.0f, 0.5f, 0.0f, 1.0f);
 
-constexpr Curve::InterpolationMode MODES[] = {Curve::SQUARE, Curve::LINEAR, Curve::SMOOTH};
-constexpr const char* REPEAT_WORDS[] = {"none", "identical", "added"}; // by ExtrapolationMode
 constexpr const char* SEPARATOR = "-------";
 
 void addRepeatOptions(Context& repeat, const char* side)
 {
     Context* const modes = repeat.addOption(side, "");
-    for (const char* word : REPEAT_WORDS)
-        modes->addOption(word, "");
-}
-
-std::optional<Curve::ExtrapolationMode> repeatMode(std::string_view word)
-{
-    const auto* const found = std::ranges::find(REPEAT_WORDS, word);
-    if (found == std::end(REPEAT_WORDS))
-        return std::nullopt;
-    return static_cast<Curve::ExtrapolationMode>(found - std::begin(REPEAT_WORDS));
+    for (const ExtrapolationWords& each : EXTRAPOLATIONS)
+        modes->addOption(each.shown, "");
 }
 
 /** What follows a menu's path; empty when the action was not chosen below it. */
 std::string_view below(std::string_view path, std::string_view action)
 {
     return action.starts_with(path) ? action.substr(path.size()) : std::string_view();
+}
+
+std::optional<Curve::ExtrapolationMode> repeatBelow(std::string_view path, std::string_view action)
+{
+    return modeOf(EXTRAPOLATIONS, below(path, action), &ExtrapolationWords::shown);
 }
 
 Key halfway(const Key& a, const Key& b)
@@ -92,12 +88,7 @@ void setFlatColor(Render& render, const style::Color& color)
 
 std::string getModeName(Curve::InterpolationMode mode)
 {
-    switch (mode) {
-        case Curve::SQUARE: return "square";
-        case Curve::LINEAR: return "linear";
-        case Curve::SMOOTH: return "smooth";
-        default: return "unknown";
-    }
+    return savedWord(INTERPOLATIONS, mode, "unknown");
 }
 
 /** Where times and values lie in the control's rectangle, whose coordinates may be anyone's. */
@@ -149,8 +140,8 @@ Spline::Spline()
     mContext.addOption("add key", "");
     mContext.addOption(SEPARATOR, "");
     Context* const type = mContext.addOption("type", "");
-    for (const Curve::InterpolationMode mode : MODES)
-        type->addOption(getModeName(mode), "");
+    for (const InterpolationWords& each : INTERPOLATIONS)
+        type->addOption(each.shown, "");
     Context* const repeat = mContext.addOption("repeat", "");
     addRepeatOptions(*repeat, "before");
     addRepeatOptions(*repeat, "after");
@@ -247,8 +238,7 @@ void Spline::setSplineType(const std::string& type)
     mDirty = true;
     if (!m_spline)
         return;
-    const auto* const mode = std::ranges::find(MODES, type, getModeName);
-    if (mode != std::end(MODES))
+    if (const auto mode = modeOf(INTERPOLATIONS, type))
         m_spline->setInterpolation(*mode);
 }
 
@@ -394,9 +384,9 @@ void Spline::chooseMode(const std::string& action)
         return;
     if (const std::string_view type = below("spline.type.", action); !type.empty())
         setSplineType(std::string(type));
-    if (const auto mode = repeatMode(below("spline.repeat.before.", action)))
+    if (const auto mode = repeatBelow("spline.repeat.before.", action))
         m_spline->setExtrapolationBefore(*mode);
-    if (const auto mode = repeatMode(below("spline.repeat.after.", action)))
+    if (const auto mode = repeatBelow("spline.repeat.after.", action))
         m_spline->setExtrapolationAfter(*mode);
 }
 
@@ -410,9 +400,7 @@ void Spline::addKey(const Key& key)
     if (!m_spline)
         return;
     const std::int32_t added = m_spline->addKey(key);
-    for (std::int32_t* const index : {&mMouseOverIndex, &mSelection, &mClicked, &mDeleteIndex})
-        if (*index >= added)
-            ++*index;
+    followAddedKey({&mMouseOverIndex, &mSelection, &mClicked, &mDeleteIndex}, added);
     mDirty = true;
 }
 
@@ -433,12 +421,7 @@ void Spline::removeKey(std::int32_t removed)
     if (!isKey(removed))
         return;
     m_spline->removeKey(removed);
-    for (std::int32_t* const index : {&mMouseOverIndex, &mSelection, &mClicked, &mDeleteIndex}) {
-        if (*index == removed)
-            *index = -1;
-        else if (*index > removed)
-            --*index;
-    }
+    followRemovedKey({&mMouseOverIndex, &mSelection, &mClicked, &mDeleteIndex}, removed);
     mDirty = true;
 }
 
