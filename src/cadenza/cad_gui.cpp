@@ -1,6 +1,7 @@
 #include "cadenza/cad_gui.h"
 
 #include "cadenza/cad_main.h"
+#include "cadenza/cad_picker.h"
 #include "cadenza/cad_plugin.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
@@ -34,9 +35,6 @@ constexpr const char* BODY = "main_body";
 constexpr const char* TIMELINE = "effects";
 constexpr const char* STAT = "main_stat";
 constexpr const char* FPS = "fps";
-constexpr const char* PICKER_WINDOW = "picker_window";
-constexpr const char* PICKER = "picker";
-constexpr const char* PICKER_OK = "picker_ok";
 constexpr const char* PLACE = "place."; // stands before the name of what belongs there
 
 constexpr float PIXELS_PER_SECOND = PluginBase::UNITS_PER_SECOND;
@@ -85,17 +83,17 @@ void Gui::setup()
     mBody = &require<Control>(BODY);
     mStat = &require<vellum::Stat>(STAT);
     mFps = &require<Control>(FPS);
-    mPickerWindow = &require<vellum::Window>(PICKER_WINDOW);
+    mPickerWindow = &require<vellum::Window>(picker::WINDOW);
     auto& window = require<Control>(WINDOW);
-    auto& pickerOk = require<vellum::Button>(PICKER_OK);
-    auto& picker = require<vellum::ColorChooser>(PICKER);
+    auto& pickerOk = require<vellum::Button>(picker::OK);
+    auto& chooser = require<vellum::ColorChooser>(picker::CHOOSER);
     if (mVellum.findControl(TIMELINE))
         mTimeline = &require<vellum::LayoutStack>(TIMELINE);
 
     placeWindows();
     layOutTimeline();
     for (Control* observed : {static_cast<Control*>(mScrollbars), &window,
-                              static_cast<Control*>(&pickerOk), static_cast<Control*>(&picker)})
+                              static_cast<Control*>(&pickerOk), static_cast<Control*>(&chooser)})
         observed->setCallback(this);
     mLastTime = NO_TIME;
     findPad();
@@ -147,7 +145,7 @@ void Gui::controlAction(Control* control, vellum::Action)
     const std::string& id = control->getId();
     if (id == SCROLLBARS || id == WINDOW)
         fitRuler(*control);
-    else if (id == PICKER_OK)
+    else if (id == picker::OK)
         mPickerWindow->setVisible(false);
 }
 

@@ -1,5 +1,6 @@
 #include "cadenza/cad_plugin_color.h"
 
+#include "cadenza/cad_picker.h"
 #include "display/dis_font.h"
 #include "vellum/vel_area.h"
 #include "vellum/vel_color_chooser.h"
@@ -24,10 +25,6 @@ namespace {
 
 using Area = vellum::Control::Area;
 
-constexpr const char* PICKER = "picker";
-constexpr const char* PICKER_WINDOW = "picker_window";
-constexpr const char* PICKER_OK = "picker_ok";
-
 // All in pixels.
 constexpr float NAME_HEIGHT = 15.0f; // of the row above the swatches
 constexpr Vector2f NAME_OFFSET{2.0f, 6.0f};
@@ -51,7 +48,7 @@ Color::Color()
 
 Color::~Color()
 {
-    for (const char* observed : {PICKER, PICKER_OK})
+    for (const char* observed : {picker::CHOOSER, picker::OK})
         if (vellum::Control* control = Control::getRoot()->findControl(observed))
             control->removeCallback(*this);
 }
@@ -96,10 +93,13 @@ void Color::setupControl(float width)
 {
     fitControl(width);
 
-    // A control keeps its observers, and this runs at every change of the bar: observe it once.
-    vellum::Control* pickerOk = getRoot()->findControl(PICKER_OK);
-    if (pickerOk != nullptr && !pickerOk->isObservedBy(*this))
-        pickerOk->setCallback(this);
+    // A control keeps its observers, and this runs at every change of the bar.
+    if (mHearsOk)
+        return;
+    if (vellum::Control* const ok = getRoot()->findControl(picker::OK)) {
+        ok->setCallback(this);
+        mHearsOk = true;
+    }
 }
 
 vellum::Control* Color::clone()
@@ -109,10 +109,10 @@ vellum::Control* Color::clone()
 
 void Color::controlAction(vellum::Control* control, vellum::Action /*action*/)
 {
-    if (control->getId() == PICKER) {
+    if (control->getId() == picker::CHOOSER) {
         mPicked = true;
         takeColor(control);
-    } else if (control->getId() == PICKER_OK) {
+    } else if (control->getId() == picker::OK) {
         followPicker();
         mSelectedIndex = -1;
     }
@@ -284,14 +284,14 @@ void Color::removeKey(std::int32_t removed)
  */
 void Color::openPicker()
 {
-    vellum::Control* picker = getRoot()->findControl(PICKER);
-    if (!isKey(mHighlight) || picker == nullptr)
+    vellum::Control* const chooser = getRoot()->findControl(picker::CHOOSER);
+    if (!isKey(mHighlight) || chooser == nullptr)
         return;
     mSelectedIndex = mHighlight;
     mPicked = false;
-    picker->clearCallbacks();
-    picker->setCallback(this);
-    if (vellum::Control* window = getRoot()->findControl(PICKER_WINDOW))
+    chooser->clearCallbacks();
+    chooser->setCallback(this);
+    if (vellum::Control* window = getRoot()->findControl(picker::WINDOW))
         window->setVisible(true);
 }
 
@@ -299,11 +299,11 @@ void Color::openPicker()
  * Gives the key its colour. Tangents follow at once, so that the gradient plays as it will when it
  * is loaded again.
  *
- * @param picker  Where the colour is; nothing happens unless it is a colour chooser.
+ * @param source  Where the colour is; nothing happens unless it is a colour chooser.
  */
-void Color::takeColor(vellum::Control* picker)
+void Color::takeColor(vellum::Control* source)
 {
-    const auto* chooser = dynamic_cast<vellum::ColorChooser*>(picker);
+    const auto* chooser = dynamic_cast<vellum::ColorChooser*>(source);
     if (chooser == nullptr || !isKey(mSelectedIndex))
         return;
     const Vector3f color = chooser->getColor();
@@ -322,9 +322,9 @@ void Color::followPicker()
 {
     if (!mPicked || !isKey(mSelectedIndex))
         return;
-    vellum::Control* picker = getRoot()->findControl(PICKER);
-    if (picker != nullptr && picker->isObservedBy(*this))
-        takeColor(picker);
+    vellum::Control* const chooser = getRoot()->findControl(picker::CHOOSER);
+    if (chooser != nullptr && chooser->isObservedBy(*this))
+        takeColor(chooser);
 }
 
 /** Only the swatches that the clip shows: a lane is many times as long as the window is wide. */

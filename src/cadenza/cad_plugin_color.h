@@ -85,7 +85,7 @@ private:
     void addKey();
     void removeKey(std::int32_t removed);
     void openPicker();
-    void takeColor(vellum::Control* picker);
+    void takeColor(vellum::Control* source);
     void followPicker();
 
     void drawSwatches(const Area& area, const Area& clip);
@@ -98,6 +98,7 @@ private:
     std::int32_t mHighlight = -1;         // key under the pointer or being dragged; -1: none
     std::int32_t mSelectedIndex = -1;     // key being recoloured in the picker; -1: none
     bool mPicked = false;                 // the picker was changed since it was opened for that key
+    bool mHearsOk = false;                // observes the button that closes the picker
     bool mPushed = false;                 // the key mHighlight is being dragged
     mathbase::Vector2f mPushedPos{0, 0};  // where the drag started, parent's coordinates
     mathbase::Vector2f mContextPos{0, 0}; // where the menu was opened, parent's coordinates
