@@ -42,10 +42,10 @@ void ColorChooser::draw(Area area, Area parent, Area clip)
 
 void ColorChooser::controlAction(Control* control, Action)
 {
-    const std::string& source = control->getId();
-    if (source == "slider")
-        mFrame->getWheel().setIntensity(1.0f - mFrame->getSlider().getValue(true));
-    else if (source != "colorchooserwheel")
+    const Slider& slider = mFrame->getSlider();
+    if (control == &slider)
+        mFrame->getWheel().setIntensity(1.0f - slider.getValue(true));
+    else if (control != &mFrame->getWheel())
         return;
     sendAction(ACTION_COLOR);
 }
