@@ -124,8 +124,8 @@ public:
     void save(am::SaveSet& set);
 
     /**
-     * Builds the bar: its colours (those of the style document's element "effect"), its area (10
-     * units a second), its header and the plugins' lanes. Call once, when the script is loaded and
+     * Builds the bar: its colours (those of the style document's element "effect"), its area on
+     * the timeline, its header and the plugins' lanes. Call once, when the script is loaded and
      * the bar is on its timeline: it is what tells the plugins how long the effect lasts.
      *
      * A bar that is locked by then has the height of its header until it is unlocked. Times beyond

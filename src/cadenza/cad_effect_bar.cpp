@@ -1,6 +1,7 @@
 #include "cadenza/cad_effect.h"
 
 #include "cadenza/cad_plugin.h"
+#include "cadenza/cad_timeline.h"
 #include "display/dis_font.h"
 #include "vellum/vel_area.h"
 #include "vellum/vel_container.h"
@@ -18,20 +19,20 @@ using mathbase::Vector2f;
 
 namespace {
 
-constexpr float NARROWEST = 20.0f;    // pixels, that a drag leaves of a bar
-constexpr float HANDLE_REACH = 10.0f; // pixels from either end of the header
-constexpr float HANDLE_WIDTH = 8.0f;  // pixels
-constexpr float HANDLE_MARGIN = 1.0f; // pixels between a handle and the inside of the header
-constexpr float HEADER_MARGIN = 2.0f; // pixels between the edge of the header and its inside
-constexpr float FINE = 0.1f;          // of the pointer's movement, with a shift key
-constexpr float MOST_SECONDS = 1e6f;  // what a bar can show, either way
+constexpr float NARROWEST = toPixels(2.0f); // that a drag leaves of a bar
+constexpr float HANDLE_REACH = 10.0f;       // pixels from either end of the header
+constexpr float HANDLE_WIDTH = 8.0f;        // pixels
+constexpr float HANDLE_MARGIN = 1.0f;       // pixels between a handle and the inside of the header
+constexpr float HEADER_MARGIN = 2.0f;       // pixels between the edge of the header and its inside
+constexpr float FINE = 0.1f;                // of the pointer's movement, with a shift key
+constexpr float MOST_SECONDS = 1e6f;        // what a bar can show, either way
 
-/** Where a time lies on the timeline; a finite number for any time. */
-float unitsAt(float seconds)
+/** Where a time lies on the timeline, in pixels; a finite number for any time. */
+float placeOf(float seconds)
 {
     if (std::isnan(seconds))
         return 0.0f;
-    return std::clamp(seconds, -MOST_SECONDS, MOST_SECONDS) * PluginBase::UNITS_PER_SECOND;
+    return toPixels(std::clamp(seconds, -MOST_SECONDS, MOST_SECONDS));
 }
 
 } // namespace
@@ -121,7 +122,7 @@ void Effect::setupControl()
         addControl(plugin->getControl(), 0);
 
     const Area occupied = getOccupiedArea();
-    setArea({unitsAt(mStart), occupied.mMin.y, unitsAt(mEnd), occupied.mMax.y});
+    setArea({placeOf(mStart), occupied.mMin.y, placeOf(mEnd), occupied.mMax.y});
     updatePlugins();
 }
 
@@ -171,7 +172,7 @@ void Effect::drag(float distance)
         area.mMax.x = area.mMin.x + NARROWEST;
 
     setArea(area);
-    setSpan(area.mMin.x * PluginBase::SECONDS_PER_UNIT, area.mMax.x * PluginBase::SECONDS_PER_UNIT);
+    setSpan(toSeconds(area.mMin.x), toSeconds(area.mMax.x));
     updatePlugins();
 }
 

@@ -2,7 +2,7 @@
 
 #include "cadenza/cad_main.h"
 #include "cadenza/cad_picker.h"
-#include "cadenza/cad_plugin.h"
+#include "cadenza/cad_timeline.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
 #include "display/dis_event.h"
@@ -37,7 +37,6 @@ constexpr const char* STAT = "main_stat";
 constexpr const char* FPS = "fps";
 constexpr const char* PLACE = "place."; // stands before the name of what belongs there
 
-constexpr float PIXELS_PER_SECOND = PluginBase::UNITS_PER_SECOND;
 constexpr float TIMELINE_MARGIN = 11.0f;   // pixels behind the end of the show
 constexpr float TIMELINE_HEIGHT = 1000.0f; // pixels, at least
 constexpr float TIMELINE_FOOT = 40.0f;     // pixels that bars, a caption or a scroll bar may cover
@@ -101,7 +100,8 @@ void Gui::setup()
 
 void Gui::layOutTimeline()
 {
-    const float width = PIXELS_PER_SECOND * mCadenza->getDemoLength() + TIMELINE_MARGIN;
+    const float width = toPixels(mCadenza->getDemoLength()) + TIMELINE_MARGIN;
+    mRuler->setScale(SECONDS_PER_PIXEL);
     mRuler->setArea({0.0f, 0.0f, width, mScrollbars->getArea().getHeight()});
     mBody->setArea({0.0f, 0.0f, width, TIMELINE_HEIGHT});
     mScrollbars->setArea();
@@ -171,8 +171,8 @@ void Gui::onResize(int, int)
 void Gui::onDraw()
 {
     const float time = mCadenza->getSystemTime();
-    mRuler->setShadow(mCadenza->getStartTime() * PIXELS_PER_SECOND);
-    mRuler->setShadow2(time * PIXELS_PER_SECOND);
+    mRuler->setShadow(toPixels(mCadenza->getStartTime()));
+    mRuler->setShadow2(toPixels(time));
     countFrame(time);
     updatePad();
     fitTimeline();

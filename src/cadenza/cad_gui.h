@@ -40,8 +40,8 @@ public:
     Gui(display::DisplayGL* newDisplay, Cadenza* app);
 
     /**
-     * Builds the screen; call once. The timeline has 10 pixels a second for as long as the show
-     * lasts then. It is 1000 pixels high, or as high as its bars need.
+     * Builds the screen; call once. The timeline is as long as the show lasts then. It is 1000
+     * pixels high, or as high as its bars need.
      *
      * Throws `Exception` when the layout is missing or malformed, or when it has no control, or one
      * of another kind, of the name of one that the editor works with. Without a "workspace" TAB

@@ -1,5 +1,6 @@
 #include "cadenza/cad_plugin.h"
 
+#include "cadenza/cad_timeline.h"
 #include "xml/xml_iteratorconst.h"
 
 #include <utility>
@@ -19,12 +20,15 @@ void PluginBase::fitControl(float width)
     control.setArea(area);
 }
 
+float PluginBase::duration(const vellum::Control::Area& area)
+{
+    return toSeconds(area.mMax.x - area.mMin.x);
+}
+
 float PluginBase::positionAt(const vellum::Control::Area& area, float time)
 {
-    const float duration = (area.mMax.x - area.mMin.x) * SECONDS_PER_UNIT;
-    if (duration == 0.0f)
-        return 0.0f;
-    return (time - UNITS_PER_SECOND * area.mMin.x) / duration;
+    const float whole = duration(area);
+    return whole != 0.0f ? (time - PIXELS_PER_SECOND * area.mMin.x) / whole : 0.0f;
 }
 
 } // namespace zavex::cadenza

@@ -20,9 +20,6 @@ namespace zavex::cadenza {
  */
 class PluginBase {
 public:
-    static constexpr float UNITS_PER_SECOND = 10.0f; // of the timeline that controls lie on
-    static constexpr float SECONDS_PER_UNIT = 0.1f;
-
     /** @param type  The kind of plugin: "spline", "trigger" or "color". */
     explicit PluginBase(std::string type);
     PluginBase(const PluginBase&) = default;
@@ -53,7 +50,7 @@ public:
      * Takes the colours of the style document's element named after the kind, if there is one, and
      * makes the control as wide as the effect's bar.
      *
-     * @param width  10 for each second of the effect; `get` needs it to find the effect's end.
+     * @param width  Pixels of the bar; `get` needs it to know how long the effect lasts.
      */
     virtual void setupControl([[maybe_unused]] float width) {}
 
@@ -67,9 +64,12 @@ protected:
     /** What `setupControl` does for every kind. */
     void fitControl(float width);
 
+    /** How long the effect lasts, in seconds: the lane `area` is as wide as its bar. */
+    static float duration(const vellum::Control::Area& area);
+
     /**
      * Where a time lies on the axis of a plugin's data: 0 at the effect's start and 1 at its end,
-     * for a control that begins at 0 and is as wide as the effect's bar. 0 when it has no width.
+     * for a lane that begins at 0. 0 when the effect does not last.
      */
     static float positionAt(const vellum::Control::Area& area, float time);
 };

@@ -1,5 +1,6 @@
 #include "cadenza/cad_plugin_trigger.h"
 
+#include "cadenza/cad_timeline.h"
 #include "display/dis_font.h"
 #include "vellum/vel_control_watch.h"
 #include "vellum/vel_render.h"
@@ -20,7 +21,6 @@ constexpr float FLASH_FALL = 5.0f; // per second
 // Of a series, or passed in one step; it keeps the conversions to integers defined.
 constexpr float MOST_FIRINGS = 1e9f;
 
-constexpr float UNITS_PER_SECOND = PluginBase::UNITS_PER_SECOND;
 constexpr float SHORTEST_DELAY = 0.01f;      // seconds, that a drag leaves
 constexpr float FINE = 0.1f;                 // of the pointer's movement, with a shift key
 constexpr float BAR_WIDTH = 1.0f;            // pixels
@@ -53,8 +53,8 @@ float shownDelay(const Trigger::ActionData& action)
  */
 float nearestFiring(const Trigger::ActionData& action, float x)
 {
-    const float distance = x - UNITS_PER_SECOND * action.mStart;
-    const float delay = UNITS_PER_SECOND * shownDelay(action);
+    const float distance = x - toPixels(action.mStart);
+    const float delay = toPixels(shownDelay(action));
     if (delay > 0.0f)
         return (distance + delay / 2.0f) / delay;
     return std::abs(distance) < REACH ? 0.0f : -1.0f;
@@ -70,8 +70,8 @@ struct Bars {
 /** The bars to draw between two places. @param left, right  Pixels from the lane's left edge. */
 Bars barsBetween(const Trigger::ActionData& action, float left, float right)
 {
-    const float start = UNITS_PER_SECOND * action.mStart;
-    const float distance = UNITS_PER_SECOND * shownDelay(action);
+    const float start = toPixels(action.mStart);
+    const float distance = toPixels(shownDelay(action));
     const std::int64_t count = action.mRepeat;
     if (!std::isfinite(start))
         return {};
@@ -238,7 +238,7 @@ void Trigger::hover(float x)
 void Trigger::drag(const vellum::Event& event)
 {
     const bool isFine = event.leftShift() || event.rightShift();
-    const float moved = -event.mouseDelta.x * SECONDS_PER_UNIT * (isFine ? FINE : 1.0f);
+    const float moved = toSeconds(-event.mouseDelta.x) * (isFine ? FINE : 1.0f);
     ActionData& action = *mAction.front();
     if (mHighlight == 0) {
         action.mStart += moved;
@@ -294,7 +294,7 @@ void Trigger::drawBars(const ActionData& action, const Area& area, const Area& c
     const Bars bars = barsBetween(action, clip.mMin.x - area.mMin.x, clip.mMax.x - area.mMin.x);
     for (std::int64_t j = bars.first; j < bars.end; j += bars.step) {
         const float time = action.mStart + static_cast<float>(j) * delay;
-        const float x = area.mMin.x + UNITS_PER_SECOND * time;
+        const float x = area.mMin.x + toPixels(time);
         vellum::fillBox(getRender(), barColors(j <= highlight && highlight < j + bars.step),
                         {x, area.mMin.y + 1.0f, x + BAR_WIDTH, area.mMax.y - 1.0f});
     }

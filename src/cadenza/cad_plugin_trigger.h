@@ -16,11 +16,11 @@ namespace zavex::cadenza {
  * Timed events (beats, cuts): actions, each a regular series of firings. `update` counts how many
  * firings were passed since the update before; a step back in time starts all series over.
  *
- * The lane shows each firing as a thin bar, 10 pixels a second, and flashes at a firing. The bars
- * of the first action can be dragged, with a shift key by a tenth: the first one moves the series,
- * every other one stretches the delay, down to 0.01 seconds. The other button opens a menu whose
- * "adjust" makes the series end at the firing nearest to where it was opened. Opening it, or hiding
- * the lane, ends a drag.
+ * The lane shows each firing as a thin bar and flashes at a firing. The bars of the first action
+ * can be dragged, with a shift key by a tenth: the first one moves the series, every other one
+ * stretches the delay, down to 0.01 seconds. The other button opens a menu whose "adjust" makes the
+ * series end at the firing nearest to where it was opened. Opening it, or hiding the lane, ends a
+ * drag.
  *
  * In a script file `<action start="15" delay="0.5" repeat="31"/>`, times in seconds; a missing or
  * empty delay or repeat is 1. A script that holds no action gives a single one that does not fire
