@@ -1,11 +1,12 @@
 # Flags and the three kinds of target: a library per folder of src/, a test executable per folder
 # of tests/, and the benchmark programs. Every target carries its own flags through cadenza_flags.
 
+set(CMAKE_COMPILE_WARNING_AS_ERROR ${CADENZA_WERROR})
 add_library(cadenza_flags INTERFACE)
 target_compile_features(cadenza_flags INTERFACE cxx_std_20)
 target_compile_options(cadenza_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Werror
+    -Woverloaded-virtual
     # Not a part of -Wconversion for g++.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 if(CADENZA_SANITIZE)
