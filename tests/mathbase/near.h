@@ -1,47 +1,30 @@
 #pragma once
 
-#include "mathbase/mb_matrix4x4col.h"
-
 #include <gtest/gtest.h>
 
-#include <string>
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <type_traits>
 
 namespace zavex::test {
 
 inline constexpr float PI = 3.14159265f;
-inline constexpr float ROUNDING = 1e-5f;
 
-inline std::string text(const float* components, int count)
+/** Compares vectors, quaternions, boxes and matrices: whatever is made of floats only. */
+template <typename T>
+testing::AssertionResult isNear(const T& actual, const std::type_identity_t<T>& expected,
+                                float tolerance = 1e-5f)
 {
-    std::string result = "(";
-    for (int i = 0; i < count; ++i)
-        result += (i > 0 ? ", " : "") + std::to_string(components[i]);
-    return result + ")";
-}
-
-inline testing::AssertionResult isNear(const float* actual, const float* expected, int count,
-                                       float tolerance)
-{
-    for (int i = 0; i < count; ++i) {
-        if (!(std::abs(actual[i] - expected[i]) <= tolerance))
-            return testing::AssertionFailure()
-                   << text(actual, count) << " is not " << text(expected, count);
-    }
-    return testing::AssertionSuccess();
-}
-
-inline testing::AssertionResult isNear(const mathbase::Vector3f& actual,
-                                       const mathbase::Vector3f& expected,
-                                       float tolerance = ROUNDING)
-{
-    return isNear(actual, expected, 3, tolerance);
-}
-
-inline testing::AssertionResult isNear(const mathbase::Matrix4x4Col& actual,
-                                       const mathbase::Matrix4x4Col& expected,
-                                       float tolerance = ROUNDING)
-{
-    return isNear(actual.mData, expected.mData, 16, tolerance);
+    using Components = std::array<float, sizeof(T) / sizeof(float)>;
+    const auto found = std::bit_cast<Components>(actual);
+    const auto wanted = std::bit_cast<Components>(expected);
+    const auto isSame = [&](float a, float b) { return std::abs(a - b) <= tolerance; };
+    if (std::ranges::equal(found, wanted, isSame))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << testing::PrintToString(found) << " is not " << testing::PrintToString(wanted);
 }
 
 } // namespace zavex::test
