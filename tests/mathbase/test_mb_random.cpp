@@ -9,11 +9,9 @@
 #include <cstdlib>
 #include <functional>
 #include <set>
-#include <string>
 #include <tuple>
 
 namespace zavex::mathbase {
-
 namespace {
 
 using test::isNear;
@@ -26,7 +24,7 @@ static_assert(INVERSE_OF_MULTIPLIER * 69069u == 1u);
 
 constexpr int DRAWS = 40000;
 
-TEST(RandomLcg, FollowsItsSequenceFromASeed)
+TEST(RandomGenerator, FollowsItsSequenceFromASeed)
 {
     Generator generator(0);
     EXPECT_EQ(generator.mX, 345350u);
@@ -36,25 +34,17 @@ TEST(RandomLcg, FollowsItsSequenceFromASeed)
     generator.setSeed(0);
     EXPECT_EQ(generator.nextDouble(), 2378142675.0 / 4294967296.0);
     EXPECT_EQ(generator.getMaxLong(), 4294967295u);
-}
-
-TEST(RandomLcg, StaysBelowOneAtItsLargestState)
-{
-    Generator generator;
     generator.mX = (UINT32_MAX - 5u) * INVERSE_OF_MULTIPLIER;
-    EXPECT_LT(generator.nextFloat(), 1.0f);
+    EXPECT_LT(generator.nextFloat(), 1.0f) << "at its largest state";
     EXPECT_EQ(generator.mX, UINT32_MAX);
-}
 
-TEST(RandomRand, RepeatsWithItsSeedInsideItsLimits)
-{
-    RandomBase<RandomGen_Rand> random(7);
-    const Vector3f first = random.uniform3(0.0f, 1.0f);
-    random.setSeed(7);
-    EXPECT_EQ(random.uniform3(0.0f, 1.0f), first);
+    RandomBase<RandomGen_Rand> library(7);
+    const Vector3f first = library.uniform3(0.0f, 1.0f);
+    library.setSeed(7);
+    EXPECT_EQ(library.uniform3(0.0f, 1.0f), first);
     EXPECT_GE(first.getMin(), 0.0f);
     EXPECT_LT(first.getMax(), 1.0f);
-    EXPECT_EQ(random.mGen.getMaxLong(), static_cast<std::uint32_t>(RAND_MAX));
+    EXPECT_EQ(library.mGen.getMaxLong(), static_cast<std::uint32_t>(RAND_MAX));
 }
 
 TEST(Random, WholeNumbersReachBothLimitsAndNothingBeyond)
@@ -74,100 +64,78 @@ TEST(Random, WholeNumbersReachBothLimitsAndNothingBeyond)
         EXPECT_LE(*found.rbegin(), hi);
         EXPECT_EQ(found.size(), count);
     }
-}
-
-TEST(Random, RefusesReversedWholeLimits)
-{
     EXPECT_EQ(test::thrownMessage([] { Random(1).uniform(2, 1); }), "lo<=hi");
 }
-
-struct DrawCase {
-    const char* name;
-    std::function<Vector3f(Random&)> draw;
-    std::function<bool(const Vector3f&)> isAllowed;
-    Vector3f mean;
-    float spread; // at least the standard deviation of a component
-};
 
 bool isUnit(const Vector3f& v)
 {
     return std::abs(v.length() - 1.0f) < 1e-5f;
 }
 
-bool isAny(const Vector3f&)
-{
-    return true;
-}
-
-const Vector3f RADII{1.0f, 2.0f, 4.0f};
-constexpr Vector3f X{1.0f, 0.0f, 0.0f};
-constexpr Vector3f Z{0.0f, 0.0f, 1.0f};
-const Box3 BOX{
-    {0.0f, 0.0f, 0.0f},
-    {2.0f, 1.0f, 1.0f}
-};
+constexpr Vector3f RADII{1, 2, 4};
+constexpr Vector3f X{1, 0, 0};
+constexpr Vector3f Z{0, 0, 1};
+constexpr Box3 BOX({0, 0, 0}, {2, 3, 0.5f});
 
 // The means are those of the textbook densities: a cap of 60 degrees has its centre of gravity at
-// (1 + cos) / 2, a hemisphere weighted with the cosine to the power n at (n + 1) / (n + 2).
+// (1 + cos) / 2, a hemisphere weighted with the cosine to the power n at (n + 1) / (n + 2). The
+// sides of a box share its hits by what is seen of each.
 // clang-format off
-const DrawCase DRAW_CASES[] = {
-    {"OnSphere", [](auto& r) { return r.randomOnSphere(); },
-     isUnit, {}, 1.0f},
-    {"InSphere", [](auto& r) { return r.randomInSphere(3.0f); },
+const struct {
+    const char* name;
+    std::function<Vector3f(Random&)> draw;
+    std::function<bool(const Vector3f&)> isAllowed;
+    Vector3f mean;
+    float spread = 1.0f; // at least the standard deviation of a component
+} DRAWN[] = {
+    {"OnSphere", [](auto& r) { return r.randomOnSphere(); }, isUnit, {}},
+    {"InSphere", [](auto& r) { return r.randomInSphere(3); },
      [](auto& v) { return v.length() <= 3.00001f; }, {}, 1.5f},
     {"HalfOfASphereIsWithinACubeRootOfAHalf",
-     [](auto& r) { return X * (r.randomInSphere(1.0f).length() < 0.793701f ? 1.0f : 0.0f); },
-     isAny, {0.5f, 0.0f, 0.0f}, 1.0f},
+     [](auto& r) { return X * (r.randomInSphere(1).length() < 0.793701f ? 1.0f : 0.0f); },
+     [](auto&) { return true; }, {0.5f, 0, 0}},
     {"InEllipsoid", [](auto& r) { return r.randomInEllipsoid(RADII); },
      [](auto& v) { return v.multiply(RADII.byOne()).length() <= 1.00001f; }, {}, 2.5f},
     {"OnEllipsoid", [](auto& r) { return r.randomOnEllipsoid(RADII); },
      [](auto& v) { return isUnit(v.multiply(RADII.byOne())); }, {}, 2.5f},
-    {"OnAFlatEllipsoidByArea",
-     [](auto& r) { return X * r.randomOnEllipsoid({1, 1, 0}).length2(); },
-     isAny, {0.5f, 0.0f, 0.0f}, 1.0f},
-    {"SphereThetaLimit", [](auto& r) { return r.randomSphereThetaLimit({0, -5, 0}, PI / 3.0f); },
-     [](auto& v) { return isUnit(v) && v.y <= -0.49999f; }, {0.0f, -0.75f, 0.0f}, 1.0f},
+    {"OnAFlatEllipsoidByArea", [](auto& r) { return X * r.randomOnEllipsoid({1, 1, 0}).length2(); },
+     [](auto&) { return true; }, {0.5f, 0, 0}},
+    {"SphereThetaLimit", [](auto& r) { return r.randomSphereThetaLimit({0, -5, 0}, PI / 3); },
+     [](auto& v) { return isUnit(v) && v.y <= -0.49999f; }, {0, -0.75f, 0}},
     {"Hemisphere", [](auto& r) { return r.randomHemisphere(Z); },
-     [](auto& v) { return isUnit(v) && v.z >= 0.0f; }, {0.0f, 0.0f, 0.5f}, 1.0f},
+     [](auto& v) { return isUnit(v) && v.z >= 0; }, {0, 0, 0.5f}},
     {"CosineHemisphere", [](auto& r) { return r.randomCosineHemisphere(-Z); },
-     [](auto& v) { return isUnit(v) && v.z <= 0.0f; }, {0.0f, 0.0f, -2.0f / 3.0f}, 1.0f},
-    {"CosinePowHemisphere", [](auto& r) { return r.randomCosinePowHemisphere({1, 0, 0}, 8.0f); },
-     [](auto& v) { return isUnit(v) && v.x >= 0.0f; }, {0.9f, 0.0f, 0.0f}, 1.0f},
-    {"SphereQuad", [](auto& r) { return r.randomSphereQuad({0.0f, 0.0f}, {PI / 2.0f, PI / 2.0f}); },
-     [](auto& v) { return isUnit(v) && v.getMin() >= -1e-6f; }, {0.5f, 0.5f, 0.5f}, 1.0f},
-    {"BoxHitStraight",
-     [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {0.0f, 0.0f, -3.0f}); },
-     [](auto& v) { return v.z == 1.0f && BOX.isInside(v); }, {1.0f, 0.5f, 1.0f}, 1.0f},
-    {"BoxHitSharedByWhatIsSeenOfEachSide",
-     [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {-1.0f, 1.0f, 0.0f}); },
-     [](auto& v) { return (v.x == 2.0f || v.y == 0.0f) && BOX.isInside(v); },
-     {4.0f / 3.0f, 0.5f / 3.0f, 0.5f}, 1.0f},
+     [](auto& v) { return isUnit(v) && v.z <= 0; }, {0, 0, -2.0f / 3}},
+    {"CosinePowHemisphere", [](auto& r) { return r.randomCosinePowHemisphere(X, 8); },
+     [](auto& v) { return isUnit(v) && v.x >= 0; }, {0.9f, 0, 0}},
+    {"SphereQuad", [](auto& r) { return r.randomSphereQuad({0, 0}, {PI / 2, PI / 2}); },
+     [](auto& v) { return isUnit(v) && v.getMin() >= -1e-6f; }, {0.5f, 0.5f, 0.5f}},
+    {"BoxHitStraight", [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {0, 0, -3}); },
+     [](auto& v) { return v.z == 0.5f && BOX.isInside(v); }, {1, 1.5f, 0.5f}},
+    {"BoxHitOnTwoSides", [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {-1, 1, 0}); },
+     [](auto& v) { return (v.x == 2 || v.y == 0) && BOX.isInside(v); }, {1.6f, 0.9f, 0.25f}},
+    {"BoxHitOnTwoOthers", [](auto& r) { return r.randomBoxSurfaceHitFromDir(BOX, {0, 6, 1}); },
+     [](auto& v) { return (v.y == 0 || v.z == 0) && BOX.isInside(v); }, {1, 0.75f, 0.125f}},
 };
 // clang-format on
 
-TEST(RandomDraw, StaysWhereItBelongsAndCentresWhereItsDensityDoes)
+TEST(Random, StaysWhereItBelongsAndCentresWhereItsDensityDoes)
 {
-    for (const DrawCase& row : DRAW_CASES) {
+    for (const auto& row : DRAWN) {
         SCOPED_TRACE(row.name);
         Random random(42);
         Vector3f sum;
         for (int i = 0; i < DRAWS; ++i) {
             const Vector3f drawn = row.draw(random);
-            ASSERT_TRUE(row.isAllowed(drawn)) << test::text(drawn, 3);
+            ASSERT_TRUE(row.isAllowed(drawn)) << drawn.x << ", " << drawn.y << ", " << drawn.z;
             sum += drawn;
         }
         const float fourStandardErrors = 4.0f * row.spread / std::sqrt(static_cast<float>(DRAWS));
         EXPECT_TRUE(isNear(sum * (1.0f / DRAWS), row.mean, fourStandardErrors));
     }
-}
-
-TEST(Random, NamesTheSideOfABoxThatIsHit)
-{
-    Random random(9);
     Vector3f normal;
-    const Vector3f point = random.randomBoxSurfaceHitFromDir(BOX, {0.0f, 2.0f, 0.0f}, normal);
-    EXPECT_EQ(normal, Vector3f(0.0f, -1.0f, 0.0f));
-    EXPECT_EQ(point.y, 0.0f);
+    Random(9).randomBoxSurfaceHitFromDir(BOX, {0, 2, 0}, normal);
+    EXPECT_EQ(normal, Vector3f(0, -1, 0));
 }
 
 TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
@@ -179,10 +147,8 @@ TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
         unsetenv("CADENZA_SEED");
         return seed;
     };
-    for (const std::uint32_t seed : {1234u, 4294967295u}) {
-        EXPECT_EQ(seedWith(std::to_string(seed).c_str()), seed);
-        EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 0);
-    }
+    EXPECT_EQ(seedWith("4294967295"), 4294967295u);
+    EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 0);
     for (const char* bad : {"4294967296", "-1", "12x", ""}) {
         EXPECT_EQ(seedWith(bad), 77u);
         EXPECT_EQ(test::countLogged("log", "CADENZA_SEED"), 1) << bad;
@@ -190,5 +156,4 @@ TEST(Seed, ComesFromTheEnvironmentWhenItIsANumber)
 }
 
 } // namespace
-
 } // namespace zavex::mathbase
