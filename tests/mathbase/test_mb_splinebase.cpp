@@ -12,7 +12,6 @@
 #include <vector>
 
 namespace zavex::mathbase {
-
 namespace {
 
 using Key = SplineBaseKey<float>;
@@ -38,17 +37,12 @@ Keys keysOf(const std::string& numbers)
     return keys;
 }
 
+const Keys NONE;
+const Keys ONE = keysOf("2 5");
 const Keys RAMP = keysOf("0 0 1 1");
 const Keys PEAK = keysOf("0 0 1 1 2 0");
 const Keys STEP = keysOf("0 0 1 2 1 6 2 8");
-const Keys TENTHS = keysOf("0.1 1 0.7 3");
-const Keys NONE;
-const Keys ONE = keysOf("2 5");
-const Keys STEP_FIRST = keysOf("1 2 1 6 2 8");
 const Keys ONLY_STEP = keysOf("1 2 1 6");
-const Keys UNEVEN = keysOf("0 0 1 2 4 5");
-const Keys TWO_STEPS = keysOf("0 0 1 1 1 5 1 9 2 8");
-const Keys EQUAL = keysOf("0 0 1 0 2 0 2 1 2 2 3 0 4 0");
 
 /** A curve with the keys in the given order, which must be sorted, equal times included. */
 SplineFloat curve(const Keys& keys, SplineFloat::InterpolationMode interpolation = LINEAR,
@@ -58,30 +52,12 @@ SplineFloat curve(const Keys& keys, SplineFloat::InterpolationMode interpolation
     SplineFloat result(interpolation, true);
     result.setExtrapolationBefore(before);
     result.setExtrapolationAfter(after);
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        result.addKey({static_cast<float>(i), 0.0f});
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        result[static_cast<int>(i)] = keys[i];
-    result.updateTangents(0, 1, 1);
+    result.addKeys(keys);
     return result;
 }
 
-std::vector<float> timesOf(const SplineFloat& spline)
-{
-    std::vector<float> times;
-    times.reserve(static_cast<std::size_t>(spline.getNumKeys()));
-    for (int i = 0; i < spline.getNumKeys(); ++i)
-        times.push_back(spline[i].time);
-    return times;
-}
-
 // clang-format off
-const struct ValueCase {
-    const char* name;
-    SplineFloat spline;
-    float time;
-    float expected;
-} VALUE_CASES[] = {
+const std::tuple<const char*, SplineFloat, float, float> VALUES[] = {
     {"NoKeys", curve(NONE), 1.0f, 0.0f},
     {"OneKeyAfter", curve(ONE, SMOOTH, REPEAT, REPEAT), 9.0f, 5.0f},
     {"Linear", curve(RAMP), 0.25f, 0.25f},
@@ -91,7 +67,7 @@ const struct ValueCase {
     {"RepeatedBefore", curve(RAMP, LINEAR, REPEAT, REPEAT), -0.25f, 0.75f},
     {"LastTimeItselfIsNotRepeated", curve(RAMP, LINEAR, REPEAT, REPEAT), 1.0f, 1.0f},
     {"RepeatedOnlyAfter", curve(RAMP, LINEAR, HOLD, REPEAT), -0.25f, 0.0f},
-    {"ClimbsOnFarOutsideInSpiteOfRounding", curve(TENTHS, LINEAR, ADD, ADD), 60.1f, 201.0f},
+    {"ClimbsOnFarOutside", curve(keysOf("0.1 1 0.7 3"), LINEAR, ADD, ADD), 60.1f, 201.0f},
     {"SquareTakesAKeyAtItsOwnTime", curve(PEAK, SQUARE), 1.0f, 1.0f},
     {"SquareTakesTheLastOfSeveralAtOneTime", curve(STEP, SQUARE), 1.0f, 6.0f},
     {"SquareAtTheLastTimeIsTheLastSegment", curve(PEAK, SQUARE), 2.0f, 1.0f},
@@ -101,7 +77,7 @@ const struct ValueCase {
     {"SmoothOfARampIsTheRamp", curve(RAMP, SMOOTH, ADD, ADD), 0.3f, 0.3f},
     {"OtherModesAreSmooth", curve(PEAK, UNKNOWN), 0.5f, 0.5f},
     {"SmoothStraightUpToAStep", curve(STEP, SMOOTH), 0.5f, 1.0f},
-    {"StepBeforeAllOtherKeys", curve(STEP_FIRST, SMOOTH), 1.0f, 2.0f},
+    {"StepBeforeAllOtherKeys", curve(keysOf("1 2 1 6 2 8"), SMOOTH), 1.0f, 2.0f},
     {"AllKeysAtOneTime", curve(ONLY_STEP, SMOOTH, REPEAT, ADD), 1.0f, 2.0f},
     {"AllKeysAtOneTimeAfter", curve(ONLY_STEP, SMOOTH, REPEAT, ADD), 3.0f, 6.0f},
     {"EndlessTime", curve(RAMP, LINEAR, REPEAT, ADD), INF, 1.0f},
@@ -109,32 +85,11 @@ const struct ValueCase {
 };
 // clang-format on
 
-TEST(SplineValue, FollowsTheModes)
+TEST(Spline, FollowsItsModes)
 {
-    for (const ValueCase& row : VALUE_CASES) {
-        SCOPED_TRACE(row.name);
-        EXPECT_NEAR(row.spline.evaluate(row.time), row.expected, 1e-4f);
-    }
+    for (const auto& [name, spline, time, expected] : VALUES)
+        EXPECT_NEAR(spline.evaluate(time), expected, 1e-4f) << name;
 }
-
-const struct TangentCase {
-    const char* name;
-    Keys keys;
-    SplineFloat::ExtrapolationMode before;
-    SplineFloat::ExtrapolationMode after;
-    std::string expected; // as tangentsOf
-} TANGENT_CASES[] = {
-    {"OneKeyIsFlat",                  ONE,       ADD,    ADD,    "0 0"                       },
-    {"PeakIsFlat",                    PEAK,      HOLD,   HOLD,   "0 1, 0 0, -1 0"            },
-    {"SlopeIsScaledToEachSegment",    UNEVEN,    HOLD,   HOLD,   "0 2, 1.5 4.5, 3 0"         },
-    {"RepeatWrapsAround",             UNEVEN,    REPEAT, REPEAT, "2 0.666667, 1.5 4.5, -3 -1"},
-    {"RepeatAddWrapsAroundLifted",    UNEVEN,    ADD,    ADD,    "4.5 1.5, 1.5 4.5, 4.5 1.5" },
-    {"EachEndFollowsItsOwnMode",      UNEVEN,    ADD,    HOLD,   "4.5 1.5, 1.5 4.5, 3 0"     },
-    {"TwoKeysWrapOntoThemselves",     RAMP,      REPEAT, ADD,    "0.5 0.5, 1 1"              },
-    {"NextToAStepTheOtherSideCounts", STEP,      HOLD,   HOLD,   "0 2, 2 0, 0 2, 2 0"        },
-    {"BetweenTwoStepsFlat",           TWO_STEPS, HOLD,   HOLD,   "0 1, 1 0, 0 0, 0 -1, -1 0" },
-    {"AllAtOneTimeIsFinite",          ONLY_STEP, REPEAT, ADD,    "0 0, 0 0"                  },
-};
 
 /** "in out, in out, ..." of each key; a negative zero reads 0. */
 std::string tangentsOf(const SplineFloat& spline)
@@ -146,54 +101,58 @@ std::string tangentsOf(const SplineFloat& spline)
     return text.str();
 }
 
-TEST(SplineTangent, ComesFromTheNeighbours)
+TEST(Spline, TakesItsTangentsFromTheNeighboursIfTheyAreAutomaticAndSmooth)
 {
-    for (const TangentCase& row : TANGENT_CASES) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(tangentsOf(curve(row.keys, SMOOTH, row.before, row.after)), row.expected);
-    }
-}
+    using Mode = SplineFloat::ExtrapolationMode;
+    const Keys uneven = keysOf("0 0 1 2 4 5");
+    const std::tuple<const char*, Keys, Mode, Mode, std::string> rows[] = {
+        {"OneKeyIsFlat",                  ONE,                           ADD,    ADD,    "0 0"                       },
+        {"PeakIsFlat",                    PEAK,                          HOLD,   HOLD,   "0 1, 0 0, -1 0"            },
+        {"SlopeIsScaledToEachSegment",    uneven,                        HOLD,   HOLD,   "0 2, 1.5 4.5, 3 0"         },
+        {"RepeatWrapsAround",             uneven,                        REPEAT, REPEAT, "2 0.666667, 1.5 4.5, -3 -1"},
+        {"RepeatAddWrapsAroundLifted",    uneven,                        ADD,    ADD,    "4.5 1.5, 1.5 4.5, 4.5 1.5" },
+        {"EachEndFollowsItsOwnMode",      uneven,                        ADD,    HOLD,   "4.5 1.5, 1.5 4.5, 3 0"     },
+        {"TwoKeysWrapOntoThemselves",     RAMP,                          REPEAT, ADD,    "0.5 0.5, 1 1"              },
+        {"NextToAStepTheOtherSideCounts", STEP,                          HOLD,   HOLD,   "0 2, 2 0, 0 2, 2 0"        },
+        {"BetweenTwoStepsFlat",           keysOf("0 0 1 1 1 5 1 9 2 8"), HOLD,   HOLD,
+         "0 1, 1 0, 0 0, 0 -1, -1 0"                                                                                 },
+        {"AllAtOneTimeIsFinite",          ONLY_STEP,                     REPEAT, ADD,    "0 0, 0 0"                  },
+    };
+    for (const auto& [name, keys, before, after, expected] : rows)
+        EXPECT_EQ(tangentsOf(curve(keys, SMOOTH, before, after)), expected) << name;
 
-TEST(Spline, KeepsItsTangentsUnlessTheyAreAutomaticAndSmooth)
-{
-    for (const bool isLinear : {false, true}) {
-        SplineFloat spline(isLinear ? LINEAR : SMOOTH, isLinear);
-        spline.addKey({0.0f, 0.0f, 3.0f, 4.0f});
-        spline.addKey({1.0f, 2.0f, 5.0f, 6.0f});
-        EXPECT_EQ(spline[0].tangentOUT, 4.0f) << isLinear;
-        EXPECT_EQ(spline[1].tangentIN, 5.0f) << isLinear;
-    }
+    const Keys keys = {Key(0, 0, 3, 4), Key(1, 2, 5, 6)};
+    EXPECT_EQ(tangentsOf(curve(keys, LINEAR)), "3 4, 5 6");
+    SplineFloat manual(SMOOTH, false);
+    manual.addKeys(keys);
+    EXPECT_EQ(tangentsOf(manual), "3 4, 5 6");
 }
 
 TEST(Spline, NamesTheSegmentOfATime)
 {
-    const std::tuple<Keys, float, int> cases[] = {
-        {NONE,  0.0f,         SplineFloat::NO_KEYS         },
-        {ONE,   1.9f,         SplineFloat::BEFORE_FIRST_KEY},
-        {ONE,   2.0f,         SplineFloat::AFTER_LAST_KEY  },
-        {RAMP,  1.0f,         0                            },
-        {PEAK,  2.1f,         SplineFloat::AFTER_LAST_KEY  },
-        {PEAK,  0.0f,         0                            },
-        {PEAK,  2.0f,         1                            },
-        {PEAK,  NOT_A_NUMBER, SplineFloat::AFTER_LAST_KEY  },
-        {STEP,  1.0f,         0                            },
-        {EQUAL, 2.0f,         3                            },
+    const Keys equal = keysOf("0 0 1 0 2 0 2 1 2 2 3 0 4 0");
+    // clang-format off
+    const std::tuple<Keys, float, int> rows[] = {
+        {NONE, 0, SplineFloat::NO_KEYS}, {ONE, 1.9f, SplineFloat::BEFORE_FIRST_KEY},
+        {ONE, 2, SplineFloat::AFTER_LAST_KEY}, {RAMP, 1, 0}, {PEAK, 0, 0}, {PEAK, 2, 1},
+        {PEAK, 2.1f, SplineFloat::AFTER_LAST_KEY}, {STEP, 1, 0}, {equal, 2, 3},
+        {PEAK, NOT_A_NUMBER, SplineFloat::AFTER_LAST_KEY},
     };
-    for (const auto& [keys, time, expected] : cases) {
-        SCOPED_TRACE(testing::Message() << time);
-        EXPECT_EQ(curve(keys).getKeyIndex(time), expected);
-    }
-}
+    // clang-format on
+    for (const auto& [keys, time, expected] : rows)
+        EXPECT_EQ(curve(keys).getKeyIndex(time), expected) << keys.size() << " at " << time;
 
-TEST(Spline, RemembersTheSegmentOfAKeyThatTwoShare)
-{
     const SplineFloat spline = curve(keysOf("0 0 1 0 2 0 3 0 4 0"));
-    EXPECT_EQ(spline.getKeyIndex(1.5f), 1);
-    EXPECT_EQ(spline.getKeyIndex(2.0f), 1);
-    EXPECT_EQ(spline.getKeyIndex(2.5f), 2);
-    EXPECT_EQ(spline.getKeyIndex(2.0f), 2);
-    EXPECT_EQ(spline.getKeyIndex(3.5f), 3);
-    EXPECT_EQ(spline.getKeyIndex(0.0f), 0);
+    const std::pair<float, int> remembering[] = {
+        {1.5f, 1}, // then the one that two share is that of the last look-up
+        {2.0f, 1},
+        {2.5f, 2},
+        {2.0f, 2},
+        {3.5f, 3},
+        {0.0f, 0},
+    };
+    for (const auto& [time, expected] : remembering)
+        EXPECT_EQ(spline.getKeyIndex(time), expected) << time;
 }
 
 TEST(Spline, FindsTheSameValuesWhateverWasLookedUpBefore)
@@ -211,27 +170,39 @@ TEST(Spline, FindsTheSameValuesWhateverWasLookedUpBefore)
     }
 }
 
-TEST(Spline, InsertsAKeyAtItsTimeAndWidensTheRange)
+TEST(Spline, PutsAKeyAtItsTimeAndWidensTheRange)
 {
-    const std::tuple<Keys, float, int> cases[] = {
-        {NONE, 3.0f,  0},
-        {ONE,  0.5f,  0},
-        {ONE,  2.0f,  1},
-        {RAMP, -1.0f, 0},
-        {PEAK, 0.0f,  1},
-        {PEAK, 1.5f,  2},
-        {PEAK, 2.0f,  2},
-        {RAMP, 1.0f,  1},
-        {PEAK, 2.5f,  3},
-    };
-    for (const auto& [keys, time, expected] : cases) {
-        SCOPED_TRACE(testing::Message() << time);
-        SplineFloat spline = curve(keys);
-        EXPECT_EQ(spline.addKey({time, 50.0f}), expected);
-        EXPECT_EQ(spline[expected].value, 50.0f);
+    const auto expectKept = [](const SplineFloat& spline, int index, int expected) {
+        ASSERT_EQ(index, expected);
+        EXPECT_EQ(spline[index].value, 50.0f);
         EXPECT_EQ(spline.getMaxValue(), 50.0f);
-        EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
-        EXPECT_EQ(spline.getInterval(), Vector2f(timesOf(spline).front(), timesOf(spline).back()));
+        for (int i = 1; i < spline.getNumKeys(); ++i)
+            EXPECT_LE(spline[i - 1].time, spline[i].time);
+        EXPECT_EQ(spline.getInterval().x, spline[0].time);
+        EXPECT_EQ(spline.getInterval().y, spline[spline.getNumKeys() - 1].time);
+    };
+    // clang-format off
+    const std::tuple<Keys, float, int> added[] = {
+        {NONE, 3, 0}, {ONE, 0.5f, 0}, {ONE, 2, 1}, {RAMP, -1, 0}, {RAMP, 1, 1}, {PEAK, 0, 1},
+        {PEAK, 1.5f, 2}, {PEAK, 2, 2}, {PEAK, 2.5f, 3},
+    };
+    const std::tuple<int, float, int> moved[] = {
+        {1, 1.5f, 1}, {1, 2, 1}, {0, 9, 2}, {2, -1, 0}, {0, 1.5f, 1}, {2, 0, 1}, {2, 7, 2},
+    };
+    // clang-format on
+    for (const auto& [keys, time, expected] : added) {
+        SCOPED_TRACE(testing::Message() << keys.size() << " added at " << time);
+        SplineFloat spline = curve(keys);
+        const int index = spline.addKey({time, 50.0f});
+        expectKept(spline, index, expected);
+    }
+    for (const auto& [from, time, expected] : moved) {
+        SCOPED_TRACE(testing::Message() << from << " moved to " << time);
+        SplineFloat spline = curve(PEAK, SMOOTH);
+        spline[from].time = time;
+        spline[from].value = 50.0f;
+        const int index = spline.updateKey(from);
+        expectKept(spline, index, expected);
     }
 }
 
@@ -240,9 +211,15 @@ TEST(Spline, RemovesKeysDownToNoneAndForgetsItsSegment)
     SplineFloat spline = curve(PEAK, SMOOTH);
     EXPECT_EQ(spline.getKeyIndex(1.5f), 1);
     spline.removeKey(1);
-    EXPECT_EQ(timesOf(spline), (std::vector{0.0f, 2.0f}));
+    EXPECT_EQ(spline.getInterval(), Vector2f(0, 2));
     EXPECT_EQ(spline.getMaxValue(), 0.0f);
     EXPECT_EQ(spline.evaluate(1.5f), 0.0f);
+    for (const int index : {-1, 2}) {
+        const std::string expected = "index>=0 && index<(int)mKeys.size()";
+        EXPECT_EQ(test::thrownMessage([&] { spline.removeKey(index); }), expected) << index;
+        EXPECT_EQ(test::thrownMessage([&] { spline.updateKey(index); }), expected) << index;
+    }
+    EXPECT_EQ(spline.getNumKeys(), 2);
 
     spline[0].value = 4.0f;
     spline.updateKey(0);
@@ -252,43 +229,5 @@ TEST(Spline, RemovesKeysDownToNoneAndForgetsItsSegment)
     EXPECT_EQ(spline.getMaxValue(), 4.0f);
 }
 
-TEST(Spline, RefusesIndicesOutsideItsKeys)
-{
-    SplineFloat spline = curve(RAMP);
-    for (const int index : {-1, 2}) {
-        EXPECT_EQ(test::thrownMessage([&] { spline.removeKey(index); }),
-                  "index>=0 && index<(int)mKeys.size()")
-            << index;
-        EXPECT_EQ(test::thrownMessage([&] { spline.updateKey(index); }),
-                  "index>=0 && index<(int)mKeys.size()")
-            << index;
-    }
-    EXPECT_EQ(spline.getNumKeys(), 2);
-}
-
-TEST(Spline, PutsAChangedKeyBackInOrder)
-{
-    const std::tuple<int, float, int> cases[] = {
-        {1, 1.5f,  1},
-        {1, 2.0f,  1},
-        {0, 9.0f,  2},
-        {2, -1.0f, 0},
-        {0, 1.5f,  1},
-        {2, 0.0f,  1},
-        {2, 7.0f,  2},
-    };
-    for (const auto& [index, time, expected] : cases) {
-        SCOPED_TRACE(testing::Message() << index << " " << time);
-        SplineFloat spline = curve(PEAK, SMOOTH);
-        spline[index].time = time;
-        spline[index].value = 50.0f;
-        EXPECT_EQ(spline.updateKey(index), expected);
-        EXPECT_EQ(spline[expected].value, 50.0f);
-        EXPECT_EQ(spline.getMaxValue(), 50.0f);
-        EXPECT_TRUE(std::ranges::is_sorted(timesOf(spline)));
-    }
-}
-
 } // namespace
-
 } // namespace zavex::mathbase
