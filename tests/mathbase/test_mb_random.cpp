@@ -98,7 +98,7 @@ const struct {
      [](auto& v) { return v.multiply(RADII.byOne()).length() <= 1.00001f; }, {}, 2.5f},
     {"OnEllipsoid", [](auto& r) { return r.randomOnEllipsoid(RADII); },
      [](auto& v) { return isUnit(v.multiply(RADII.byOne())); }, {}, 2.5f},
-    {"OnAFlatEllipsoidByArea", [](auto& r) { return X * r.randomOnEllipsoid({1, 1, 0}).length2(); },
+    {"OnAFlatEllipsoidByArea", [](auto& r) { return X * (r.randomOnEllipsoid({2, 2, 0}).length2() / 4); },
      [](auto&) { return true; }, {0.5f, 0, 0}},
     {"SphereThetaLimit", [](auto& r) { return r.randomSphereThetaLimit({0, -5, 0}, PI / 3); },
      [](auto& v) { return isUnit(v) && v.y <= -0.49999f; }, {0, -0.75f, 0}},
