@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -68,24 +69,17 @@ TEST(Document, BuiltInMemoryHasNoDeclaration)
     XmlParser parser;
     Iterator root = parser.createIterator("");
     root.setRoot(XmlTag("demo"));
-    Iterator first = root.addChild(XmlTag("first"));
-    first.addChild(XmlTag("inner"));
+    root.addChild(XmlTag("first")).addChild(XmlTag("inner"));
     root.addChild(XmlTag("second"));
     root->setValue("at", 0.1);
-
-    EXPECT_EQ(written(parser), "<demo>\n"
-                               "\t<first>\n"
-                               "\t\t<inner/>\n"
-                               "\t</first>\n"
-                               "\t<second at=\"0.1\"/>\n"
-                               "</demo>\n");
+    EXPECT_EQ(written(parser),
+              "<demo>\n\t<first>\n\t\t<inner/>\n\t</first>\n\t<second at=\"0.1\"/>\n</demo>\n");
 }
 
-constexpr struct RewriteCase {
-    const char* name;
-    const char* text;
-    const char* expected;
-} CONTENTS[] = {
+/** A name, what is read, and what is written. */
+using Rewritten = std::array<const char*, 3>;
+
+constexpr Rewritten CONTENTS[] = {
     {"RootWithoutContent",                              "",                             ""                               },
     {"ElementWithoutContentIsShortened",                "<b>\n</b>",                    "<b/>\n"                         },
     {"EmptyElementNamedAsItsParentEndsIt",              "<a/>",                         ""                               },
@@ -114,47 +108,38 @@ constexpr struct RewriteCase {
     {"BytesAboveAsciiInValues",                         "<b x='\xe5\xff'/>",            "<b x=\"\xe5\xff\"/>\n"          },
 };
 
-constexpr RewriteCase DOCUMENTS[] = {
-    {"EndTagMayHaveSpaces",             "< a >< / a >",                                           "<a>\n</a>\n"    },
-    {"NameTakesColons",                 "<n:a></n:a>",                                            "<n:a>\n</n:a>\n"},
-    {"NameMayBeMissing",                "<></>",                                                  "<>\n</>\n"      },
-    {"PrologueIsDropped",               " text <!DOCTYPE a><!-- c --><?style x=1?><a></a>",       "<a>\n</a>\n"    },
+constexpr Rewritten DOCUMENTS[] = {
+    {"EndTagMayHaveSpaces",             "< a >< / a >",                                           "<a>\n</a>\n"              },
+    {"NameTakesColons",                 "<n:azAZ09></n:azAZ09>",                                  "<n:azAZ09>\n</n:azAZ09>\n"},
+    {"NameMayBeMissing",                "<></>",                                                  "<>\n</>\n"                },
+    {"PrologueIsDropped",               " text <!DOCTYPE a><!-- c --><?style x=1?><a></a>",       "<a>\n</a>\n"              },
     {"DeclarationsMerge",               "<?xml version='1' a=1?><?xml a=2 encoding='x'?><a></a>",
-     "<?xml version=\"1\" a=\"2\" encoding=\"x\"?>\n\n<a>\n</a>\n"                                                 },
-    {"WhateverFollowsTheRootIsNotRead", "<a></a><<<",                                             "<a>\n</a>\n"    },
+     "<?xml version=\"1\" a=\"2\" encoding=\"x\"?>\n\n<a>\n</a>\n"                                                           },
+    {"WhateverFollowsTheRootIsNotRead", "<a></a><<<",                                             "<a>\n</a>\n"              },
 };
 
 TEST(Document, KeepsWhatWasRead)
 {
-    for (const RewriteCase& each : CONTENTS)
-        EXPECT_EQ(rewritten("<a>" + std::string(each.text) + "</a>"),
-                  "<a>\n" + std::string(each.expected) + "</a>\n")
-            << each.name;
-    for (const RewriteCase& each : DOCUMENTS)
-        EXPECT_EQ(rewritten(each.text), each.expected) << each.name;
+    for (const auto& [name, text, expected] : CONTENTS)
+        EXPECT_EQ(rewritten(std::string("<a>") + text + "</a>"),
+                  std::string("<a>\n") + expected + "</a>\n")
+            << name;
+    for (const auto& [name, text, expected] : DOCUMENTS)
+        EXPECT_EQ(rewritten(text), expected) << name;
 }
-
-constexpr struct OutsideCase {
-    const char* text;
-    bool expected;
-} OUTSIDE_CASES[] = {
-    {"\n<?xml a=1?>\t<?xml b=1?>\n<a><!-- c --><!b>t<?c?></a> \t\r\n", false},
-    {"<!-- c --><a></a>",                                              true },
-    {"<!DOCTYPE a><a></a>",                                            true },
-    {"<?style?><a></a>",                                               true },
-    {"text <a></a>",                                                   true },
-    {"<a></a>\n<!-- c -->",                                            true },
-    {"<a></a></a>",                                                    true },
-};
 
 TEST(Document, SaysWhetherAnythingStandsOutsideItsRoot)
 {
-    XmlParser parser;
-    for (const OutsideCase& each : OUTSIDE_CASES) {
-        parser.clear();
-        parser.parse(each.text);
-        EXPECT_EQ(parser.hasContentOutside(), each.expected) << each.text;
-    }
+    const auto hasContentOutside = [](const char* text) {
+        XmlParser parser;
+        parser.parse(text);
+        return parser.hasContentOutside();
+    };
+    EXPECT_FALSE(
+        hasContentOutside("\n<?xml a=1?>\t<?xml b=1?>\n<a><!-- c --><!b>t<?c?></a> \t\r\n"));
+    for (const char* text : {"<!-- c --><a></a>", "<!DOCTYPE a><a></a>", "<?style?><a></a>",
+                             "text <a></a>", "<a></a>\n<!-- c -->", "<a></a></a>"})
+        EXPECT_TRUE(hasContentOutside(text)) << text;
 }
 
 struct BrokenCase {
@@ -234,46 +219,41 @@ TEST(BrokenDocument, KeepsWhatWasReadUntilCleared)
     EXPECT_EQ(written(parser, ""), "<d>\n</d>\n");
 }
 
-std::string repeated(const std::string& part, int count)
-{
-    std::string text;
-    for (int each = 0; each < count; ++each)
-        text += part;
-    return text;
-}
-
 TEST(LargeDocument, IsReadAndWrittenUpToItsLimits)
 {
-    constexpr int DEEPEST = XmlParser::DEEPEST;
-    const std::string text = repeated("<b>", DEEPEST) + repeated("</b>", DEEPEST);
+    const auto nested = [](int depth) {
+        std::string text;
+        for (int at = 0; at < 2 * depth; ++at)
+            text += at < depth ? "<b>" : "</b>";
+        return text;
+    };
+    const std::string text = nested(XmlParser::DEEPEST);
     XmlParser parser;
     parser.parse(text);
     std::string out = written(parser, "");
     XmlParser().parse(out);
-    EXPECT_EQ(out.size(), text.size() + 2 * DEEPEST);
-    EXPECT_EQ(thrownMessage([&] { XmlParser().parse(repeated("<b>", DEEPEST + 1)); }),
+    EXPECT_EQ(out.size(), text.size() + 2 * XmlParser::DEEPEST);
+    EXPECT_EQ(thrownMessage([&] { XmlParser().parse(nested(XmlParser::DEEPEST + 1)); }),
               "(error at line 1, col 30004); More than 10000 elements lie inside one another (when "
               "reading tag at 1:30001)");
 
     parser.clear();
     parser.parse("<a><b/></a>");
-    EXPECT_EQ(thrownMessage(
-                  [&] { parser.write(out, std::string(XmlParser::MOST_INDENTATION + 1, ' ')); }),
+    const std::string indent(XmlParser::MOST_INDENTATION + 1, ' ');
+    EXPECT_EQ(thrownMessage([&] { parser.write(out, indent); }),
               "XmlParser::write; The indentation of elements inside one another takes more than "
               "134217728 bytes");
-    EXPECT_EQ(out.size(), text.size() + 2 * DEEPEST);
+    EXPECT_EQ(out.size(), text.size() + 2 * XmlParser::DEEPEST);
 }
 
 TEST(LargeDocument, UnitesRepeatedAttributesHoweverMany)
 {
     const auto declaration = [](const char* seventh, const char* eighth) {
         std::string text = "<?xml";
-        for (int each = 0; each < 100'000; ++each)
-            text += " a" + std::to_string(each) + "=\"" +
-                    (each == 7   ? seventh
-                     : each == 8 ? eighth
-                                 : "1") +
-                    '"';
+        for (int each = 0; each < 100'000; ++each) {
+            const char* const value = each == 7 ? seventh : each == 8 ? eighth : "1";
+            text += " a" + std::to_string(each) + "=\"" + value + '"';
+        }
         return text;
     };
     XmlParser parser;
@@ -288,15 +268,8 @@ std::string randomDocument(std::mt19937& random)
         return std::string(pieces[random() % std::size(pieces)]);
     };
     constexpr const char* NAMES[] = {"", "a", "b1", "COMMENT"};
-    constexpr const char* KINDS[][2] = {
-        {"<",        ">" },
-        {"<",        ">" },
-        {"</",       ">" },
-        {"<",        "/>"},
-        {"< / / w=", ">" },
-        {"<?",       "?>"},
-        {"<!",       ">" }
-    };
+    constexpr const char* BEGINNINGS[] = {"<", "<", "</", "<", "< / / w=", "<?", "<!"};
+    constexpr const char* ENDS[] = {">", ">", ">", "/>", ">", "?>", ">"}; // of those
     constexpr const char* ARGUMENTS[] = {" x=1", " ='\"'", " y=\"it's\"", " z='\t< >/\r'", " x= "};
     constexpr const char* WORDS[] = {" x", "y ", " \"q \"", " w ''", " v 'v'", "'\"'"};
     constexpr const char* TEXTS[] = {"'", "t 'u'\t\r\n", "''",     "<!---\t->\r\n-->", "", "\n ",
@@ -304,12 +277,12 @@ std::string randomDocument(std::mt19937& random)
 
     std::string text = "<" + oneOf(NAMES) + ">";
     for (int piece = 0; piece < 12; ++piece) {
-        const auto& [begin, end] = KINDS[random() % std::size(KINDS)];
-        const bool exclaims = std::string_view(begin) == "<!";
-        text += begin + (exclaims ? "" : oneOf(NAMES));
+        const std::size_t kind = random() % std::size(BEGINNINGS);
+        const bool exclaims = kind + 1 == std::size(BEGINNINGS);
+        text += BEGINNINGS[kind] + (exclaims ? "" : oneOf(NAMES));
         for (std::size_t left = random() % 3; left > 0; --left)
             text += exclaims ? oneOf(WORDS) : oneOf(ARGUMENTS);
-        text += end + oneOf(TEXTS);
+        text += ENDS[kind] + oneOf(TEXTS);
     }
     for (int last = 0; last < 100; ++last)
         text += "</" + oneOf(NAMES) + ">";
@@ -353,68 +326,52 @@ TEST(Document, IsReadBackAsItWasWritten)
     EXPECT_GT(documents, 1000);
 }
 
-/** Counts the flushes of the stream that writes to it. */
-class FlushCounter : public std::stringbuf {
-public:
-    int flushes = 0;
-
-protected:
-    int sync() override
-    {
-        ++flushes;
-        return 0;
-    }
-};
-
 TEST(Document, FlushesTheStreamAfterEveryTag)
 {
+    struct FlushCounter : std::stringbuf {
+        int flushes = 0;
+        int sync() override { return ++flushes, 0; }
+    } counter;
     XmlParser parser;
     parser.parse("<?xml a=1?><a><b><c/></b></a>");
-    FlushCounter counter;
     std::ostream stream(&counter);
     parser.write(stream, "\t");
     EXPECT_EQ(counter.flushes, 4); // the declaration, a, b and c; end tags come with what follows
 }
 
-constexpr struct UnwritableCase {
-    int type;
-    const char* name;
-    const char* attribute;
-    const char* value;
-    const char* fault;
-} UNWRITABLE_CASES[] = {
-    {XmlTag::NORMAL,           "b",   "x",       "'\"",
-     "'b': a value with both kinds of quotes could not be read back: x='\""       },
-    {XmlTag::NORMAL,           "b",   "x",       "1\n2",
-     "'b': a value with a tab or the end of a line could not be read back: x=1\n2"},
-    {XmlTag::NORMAL,           "b-c", "x",       "",
-     "'b-c': a name with a byte that none may have could not be read back: b-c"   },
-    {XmlTag::SPECIAL_QUESTION, "b",   "x:y",     "",
-     "'b': a name with a byte that none may have could not be read back: x:y"     },
-    {XmlTag::SPECIAL_EXCLAIM,  "",    "x",       "\t",
-     "'': a value with a tab or the end of a line could not be read back: x=\t"   },
-    {XmlTag::COMMENT,          "",    "content", "c-->d",
-     "'': a comment that is empty, ends with '-' or holds its end mark could not be read back: "
-     "c-->d"                                                                      },
-    {XmlTag::TEXT,             "",    "content", "t<",
-     "'': text with '<', a tab or a carriage return could not be read back: t<"   },
-    {XmlTag::TEXT + 1,         "",    "",        "",      nullptr                 },
-};
-
 TEST(Document, WithATagThatCouldNotBeReadBackLeavesTheTextAlone)
 {
-    for (const UnwritableCase& each : UNWRITABLE_CASES) {
-        XmlTag tag(each.name);
-        tag.setTagType(each.type);
-        tag.setValue(each.attribute, each.value);
+    const std::string value = ": a value with ";
+    const std::string control = value + "a tab or the end of a line could not be read back: ";
+    const std::string name = ": a name with a byte that none may have could not be read back: ";
+    const struct {
+        int type;
+        const char *name, *attribute, *value;
+        std::string fault;
+    } rows[] = {
+        {XmlTag::NORMAL,           "b",   "x",       "'\"",
+         "In 'b'" + value + "both kinds of quotes could not be read back: x='\""           },
+        {XmlTag::NORMAL,           "b",   "x",       "1\n2",  "In 'b'" + control + "x=1\n2"},
+        {XmlTag::NORMAL,           "b-c", "x",       "",      "In 'b-c'" + name + "b-c"    },
+        {XmlTag::SPECIAL_QUESTION, "b",   "x:y",     "",      "In 'b'" + name + "x:y"      },
+        {XmlTag::SPECIAL_EXCLAIM,  "",    "x",       "\t",    "In ''" + control + "x=\t"   },
+        {XmlTag::COMMENT,          "",    "content", "c-->d",
+         "In '': a comment that is empty, ends with '-' or holds its end mark could not be read "
+         "back: c-->d"                                                                     },
+        {XmlTag::TEXT,             "",    "content", "t<",
+         "In '': text with '<', a tab or a carriage return could not be read back: t<"     },
+        {XmlTag::TEXT + 1,         "",    "",        "",      "Unknown tagtype!"           },
+    };
+    for (const auto& row : rows) {
+        XmlTag tag(row.name);
+        tag.setTagType(row.type);
+        tag.setValue(row.attribute, row.value);
         XmlParser parser;
         parser.parse("<a><b/></a>");
         parser.createIterator("").addChild(tag);
 
         std::string text = "as it was";
-        EXPECT_EQ(thrownMessage([&] { parser.write(text, ""); }),
-                  each.fault ? std::string("XmlTag::write; In ") + each.fault
-                             : "XmlTag::write; Unknown tagtype!");
+        EXPECT_EQ(thrownMessage([&] { parser.write(text, ""); }), "XmlTag::write; " + row.fault);
         std::ostringstream stream;
         EXPECT_THROW(parser.write(stream, ""), Exception);
         EXPECT_EQ(text + stream.str(), "as it was");
