@@ -50,7 +50,7 @@ bool Effect::acceptEvents(vellum::Event& event)
 int Effect::handleEvent(vellum::Event& event)
 {
     const Vector2f point = event.mousePos;
-    if (event.type == "reset" && !mMouseDown)
+    if (event.type == vellum::Event::RESET && !mMouseDown)
         mMouseOverIndex = NOTHING;
 
     const vellum::ControlWatch self(*this);
@@ -58,14 +58,15 @@ int Effect::handleEvent(vellum::Event& event)
     if (handled != 0 || self.isGone())
         return handled;
 
-    const bool isRelease = event.type == "mouseup" && event.button == display::MOUSE_LEFT;
+    const bool isRelease =
+        event.type == vellum::Event::MOUSE_UP && event.button == display::MOUSE_LEFT;
     if (isRelease || !vellum::isShown(*this))
         mMouseDown = false;
-    else if (event.type == "mousemove")
+    else if (event.type == vellum::Event::MOUSE_MOVE)
         moveTo(event, point);
-    else if (event.type == "mousedown")
+    else if (event.type == vellum::Event::MOUSE_DOWN)
         press(event, point);
-    else if (event.type == "context")
+    else if (event.type == vellum::Event::CONTEXT)
         choose(event.action);
     return handled;
 }

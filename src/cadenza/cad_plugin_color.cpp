@@ -133,18 +133,18 @@ int Color::handleEvent(vellum::Event& event)
     const Vector2f point = event.mousePos;
     const int handled = Control::handleEvent(event);
     const bool shown = vellum::isShown(*this);
-    if (!shown || event.type == "mouseup")
+    if (!shown || event.type == vellum::Event::MOUSE_UP)
         mPushed = false;
     if (!shown)
         return handled;
 
-    if (event.type == "reset")
+    if (event.type == vellum::Event::RESET)
         mHighlight = mPushed ? mHighlight : -1;
-    else if (event.type == "mousemove")
+    else if (event.type == vellum::Event::MOUSE_MOVE)
         mPushed ? dragTo(point) : hover(point);
-    else if (event.type == "mousedown")
+    else if (event.type == vellum::Event::MOUSE_DOWN)
         event.button == display::MOUSE_LEFT ? press(point, event.doubleClick) : openMenu(point);
-    else if (event.type == "context")
+    else if (event.type == vellum::Event::CONTEXT)
         choose(event.action);
     return handled;
 }

@@ -191,15 +191,15 @@ int Trigger::handleEvent(vellum::Event& event)
         return handled;
     }
 
-    if (event.type == "reset" && !mPushed)
+    if (event.type == vellum::Event::RESET && !mPushed)
         mHighlight = -1;
-    else if (event.type == "mousemove")
+    else if (event.type == vellum::Event::MOUSE_MOVE)
         mPushed ? drag(event) : hover(event.mousePos.x);
-    else if (event.type == "mousedown")
+    else if (event.type == vellum::Event::MOUSE_DOWN)
         press(event);
-    else if (event.type == "mouseup")
+    else if (event.type == vellum::Event::MOUSE_UP)
         mPushed = false;
-    else if (event.type == "context" && event.action == "trigger.adjust")
+    else if (event.type == vellum::Event::CONTEXT && event.action == "trigger.adjust")
         adjustRepeat();
     return handled;
 }

@@ -76,11 +76,11 @@ int Box::handleEvent(Event& event)
         return handled;
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mousedown" && left)
+    if (event.type == Event::MOUSE_DOWN && left)
         mDragged = onCaption && !mInactive && isShown(*this) && dynamic_cast<BoxView*>(mParent);
-    else if (event.type == "mouseup" && left)
+    else if (event.type == Event::MOUSE_UP && left)
         mDragged = false;
-    else if (event.type == "mousemove" && mDragged)
+    else if (event.type == Event::MOUSE_MOVE && mDragged)
         setPosition(mArea.mMin - event.mouseDelta);
     return handled;
 }

@@ -45,11 +45,11 @@ int BoxView::handleEvent(Event& event)
         return handled;
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mousedown" && left)
+    if (event.type == Event::MOUSE_DOWN && left)
         mDragged = onSheet && !mInactive;
-    else if (event.type == "mouseup" && left)
+    else if (event.type == Event::MOUSE_UP && left)
         mDragged = false;
-    else if (event.type == "mousemove" && mDragged) {
+    else if (event.type == Event::MOUSE_MOVE && mDragged) {
         setOffset(getOffset() + event.mouseDelta);
         sendAction(ACTION_SCROLL_CHANGED);
     }

@@ -61,9 +61,9 @@ int Button::handleEvent(Event& event)
     if (self.isGone() || event.button != display::MOUSE_LEFT)
         return handled;
 
-    if (event.type == "mousedown" && over && !mInactive)
+    if (event.type == Event::MOUSE_DOWN && over && !mInactive)
         press();
-    else if (event.type == "mouseup")
+    else if (event.type == Event::MOUSE_UP)
         release(over);
     return handled;
 }

@@ -48,11 +48,11 @@ int Caption::handleEvent(Event& event)
         return handled;
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mousedown" && left && over)
+    if (event.type == Event::MOUSE_DOWN && left && over)
         press(*window, point, event.doubleClick);
-    else if (event.type == "mouseup" && left)
+    else if (event.type == Event::MOUSE_UP && left)
         mClicked = false;
-    else if (event.type == "mousemove" && mClicked)
+    else if (event.type == Event::MOUSE_MOVE && mClicked)
         window->moveBy(point - mClickedPos);
     return handled;
 }

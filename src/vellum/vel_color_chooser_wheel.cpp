@@ -75,12 +75,12 @@ int ColorChooserWheel::handleEvent(Event& event)
     if (self.isGone())
         return handled;
 
-    if (event.type == "mouseup" || mInactive || !isShown(*this))
+    if (event.type == Event::MOUSE_UP || mInactive || !isShown(*this))
         mClicked = false;
-    else if (event.type == "mousedown") {
+    else if (event.type == Event::MOUSE_DOWN) {
         mClicked = true;
         chooseAt(position);
-    } else if (event.type == "mousemove" && mClicked)
+    } else if (event.type == Event::MOUSE_MOVE && mClicked)
         chooseAt(position);
     return handled;
 }

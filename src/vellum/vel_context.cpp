@@ -64,7 +64,7 @@ bool Context::acceptEvents(Event& event)
 
 int Context::handleEvent(Event& event)
 {
-    if (event.type == "mousemove")
+    if (event.type == Event::MOUSE_MOVE)
         hoverRow(rowAt(event.mousePos));
 
     const ControlWatch self(*this);
@@ -72,9 +72,9 @@ int Context::handleEvent(Event& event)
         return handled;
     if (self.isGone())
         return 0;
-    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && getOrder(mSelected))
+    if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT && getOrder(mSelected))
         return choose();
-    if (event.type == "mousedown" && mSelected < 0)
+    if (event.type == Event::MOUSE_DOWN && mSelected < 0)
         resetContext();
     return 0;
 }
@@ -287,7 +287,7 @@ int Context::passToSubmenu(const Event& event)
 int Context::choose()
 {
     Event choice;
-    choice.type = "context";
+    choice.type = Event::CONTEXT;
     choice.action = getOrder(mSelected)->getCaption();
     // The owner may delete this menu, or itself, on hearing of the choice.
     Control* parent = mParent ? mParent : this;

@@ -19,8 +19,8 @@ namespace {
 
 bool isKeyboardEvent(const Event& event)
 {
-    return event.type == "keyup" || event.type == "keydown" || event.type == "keycharup" ||
-           event.type == "keychardown";
+    return event.type == Event::KEY_UP || event.type == Event::KEY_DOWN ||
+           event.type == Event::CHAR_UP || event.type == Event::CHAR_DOWN;
 }
 
 /**
@@ -323,18 +323,18 @@ int Control::handleEvent(Event& event)
     if (mFocus && mFocus != this && isKeyboardEvent(event))
         return mFocus->handleEvent(event);
 
-    if (event.type == "reset") {
+    if (event.type == Event::RESET) {
         mMouseOver = false;
         resetChildren(event);
         return 0;
     }
-    if (event.type == "mousemove" && !hover(event))
+    if (event.type == Event::MOUSE_MOVE && !hover(event))
         return 0;
 
     const Area area = getArea();
     const bool inside = contains(area, event.mousePos);
     event.mousePos = event.mousePos - area.mMin;
-    if (event.type == "mousedown")
+    if (event.type == Event::MOUSE_DOWN)
         focusChildAt(event);
 
     Control* receiver = receiverOf(event, inside);
@@ -428,7 +428,7 @@ bool Control::hover(const Event& event)
 {
     mMouseOver = contains(getArea(), event.mousePos);
     Event reset;
-    reset.type = "reset";
+    reset.type = Event::RESET;
     return resetChildren(reset);
 }
 

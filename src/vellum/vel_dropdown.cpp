@@ -22,10 +22,10 @@ constexpr int MARKER_SEGMENTS = 3;  // a triangle that points down
 
 int DropdownList::handleEvent(Event& event)
 {
-    if (event.type == "keydown")
+    if (event.type == Event::KEY_DOWN)
         return pressKey(event.key);
     // The keys may have taken the mark away from the pointer.
-    if (event.type == "mousedown")
+    if (event.type == Event::MOUSE_DOWN)
         mSelected = rowAt(event.mousePos);
     return Context::handleEvent(event);
 }
@@ -78,7 +78,7 @@ void Dropdown::load(xml::IteratorConst& element)
 
 int Dropdown::handleEvent(Event& event)
 {
-    if (event.type != "context")
+    if (event.type != Event::CONTEXT)
         return Widget::handleEvent(event);
     select(mList.getSelected());
     return 0;

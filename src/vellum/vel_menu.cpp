@@ -44,7 +44,7 @@ void Menu::setCaption(const std::string& caption)
 int Menu::handleEvent(Event& event)
 {
     // A choice has come from the rows and ends here; it has no position to route it by.
-    return event.type == "context" ? 0 : Flow::handleEvent(event);
+    return event.type == Event::CONTEXT ? 0 : Flow::handleEvent(event);
 }
 
 Context& Menu::getRows()

@@ -48,13 +48,13 @@ int MenuBar::handleEvent(Event& event)
     if (self.isGone())
         return handled;
 
-    if (event.type == "reset")
+    if (event.type == Event::RESET)
         hover(-1);
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         hover(titleAt(event.mousePos));
-    else if (event.type == "mousedown")
+    else if (event.type == Event::MOUSE_DOWN)
         press(titleAt(event.mousePos), event.button);
-    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT && mClicked)
+    else if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT && mClicked)
         release();
     return handled;
 }

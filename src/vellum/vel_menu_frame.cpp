@@ -29,13 +29,13 @@ private:
 
 int Rows::handleEvent(Event& event)
 {
-    if (event.type == "reset")
+    if (event.type == Event::RESET)
         mSelected = -1;
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         mSelected = rowAt(event.mousePos);
-    else if (event.type == "mousedown" && event.button == display::MOUSE_LEFT)
+    else if (event.type == Event::MOUSE_DOWN && event.button == display::MOUSE_LEFT)
         press();
-    else if (event.type == "mouseup" && event.button == display::MOUSE_LEFT)
+    else if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT)
         return release();
     return 0;
 }
@@ -90,7 +90,7 @@ void MenuFrame::loadStyle(xml::IteratorConst& element)
 
 int MenuFrame::handleEvent(Event& event)
 {
-    if (event.type == "context")
+    if (event.type == Event::CONTEXT)
         return mParent ? mParent->handleEvent(event) : 0;
     return Frame::handleEvent(event);
 }

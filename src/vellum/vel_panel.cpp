@@ -83,11 +83,11 @@ int Panel::handleEvent(Event& event)
     if (self.isGone())
         return handled;
 
-    if (event.type == "mousemove")
+    if (event.type == Event::MOUSE_MOVE)
         mCaptionHovered = onCaption;
-    else if (event.type == "reset")
+    else if (event.type == Event::RESET)
         mCaptionHovered = false;
-    else if (event.type == "mousedown" && event.button == display::MOUSE_LEFT && onCaption &&
+    else if (event.type == Event::MOUSE_DOWN && event.button == display::MOUSE_LEFT && onCaption &&
              !mInactive && isShown(*this))
         setFolded(!mFolded);
     return handled;

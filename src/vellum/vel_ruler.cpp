@@ -98,7 +98,7 @@ int Ruler::handleEvent(Event& event)
     const float x = event.mousePos.x;
     const ControlWatch self(*this);
     const int handled = Frame::handleEvent(event);
-    if (!self.isGone() && event.type == "mousemove")
+    if (!self.isGone() && event.type == Event::MOUSE_MOVE)
         mX = x - getArea().mMin.x;
     return handled;
 }

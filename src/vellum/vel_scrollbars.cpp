@@ -113,17 +113,17 @@ int Scrollbars::handleEvent(Event& event)
         return handled;
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mouseup" && left)
+    if (event.type == Event::MOUSE_UP && left)
         release();
-    else if (event.type == "reset")
+    else if (event.type == Event::RESET)
         mVerticalBarHighlight = mHorisontalBarHighlight = false;
     else if (!isShown(*this))
         return handled;
-    else if (event.type == "mousedown" && left && !mInactive)
+    else if (event.type == Event::MOUSE_DOWN && left && !mInactive)
         press(point, event.mousePosWorld);
-    else if (event.type == "mousewheel" && handled != 1)
+    else if (event.type == Event::MOUSE_WHEEL && handled != 1)
         return turnWheel(event) ? 1 : handled;
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         drag(event, point);
     return handled;
 }

@@ -191,17 +191,17 @@ int Spline::handleEvent(Event& event)
         return handled;
     }
 
-    if (event.type == "reset")
+    if (event.type == Event::RESET)
         mMouseOverIndex = -1;
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         isKey(mClicked) ? dragTo(event.mousePos) : hover(event.mousePos);
-    else if (event.type == "mousedown")
+    else if (event.type == Event::MOUSE_DOWN)
         event.button == display::MOUSE_LEFT ? press() : openMenu(event.mousePos);
-    else if (event.type == "mouseup")
+    else if (event.type == Event::MOUSE_UP)
         release();
-    else if (event.type == "keydown")
+    else if (event.type == Event::KEY_DOWN)
         pressKey(event.key);
-    else if (event.type == "context")
+    else if (event.type == Event::CONTEXT)
         choose(event.action);
     return handled;
 }

@@ -50,7 +50,7 @@ int Stat::handleEvent(Event& event)
     const Vector2f position = event.mousePos - getArea().mMin;
     const ControlWatch self(*this);
     const int handled = Control::handleEvent(event);
-    if (!self.isGone() && event.type == "mousemove")
+    if (!self.isGone() && event.type == Event::MOUSE_MOVE)
         pointAt(event, position);
     return handled;
 }

@@ -38,9 +38,9 @@ int TabCaption::handleEvent(Event& event)
     const int handled = Widget::handleEvent(event);
     if (self.isGone())
         return handled;
-    if (event.type == "reset")
+    if (event.type == Event::RESET)
         mHovered = -1;
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         mHovered = tabAt(event.mousePos);
     return handled;
 }

@@ -65,11 +65,11 @@ int TreeView::handleEvent(Event& event)
     const int handled = Widget::handleEvent(event);
     if (self.isGone())
         return handled;
-    if (event.type == "reset")
+    if (event.type == Event::RESET)
         mHovered = -1;
-    else if (event.type == "mousemove")
+    else if (event.type == Event::MOUSE_MOVE)
         mHovered = rowAt(event.mousePos);
-    else if (event.type == "mousewheel" && scroll(event.mouseDeltaWheel))
+    else if (event.type == Event::MOUSE_WHEEL && scroll(event.mouseDeltaWheel))
         return display::Listener::BLOCK;
     return handled;
 }

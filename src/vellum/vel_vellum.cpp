@@ -164,13 +164,13 @@ Control* Vellum::findControl(const std::string& name)
 
 int Vellum::onMouseUp(const display::MouseButtonEvent& button)
 {
-    Event event = buttonEvent("mouseup", button);
+    Event event = buttonEvent(Event::MOUSE_UP, button);
     return send(event);
 }
 
 int Vellum::onMouseDown(const display::MouseButtonEvent& button)
 {
-    Event event = buttonEvent("mousedown", button);
+    Event event = buttonEvent(Event::MOUSE_DOWN, button);
     event.doubleClick = button.doubleClick;
     return send(event);
 }
@@ -186,7 +186,7 @@ int Vellum::onMouseMove(const display::MouseMoveEvent& move)
 
     if (mPanOn)
         mPan = mPan + move.mouseDelta;
-    Event event = eventOf("mousemove", move);
+    Event event = eventOf(Event::MOUSE_MOVE, move);
     event.mouseDelta = move.mouseDelta;
     send(event);
     return 0;
@@ -194,32 +194,32 @@ int Vellum::onMouseMove(const display::MouseMoveEvent& move)
 
 int Vellum::onMouseWheel(const display::MouseMoveEvent& wheel)
 {
-    Event event = eventOf("mousewheel", wheel);
+    Event event = eventOf(Event::MOUSE_WHEEL, wheel);
     event.mouseDeltaWheel = wheel.mouseDeltaWheel;
     return send(event);
 }
 
 int Vellum::onKeyDown(const display::KeyEvent& key)
 {
-    Event event = keyEvent("keydown", key);
+    Event event = keyEvent(Event::KEY_DOWN, key);
     return send(event);
 }
 
 int Vellum::onKeyUp(const display::KeyEvent& key)
 {
-    Event event = keyEvent("keyup", key);
+    Event event = keyEvent(Event::KEY_UP, key);
     return send(event);
 }
 
 int Vellum::onCharDown(const display::CharEvent& character)
 {
-    Event event = charEvent("keychardown", character);
+    Event event = charEvent(Event::CHAR_DOWN, character);
     return send(event);
 }
 
 int Vellum::onCharUp(const display::CharEvent& character)
 {
-    Event event = charEvent("keycharup", character);
+    Event event = charEvent(Event::CHAR_UP, character);
     return send(event);
 }
 

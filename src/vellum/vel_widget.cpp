@@ -43,19 +43,19 @@ int Widget::handleEvent(Event& event)
     }
 
     const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == "mousedown" && left) {
+    if (event.type == Event::MOUSE_DOWN && left) {
         mPressed = true;
         press(event);
-    } else if (event.type == "mousemove")
+    } else if (event.type == Event::MOUSE_MOVE)
         mPressed ? drag(event) : hover(event);
-    else if (event.type == "mouseup" && left && mPressed) {
+    else if (event.type == Event::MOUSE_UP && left && mPressed) {
         mPressed = false;
         release(event);
-    } else if (event.type == "mousewheel")
+    } else if (event.type == Event::MOUSE_WHEEL)
         return turnWheel(event.mouseDeltaWheel) ? display::Listener::BLOCK : handled;
-    else if (event.type == "keydown" && hasKeyboardFocus(*this))
+    else if (event.type == Event::KEY_DOWN && hasKeyboardFocus(*this))
         return pressKey(event) ? display::Listener::BLOCK : handled;
-    else if (event.type == "keychardown" && hasKeyboardFocus(*this))
+    else if (event.type == Event::CHAR_DOWN && hasKeyboardFocus(*this))
         return typeCharacter(event) ? display::Listener::BLOCK : handled;
     return handled;
 }

@@ -123,10 +123,10 @@ void Workspace::letGo()
     if (mContext)
         resetContext();
     Event leave;
-    leave.type = "reset";
+    leave.type = Event::RESET;
     Control::handleEvent(leave);
     Event release;
-    release.type = "mouseup";
+    release.type = Event::MOUSE_UP;
     release.button = display::MOUSE_LEFT;
     release.mousePos = release.mousePosWorld = mathbase::Vector2f(-EVERYWHERE, -EVERYWHERE);
     Control::handleEvent(release);
@@ -145,14 +145,14 @@ std::optional<int> Workspace::passToMenu(Event& event)
     if (menuWatch.isGone() && mContext == menu)
         resetContext();
 
-    if (event.type == "mouseup" && event.button == display::MOUSE_LEFT) {
+    if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT) {
         if (!mContextFirst)
             resetContext();
         mContextFirst = false;
     }
-    if (event.type == "keydown" && handled != 0)
+    if (event.type == Event::KEY_DOWN && handled != 0)
         return handled;
-    const bool blocking = mContext || event.type == "mousedown";
+    const bool blocking = mContext || event.type == Event::MOUSE_DOWN;
     return blocking && !lettingThrough ? std::optional(0) : std::nullopt;
 }
 

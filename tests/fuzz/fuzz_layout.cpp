@@ -15,8 +15,10 @@ namespace zavex::fuzz {
 
 namespace {
 
-constexpr std::array EVENT_TYPES = {"mousemove",   "mousedown", "mouseup", "mousewheel", "keydown",
-                                    "keychardown", "keycharup", "keyup",   "reset"};
+constexpr std::array EVENT_TYPES = {
+    vellum::Event::MOUSE_MOVE,  vellum::Event::MOUSE_DOWN, vellum::Event::MOUSE_UP,
+    vellum::Event::MOUSE_WHEEL, vellum::Event::KEY_DOWN,   vellum::Event::CHAR_DOWN,
+    vellum::Event::CHAR_UP,     vellum::Event::KEY_UP,     vellum::Event::RESET};
 constexpr std::size_t EVENT_SIZE = 5; // bytes
 constexpr std::size_t MOST_EVENTS = 256;
 

@@ -11,7 +11,7 @@ public:
 
     int moveTo(Vector2f position, int modifiers = display::KEYMOD_NONE)
     {
-        Event event = eventAt("mousemove", position);
+        Event event = eventAt(Event::MOUSE_MOVE, position);
         event.control = modifiers;
         event.mouseDelta = mPosition - position;
         mPosition = position;
@@ -20,7 +20,7 @@ public:
 
     int press(display::MouseButton button = display::MOUSE_LEFT, bool doubleClick = false)
     {
-        Event event = eventAt("mousedown", mPosition);
+        Event event = eventAt(Event::MOUSE_DOWN, mPosition);
         event.button = button;
         event.doubleClick = doubleClick;
         return mRoot.handleEvent(event);
@@ -28,14 +28,14 @@ public:
 
     int release(display::MouseButton button = display::MOUSE_LEFT)
     {
-        Event event = eventAt("mouseup", mPosition);
+        Event event = eventAt(Event::MOUSE_UP, mPosition);
         event.button = button;
         return mRoot.handleEvent(event);
     }
 
     int turnWheel(float notches, int modifiers = display::KEYMOD_NONE)
     {
-        Event event = eventAt("mousewheel", mPosition);
+        Event event = eventAt(Event::MOUSE_WHEEL, mPosition);
         event.mouseDeltaWheel = notches;
         event.control = modifiers;
         return mRoot.handleEvent(event);

@@ -117,7 +117,7 @@ int send(Control& control, const std::string& type, Vector2f position)
 
 int pressKey(Control& control, display::Key key, int modifiers)
 {
-    Event event = eventAt("keydown", Vector2f(0.0f, 0.0f));
+    Event event = eventAt(Event::KEY_DOWN, Vector2f(0.0f, 0.0f));
     event.key = key;
     event.control = modifiers;
     return control.handleEvent(event);

@@ -63,9 +63,9 @@ struct MenuBarTree {
     Observer observer;
 };
 
-constexpr const char* DOWN = "mousedown";
-constexpr const char* UP = "mouseup";
-constexpr const char* MOVE = "mousemove";
+constexpr const char* DOWN = Event::MOUSE_DOWN;
+constexpr const char* UP = Event::MOUSE_UP;
+constexpr const char* MOVE = Event::MOUSE_MOVE;
 constexpr Vector2f FILE_TITLE(10, 10);
 constexpr Vector2f EDIT_TITLE(50, 10);
 constexpr Vector2f HELP_TITLE(90, 10);
