@@ -41,12 +41,6 @@ void Effect::setIdentity(const std::string& type, const std::string& name)
     mName = name;
 }
 
-void Effect::setSpan(float start, float end)
-{
-    mStart = start;
-    mEnd = end;
-}
-
 void Effect::addPlugin(const std::string& name, PluginBase& plugin)
 {
     std::printf("Adding %s to list of plugins\n", name.c_str());

@@ -90,7 +90,7 @@ public:
     /** @param type  The type its factory is registered under. */
     void setIdentity(const std::string& type, const std::string& name);
 
-    /** Demo seconds. */
+    /** Demo seconds. Tells the plugins how long the effect lasts. */
     void setSpan(float start, float end);
 
     /**
@@ -126,7 +126,7 @@ public:
     /**
      * Builds the bar: its colours (those of the style document's element "effect"), its area on
      * the timeline, its header and the plugins' lanes. Call once, when the script is loaded and
-     * the bar is on its timeline: it is what tells the plugins how long the effect lasts.
+     * the bar is on its timeline.
      *
      * A bar that is locked by then has the height of its header until it is unlocked. Times beyond
      * 11 days either way are shown as that, those that are no numbers as 0.

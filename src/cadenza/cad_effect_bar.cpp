@@ -101,6 +101,14 @@ void Effect::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip); // NOLINT(bugprone-parent-virtual-call)
 }
 
+void Effect::setSpan(float start, float end)
+{
+    mStart = start;
+    mEnd = end;
+    for (PluginBase* plugin : mPlugin)
+        plugin->setWidth(placeOf(mEnd) - placeOf(mStart));
+}
+
 void Effect::updatePlugins()
 {
     const float width = mArea.mMax.x - mArea.mMin.x;

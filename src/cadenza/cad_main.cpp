@@ -211,14 +211,13 @@ void Cadenza::buildEditor()
     mGui->attachToDisplay(mDisplay.get());
     mGui->setup();
 
-    // Without a timeline, too: a plugin has to know how long its effect lasts.
     vellum::LayoutStack* const timeline = mGui->getTimeline();
+    if (!timeline)
+        return;
     for (Effect* effect : mEffect) {
-        if (timeline)
-            timeline->addControl(effect);
+        timeline->addControl(effect);
         effect->setupControl();
-        if (timeline)
-            timeline->recalculate(true);
+        timeline->recalculate(true);
     }
 }
 

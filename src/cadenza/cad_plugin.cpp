@@ -14,7 +14,12 @@ void PluginBase::fitControl(float width)
     vellum::Control& control = *getControl();
     if (xml::IteratorConst colours = control.getStyle(mType); ++colours)
         control.loadStyle(colours);
+    setWidth(width);
+}
 
+void PluginBase::setWidth(float width)
+{
+    vellum::Control& control = *getControl();
     vellum::Control::Area area = control.getArea();
     area.mMax.x = area.mMin.x + width;
     control.setArea(area);

@@ -50,12 +50,18 @@ public:
      * Takes the colours of the style document's element named after the kind, if there is one, and
      * makes the control as wide as the effect's bar.
      *
-     * @param width  Pixels of the bar; `get` needs it to know how long the effect lasts.
+     * @param width  Pixels of the bar, see `setWidth`.
      */
     virtual void setupControl([[maybe_unused]] float width) {}
 
     /** One frame; called before the effect draws, so before `get` is asked for the same time. */
     virtual void update([[maybe_unused]] float time) {}
+
+    /**
+     * Tells how long the effect lasts, which `get` needs: by the pixels of its bar. A plugin begins
+     * with the 10 seconds of a new effect.
+     */
+    void setWidth(float width);
 
     std::string mType; // the kind, also the "type" in the script file
     std::string mName; // the name it is registered under, the key in the script file

@@ -59,6 +59,18 @@ TEST_F(EffectScript, IsSavedAsItWasLoaded)
     EXPECT_EQ(test::countLogged("log", "effect::save: filename: script/probe.it.xml\n"), 1);
 }
 
+TEST_F(EffectScript, TellsThePluginsHowLongItLastsBeforeThereIsABar)
+{
+    const std::string climb = R"(<plugin name="curve"><attributes type="linear"/>)"
+                              R"(<key time="0" value="0"/><key time="1" value="1"/></plugin>)";
+    load("<effect>" + climb + "</effect>");
+    EXPECT_FLOAT_EQ(effect.curve.get(5.0f), 0.5f);
+    load(R"(<effect><time start="2" end="6"/></effect>)");
+    EXPECT_FLOAT_EQ(effect.curve.get(3.0f), 0.75f);
+    effect.setSpan(4.0f, 24.0f);
+    EXPECT_FLOAT_EQ(effect.curve.get(5.0f), 0.25f);
+}
+
 /** A number that scripts are likely to hold, of few different ones, and some that hardly differ. */
 std::string anyNumber(std::mt19937& random)
 {
