@@ -85,7 +85,7 @@ private:
 /** Opens a small window for each test. */
 class GlDisplayTest : public testing::Test {
 protected:
-    GlDisplayTest() { clearLog(); }
+    explicit GlDisplayTest(int width = 64, int height = 48) : mWindow(width, height) { clearLog(); }
 
     Picture pictureOf(const std::function<void()>& draw) { return test::pictureOf(mDisplay, draw); }
 
