@@ -1,38 +1,34 @@
-#include "display/dis_glinclude.h"
 #include "display/dis_immediate.h"
+
 #include "gl_assets.h"
 #include "support/allocation_counter.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <span>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 namespace zavex::display {
 namespace {
 
-using mathbase::Vector2f;
 using mathbase::Vector3f;
 using mathbase::Vector4f;
-using test::Picture;
-using Draw = DisplayObsolete;
 
 constexpr int WIDTH = 64;
 constexpr int HEIGHT = 48;
 
 /** A window in which one unit is one pixel, y growing upwards, z = 0 in the middle. */
-class ImmediateTest : public testing::Test {
+class ImmediateTest : public DisplayTest {
 protected:
-    void SetUp() override { start(); }
+    ImmediateTest() { start(); }
 
     /** Empties the window and puts every state back. */
     void start()
     {
-        mDisplay->resetStates();
+        mDisplay.resetStates();
         Draw::setProject(0.0f, WIDTH, 0.0f, HEIGHT);
-        DisplayObsolete().setModelView();
+        Draw().setModelView();
         Draw::setColor(1.0f, 0.4f, 0.2f, 1.0f); // whole steps of 1/255: no rounding at stake
         Draw::clear({0.0f, 0.0f, 0.0f, 0.0f}, 1.0f);
     }
@@ -42,7 +38,7 @@ protected:
     {
         start();
         action();
-        return mDisplay.screenshot();
+        return mWindow.screenshot();
     }
 
     /** How many arrays the driver gets for what `action` draws. */
@@ -54,8 +50,6 @@ protected:
         Draw::flush();
         return Immediate::live().drawnArrays() - before;
     }
-
-    test::GlDisplay mDisplay{WIDTH, HEIGHT};
 };
 
 /** Hands vertices to the driver one by one, after the state that was asked for. */
@@ -89,12 +83,7 @@ struct ShapeCase {
 
 std::vector<Vector3f> rectangle(float x0, float y0, float x1, float y1)
 {
-    return {
-        {x0, y0, 0},
-        {x1, y0, 0},
-        {x1, y1, 0},
-        {x0, y1, 0}
-    };
+    return {Vector3f(x0, y0, 0), Vector3f(x1, y0, 0), Vector3f(x1, y1, 0), Vector3f(x0, y1, 0)};
 }
 
 std::vector<Vector3f> circle(int points, float radiusX, float radiusY)
@@ -117,36 +106,36 @@ std::vector<Vector3f> filledCircle(float radiusX, float radiusY)
 /** A camera that sees a box from a corner. */
 void lookFromAbove()
 {
-    DisplayObsolete::MatrixGL projection;
+    Draw::MatrixGL projection;
     projection.setProject(1.0f, 4.0f / 3.0f, 0.1f, 100.0f);
     Draw::setProject(projection);
-    DisplayObsolete camera;
+    Draw camera;
     camera.setCamera({3.0f, 4.0f, 5.0f}, {0.0f, 0.0f, 0.0f}, 0.0f);
 }
 
 /** The six sides of the box (-1, -1, -1) to (1, 1.5, 1), counter-clockwise from outside. */
 void plainBox()
 {
-    // clang-format off
-    drawPlainly(GL_QUADS, {
-        {1, -1, -1}, {-1, -1, -1}, {-1, 1.5f, -1}, {1, 1.5f, -1},
-        {-1, -1, 1}, {1, -1, 1}, {1, 1.5f, 1}, {-1, 1.5f, 1},
-        {-1, -1, -1}, {1, -1, -1}, {1, -1, 1}, {-1, -1, 1},
-        {-1, 1.5f, 1}, {1, 1.5f, 1}, {1, 1.5f, -1}, {-1, 1.5f, -1},
-        {-1, -1, -1}, {-1, -1, 1}, {-1, 1.5f, 1}, {-1, 1.5f, -1},
-        {1, -1, 1}, {1, -1, -1}, {1, 1.5f, -1}, {1, 1.5f, 1},
-    });
-    // clang-format on
+    std::vector<Vector3f> points;
+    for (const char* side : {"1023", "4576", "0154", "6732", "0462", "5137"})
+        for (; *side != 0; ++side) {
+            const int corner = *side - '0';
+            points.emplace_back((corner & 1) != 0 ? 1 : -1, (corner & 2) != 0 ? 1.5f : -1,
+                                (corner & 4) != 0 ? 1 : -1);
+        }
+    drawPlainly(GL_QUADS, points);
+}
+
+Draw::Vertex colouredAt(float x, float y, float red, float green, float blue)
+{
+    return {Vector3f(x, y, 0), {}, Vector4f(red, green, blue, 1)};
 }
 
 /** A path of five vertices, each of its own colour. */
 const std::vector<Draw::Vertex> PATH = {
-    {{4.5f, 4.5f, 0.0f},   {}, {1.0f, 0.0f, 0.0f, 1.0f}},
-    {{50.5f, 8.5f, 0.0f},  {}, {0.0f, 1.0f, 0.0f, 1.0f}},
-    {{60.5f, 30.5f, 0.0f}, {}, {0.0f, 0.0f, 1.0f, 1.0f}},
-    {{30.5f, 44.5f, 0.0f}, {}, {1.0f, 1.0f, 0.0f, 1.0f}},
-    {{8.5f, 33.5f, 0.0f},  {}, {1.0f, 1.0f, 1.0f, 1.0f}},
-};
+    colouredAt(4.5f, 4.5f, 1, 0, 0), colouredAt(50.5f, 8.5f, 0, 1, 0),
+    colouredAt(60.5f, 30.5f, 0, 0, 1), colouredAt(30.5f, 44.5f, 1, 1, 0),
+    colouredAt(8.5f, 33.5f, 1, 1, 1)};
 
 template <GLenum PRIMITIVE, std::size_t COUNT>
 void plainPath()
@@ -270,48 +259,37 @@ TEST_F(ImmediateTest, SamePixelsAsVertexByVertex)
         };
         const Picture plain = prepared(row.plain);
         EXPECT_FALSE(test::isBlack(plain));
-        EXPECT_TRUE(test::isSamePicture(prepared(row.batched), plain, {}));
+        EXPECT_TRUE(isSamePicture(prepared(row.batched), plain, {}));
     }
 }
 
-/** What comes between two rectangles, and how many arrays the driver gets for it all. */
-// clang-format off
-constexpr struct ArrayCase {
-    const char* name;
-    void (*between)();
-    unsigned long expected;
-} ARRAYS[] = {
-    {"ColourIsPartOfTheVertices", [] { Draw::setColor(0.5f); }, 1},
-    {"StateSetToWhatItIs", [] { Draw::setBlending(false); }, 1},
-    {"StateSetAndSetBack", [] { Draw::setLineWidth(4.0f), Draw::setLineWidth(1.0f); }, 1},
-    {"OtherState", [] { Draw::setBlending(true); }, 2},
-    {"OtherMatrix", [] { Draw::setProject(0, 10, 0, 10); }, 2},
-    {"SameMatrix", [] { Draw::setProject(0, WIDTH, 0, HEIGHT); }, 1},
-    {"OtherPrimitive", [] { Draw::drawLine(0, 0, 1, 1); }, 3},
-    {"NothingIsDrawnWithoutARadius", [] { Draw::drawCircle(9, 9, 0.0f, Draw::SOLID); }, 1},
-    {"Flush", [] { Draw::flush(); }, 2},
-    {"Clear", [] { Draw::clear({0, 0, 0, 0}, 1.0f); }, 2},
-    {"MoreThanAnArrayHolds",
-     [] {
-         for (int i = 0; i < 10000; ++i)
-             Draw::drawBox({1, 1, 0}, {2, 2, 0});
-     },
-     2},
-};
-
-// clang-format on
-
 TEST_F(ImmediateTest, ArraysAreAsFewAsTheStatesAllow)
 {
-    for (const ArrayCase& row : ARRAYS) {
-        SCOPED_TRACE(row.name);
+    // What comes between two rectangles, and how many arrays the driver gets for it all.
+    // clang-format off
+    const std::tuple<const char*, void (*)(), unsigned long> rows[] = {
+        {"ColourIsPartOfTheVertices", [] { Draw::setColor(0.5f); }, 1},
+        {"StateSetToWhatItIs", [] { Draw::setBlending(false); }, 1},
+        {"StateSetAndSetBack", [] { Draw::setLineWidth(4.0f), Draw::setLineWidth(1.0f); }, 1},
+        {"OtherState", [] { Draw::setBlending(true); }, 2},
+        {"OtherMatrix", [] { Draw::setProject(0, 10, 0, 10); }, 2},
+        {"SameMatrix", [] { Draw::setProject(0, WIDTH, 0, HEIGHT); }, 1},
+        {"OtherPrimitive", [] { Draw::drawLine(0, 0, 1, 1); }, 3},
+        {"NothingIsDrawnWithoutARadius", [] { Draw::drawCircle(9, 9, 0.0f, Draw::SOLID); }, 1},
+        {"Flush", [] { Draw::flush(); }, 2},
+        {"Clear", [] { Draw::clear({0, 0, 0, 0}, 1.0f); }, 2},
+        {"MoreThanAnArrayHolds",
+         [] { for (int i = 0; i < 10000; ++i) Draw::drawBox({1, 1, 0}, {2, 2, 0}); }, 2},
+    };
+    // clang-format on
+    for (const auto& [name, between, expected] : rows) {
         start();
-        EXPECT_EQ(arraysOf([&] {
-                      Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
-                      row.between();
-                      Draw::drawBox(2, 2, 6, 6, Draw::SOLID);
-                  }),
-                  row.expected);
+        const unsigned long drawn = arraysOf([&, act = between] {
+            Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
+            act();
+            Draw::drawBox(2, 2, 6, 6, Draw::SOLID);
+        });
+        EXPECT_EQ(drawn, expected) << name;
     }
 }
 
@@ -333,16 +311,16 @@ TEST_F(ImmediateTest, SplitsShapesThatAreLongerThanAnArray)
         return pictureOf([&] { draw(many.data(), many.size()); });
     };
 
-    EXPECT_TRUE(test::isSamePicture(batched(Draw::drawTriangleFan), plain(GL_TRIANGLE_FAN), {}));
-    EXPECT_TRUE(test::isSamePicture(batched(Draw::drawLineLoop), plain(GL_LINE_LOOP), {}));
-    EXPECT_TRUE(test::isSamePicture(batched(Draw::drawQuads), plain(GL_QUADS), {}));
+    EXPECT_TRUE(isSamePicture(batched(Draw::drawTriangleFan), plain(GL_TRIANGLE_FAN), {}));
+    EXPECT_TRUE(isSamePicture(batched(Draw::drawLineLoop), plain(GL_LINE_LOOP), {}));
+    EXPECT_TRUE(isSamePicture(batched(Draw::drawQuads), plain(GL_QUADS), {}));
 }
 
 TEST_F(ImmediateTest, DropsWhatTheDriverRefusesAndGoesOn)
 {
     Draw::setLineWidth(-1.0f);
     Draw::drawLine(0.5f, 0.5f, 20.5f, 0.5f);
-    const std::string message = test::thrownMessage([] { Draw::flush(); });
+    const std::string message = thrownMessage([] { Draw::flush(); });
     EXPECT_NE(message.find("Line: glLineWidth(to.lineWidth)\nError: 'GL_INVALID_VALUE'"),
               std::string::npos)
         << message;
@@ -352,7 +330,7 @@ TEST_F(ImmediateTest, DropsWhatTheDriverRefusesAndGoesOn)
     Draw::flush();
     Draw::drawBox(1, 1, 5, 5, Draw::SOLID);
     glEnable(GL_NONE); // leaves an error
-    EXPECT_NE(test::thrownMessage([] { Draw::flush(); }).find("Line: glPushClientAttrib("),
+    EXPECT_NE(thrownMessage([] { Draw::flush(); }).find("Line: glPushClientAttrib("),
               std::string::npos);
     GLint pushed = -1;
     glGetIntegerv(GL_CLIENT_ATTRIB_STACK_DEPTH, &pushed);
@@ -362,10 +340,10 @@ TEST_F(ImmediateTest, DropsWhatTheDriverRefusesAndGoesOn)
 
 TEST_F(ImmediateTest, CombinesCameraAndTransform)
 {
-    DisplayObsolete drawing;
-    DisplayObsolete::MatrixGL move;
+    Draw drawing;
+    Draw::MatrixGL move;
     move.setTranslation(Vector3f{10, 0, 0});
-    DisplayObsolete::MatrixGL scale;
+    Draw::MatrixGL scale;
     scale.setScale(2.0f);
     drawing.setCamera(move);
     drawing.setTransform(scale);
@@ -374,13 +352,13 @@ TEST_F(ImmediateTest, CombinesCameraAndTransform)
     drawing.setCamera();
     EXPECT_EQ(Immediate::live().state().modelView, scale);
     drawing.setTransform();
-    EXPECT_EQ(Immediate::live().state().modelView, DisplayObsolete::MatrixGL());
+    EXPECT_EQ(Immediate::live().state().modelView, Draw::MatrixGL());
 }
 
 TEST_F(ImmediateTest, AllocatesNothingInASteadyFrame)
 {
     const auto frame = [&] {
-        mDisplay->resetStates();
+        mDisplay.resetStates();
         Draw::setBlending(true);
         for (int i = 0; i < 20000; ++i) {
             Draw::setColor(static_cast<float>(i % 100) / 100.0f);
@@ -402,59 +380,48 @@ TEST_F(ImmediateTest, AllocatesNothingInASteadyFrame)
 TEST_F(ImmediateTest, TexturedBoxShowsTheWholePictureUprightOnEachSide)
 {
     constexpr int SIDE = 32; // pixels, in four quarters
+    constexpr std::uint32_t QUARTERS[] = {0xffff0000, 0xff00ff00, 0xff0000ff, 0xffffffff};
     std::vector<std::uint32_t> pixels;
-    for (int i = 0; i < SIDE * SIDE; ++i) {
-        const bool right = i % SIDE >= SIDE / 2;
-        const bool low = i / SIDE >= SIDE / 2;
-        pixels.push_back(low ? (right ? 0xffffffff : 0xff0000ff)
-                             : (right ? 0xff00ff00 : 0xffff0000));
-    }
-    am::Image image = test::imageOf(SIDE, SIDE, pixels);
-    Texture* const texture = mDisplay->createTexture(image, Texture::TextureDeclaration{});
-    for (const Vector3f& eye : {
-             Vector3f(0, 0, 5), {0,  0, -5},
-                {-5, 0, 0 },
-                {5,  0, 0 }
-    }) {
+    for (int i = 0; i < SIDE * SIDE; ++i)
+        pixels.push_back(QUARTERS[i / (SIDE * SIDE / 2) * 2 + i % SIDE / (SIDE / 2)]);
+    am::Image image = imageOf(SIDE, SIDE, pixels);
+    Texture* const texture = mDisplay.createTexture(image, Texture::TextureDeclaration{});
+    for (const Vector3f& eye :
+         {Vector3f(0, 0, 5), Vector3f(0, 0, -5), Vector3f(-5, 0, 0), Vector3f(5, 0, 0)}) {
         SCOPED_TRACE(testing::Message() << eye.x << " " << eye.z);
         const Picture picture = pictureOf([&] {
             lookFromAbove();
-            DisplayObsolete camera;
+            Draw camera;
             camera.setCamera(eye, {0, 0, 0}, 0.0f);
-            mDisplay->setTexture(texture, 0);
+            mDisplay.setTexture(texture, 0);
             Draw::setTexturing(true);
             Draw::setFaceCulling(true);
             Draw::setColor(1.0f);
             Draw::drawBoxTex({-1, -1, -1}, {1, 1, 1});
         });
-
-        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 - 6), 0xff0000u);
-        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 - 6), 0x00ff00u);
-        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 - 6, HEIGHT / 2 + 6), 0x0000ffu);
-        EXPECT_EQ(test::pixelAt(picture, WIDTH / 2 + 6, HEIGHT / 2 + 6), 0xffffffu);
+        for (const int quarter : {0, 1, 2, 3})
+            EXPECT_EQ(pixelAt(picture, WIDTH / 2 + (quarter % 2 == 0 ? -6 : 6),
+                              HEIGHT / 2 + (quarter < 2 ? -6 : 6)),
+                      QUARTERS[quarter] & 0xffffff);
     }
-    mDisplay->destroy(texture);
 }
 
 TEST(ImmediateWithoutDisplay, IsAnError)
 {
     EXPECT_FALSE(Immediate::isLive());
-    EXPECT_EQ(test::thrownMessage([] { Draw::drawLine(0, 0, 1, 1); }), "display");
+    EXPECT_EQ(thrownMessage([] { Draw::drawLine(0, 0, 1, 1); }), "display");
 }
 
 TEST(HexColor, IsReadDigitByDigit)
 {
+    // clang-format off
     const std::pair<const char*, Vector4f> cases[] = {
-        {"",           {0, 0, 0, 1}                            },
-        {"00ff00",     {0, 1, 0, 1}                            },
-        {"Ff8000",     {1, 0.50196f, 0, 1}                     },
-        {"ff800080",   {1, 0.50196f, 0, 0.50196f}              },
-        {"f",          {0.94118f, 0, 0, 1}                     },
-        {"fff",        {1, 0.94118f, 0, 1}                     },
-        {"#ff8000",    {0.05882f, 0.97255f, 0, 0}              },
-        {"g1/a:F@1",   {0.00392f, 0.03922f, 0.05882f, 0.00392f}},
-        {"0000000012", {0, 0, 0, 0}                            },
+        {"", {0, 0, 0, 1}}, {"00ff00", {0, 1, 0, 1}}, {"Ff8000", {1, 0.50196f, 0, 1}},
+        {"ff800080", {1, 0.50196f, 0, 0.50196f}}, {"f", {0.94118f, 0, 0, 1}},
+        {"fff", {1, 0.94118f, 0, 1}}, {"#ff8000", {0.05882f, 0.97255f, 0, 0}},
+        {"g1/a:F@1", {0.00392f, 0.03922f, 0.05882f, 0.00392f}}, {"0000000012", {0, 0, 0, 0}},
     };
+    // clang-format on
     for (const auto& [text, expected] : cases) {
         const Vector4f color = Draw::hex2vec(text);
         for (int i = 0; i < 4; ++i)
