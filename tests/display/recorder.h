@@ -8,18 +8,13 @@
 #include <string>
 #include <vector>
 
-namespace zavex::test {
-
-using display::CharEvent;
-using display::KeyEvent;
-using display::MouseButtonEvent;
-using display::MouseMoveEvent;
+namespace zavex::display {
 
 /** What several recorders were told, in the order in which they were told. */
 using Protocol = std::vector<std::string>;
 
 /** A listener that writes down what it is told, and answers what it was told to answer. */
-class Recorder : public display::Listener {
+class Recorder : public Listener {
 public:
     Recorder(std::string name, Protocol& protocol) : mName{std::move(name)}, mProtocol{protocol} {}
 
@@ -66,4 +61,4 @@ private:
     std::map<std::string, int> mAnswers;
 };
 
-} // namespace zavex::test
+} // namespace zavex::display
