@@ -47,7 +47,7 @@ public:
     vellum::Control* clone() override { return nullptr; }
 
     /** The header alone while locked. */
-    Area getOccupiedArea() override;
+    Area getOccupiedArea() const override;
 
     /** Also while the header or a handle is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
@@ -169,8 +169,8 @@ private:
     void readPlugins(const xml::XmlParser& parser);
     void writeScript(xml::XmlParser& parser);
 
-    bool isFocusedBar();
-    int gripAt(mathbase::Vector2f point);
+    bool isFocusedBar() const;
+    int gripAt(mathbase::Vector2f point) const;
     void moveTo(const vellum::Event& event, mathbase::Vector2f point);
     void drag(float distance);
     void press(const vellum::Event& event, mathbase::Vector2f point);

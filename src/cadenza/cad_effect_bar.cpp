@@ -37,7 +37,7 @@ float placeOf(float seconds)
 
 } // namespace
 
-vellum::Control::Area Effect::getOccupiedArea()
+vellum::Control::Area Effect::getOccupiedArea() const
 {
     return mLocked ? vellum::topStrip(getArea(), HEADER_HEIGHT) : LayoutStack::getOccupiedArea();
 }
@@ -135,13 +135,13 @@ void Effect::setupControl()
     updatePlugins();
 }
 
-bool Effect::isFocusedBar()
+bool Effect::isFocusedBar() const
 {
     return mParent && mParent->getFocus() == this;
 }
 
 /** What can be dragged at a point of the timeline; the end handle first where a bar is narrow. */
-int Effect::gripAt(Vector2f point)
+int Effect::gripAt(Vector2f point) const
 {
     const Area area = getArea();
     if (point.y >= area.mMin.y + HEADER_HEIGHT)

@@ -82,12 +82,12 @@ void Music::loop(bool looped)
     stream().setRepeating(looped);
 }
 
-int Music::getRounds()
+int Music::getRounds() const
 {
     return static_cast<int>(stream().getRounds());
 }
 
-float Music::getTime()
+float Music::getTime() const
 {
     return static_cast<float>(stream().getPosition()) / static_cast<float>(mSampleRate);
 }

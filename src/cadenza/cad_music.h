@@ -58,10 +58,10 @@ public:
     void loop(bool looped);
 
     /** How often the song has started over since `setup` or `setTime`. */
-    int getRounds();
+    int getRounds() const;
 
     /** The position being heard, in seconds. */
-    float getTime();
+    float getTime() const;
 
     /** Moves to `seconds`, cut to a whole sample frame and limited to 0..song length. */
     void setTime(float seconds);

@@ -44,7 +44,7 @@ public:
      *
      * @param it  Fresh, over the children of the plugin's element.
      */
-    virtual void save(xml::Iterator& it) = 0;
+    virtual void save(xml::Iterator& it) const = 0;
 
     /**
      * Takes the colours of the style document's element named after the kind, if there is one, and

@@ -67,7 +67,7 @@ void Color::load(xml::IteratorConst& it)
     mB.addKeys(keys[2]);
 }
 
-void Color::save(xml::Iterator& it)
+void Color::save(xml::Iterator& it) const
 {
     for (const int i : loadedOrder()) {
         xml::XmlTag key("key");
@@ -183,7 +183,7 @@ Vector3f Color::colorAt(float position) const
 }
 
 /** Where a point in the parent's coordinates lies on the gradient; no number without a width. */
-float Color::positionOf(float x)
+float Color::positionOf(float x) const
 {
     const Area area = getArea();
     return (x - area.mMin.x) / area.getWidth();
@@ -198,7 +198,7 @@ Area Color::markerOf(std::int32_t key, const Area& area) const
 }
 
 /** The last key at a point in the parent's coordinates; -1 for none. */
-std::int32_t Color::keyAt(Vector2f point)
+std::int32_t Color::keyAt(Vector2f point) const
 {
     const Area area = getArea();
     std::int32_t key = mR.getNumKeys() - 1;

@@ -44,7 +44,7 @@ public:
 
     vellum::Control* getControl() override { return this; }
     void load(xml::IteratorConst& it) override;
-    void save(xml::Iterator& it) override;
+    void save(xml::Iterator& it) const override;
 
     /** Also observes the button that closes the colour picker, where the screen has one. */
     void setupControl(float width) override;
@@ -73,9 +73,9 @@ private:
     std::vector<int> loadedOrder() const;
     bool isKey(std::int32_t index) const;
     mathbase::Vector3f colorAt(float position) const;
-    float positionOf(float x);
+    float positionOf(float x) const;
     Area markerOf(std::int32_t key, const Area& area) const;
-    std::int32_t keyAt(mathbase::Vector2f point);
+    std::int32_t keyAt(mathbase::Vector2f point) const;
 
     void hover(mathbase::Vector2f point);
     void dragTo(mathbase::Vector2f point);

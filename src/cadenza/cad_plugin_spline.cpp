@@ -49,7 +49,7 @@ void Spline::load(xml::IteratorConst& it)
     curveChanged();
 }
 
-void Spline::save(xml::Iterator& it)
+void Spline::save(xml::Iterator& it) const
 {
     using vellum::EXTRAPOLATIONS;
     using vellum::savedWord;

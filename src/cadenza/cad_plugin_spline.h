@@ -26,7 +26,7 @@ public:
 
     vellum::Control* getControl() override { return this; }
     void load(xml::IteratorConst& it) override;
-    void save(xml::Iterator& it) override;
+    void save(xml::Iterator& it) const override;
     void setupControl(float width) override;
 
     /** This object: a plugin is never duplicated. */

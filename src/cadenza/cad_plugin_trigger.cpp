@@ -117,7 +117,7 @@ void Trigger::load(xml::IteratorConst& it)
     }
 }
 
-void Trigger::save(xml::Iterator& it)
+void Trigger::save(xml::Iterator& it) const
 {
     for (const auto& action : mAction) {
         xml::XmlTag tag("action");

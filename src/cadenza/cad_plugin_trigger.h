@@ -40,7 +40,7 @@ public:
 
     vellum::Control* getControl() override { return this; }
     void load(xml::IteratorConst& it) override;
-    void save(xml::Iterator& it) override;
+    void save(xml::Iterator& it) const override;
     void setupControl(float width) override;
 
     /** Counts the firings that lie before `time` and were not counted yet. */

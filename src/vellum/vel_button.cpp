@@ -95,7 +95,7 @@ void Button::setToggleMode(bool toggle)
     mToggle = toggle;
 }
 
-bool Button::getToggled()
+bool Button::getToggled() const
 {
     return mToggleState;
 }

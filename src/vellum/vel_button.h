@@ -31,7 +31,7 @@ public:
     virtual void setToggleMode(bool toggle);
 
     /** Whether a toggle button is on. */
-    virtual bool getToggled();
+    virtual bool getToggled() const;
 
 protected:
     bool mClicked = false; // pressed by the left button, which is still down

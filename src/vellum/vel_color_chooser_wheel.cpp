@@ -110,7 +110,7 @@ void ColorChooserWheel::setIntensity(float intensity)
 }
 
 /** All edges belong to the field, so that a drag reaches the pure grey and the last red. */
-bool ColorChooserWheel::isInField(Vector2f position)
+bool ColorChooserWheel::isInField(Vector2f position) const
 {
     return Area({0.0f, 0.0f}, getArea().getSize()).isInside(position);
 }

@@ -47,7 +47,7 @@ protected:
     bool mClicked = false; // the button is held
 
 private:
-    bool isInField(mathbase::Vector2f position);
+    bool isInField(mathbase::Vector2f position) const;
     void chooseAt(mathbase::Vector2f position);
     void drawColumn(const Area& area, const Area& clip, int column);
     mathbase::Vector3f colorAt(mathbase::Vector2f position, mathbase::Vector2f size) const;

@@ -205,7 +205,7 @@ float Context::rowOffset(std::int32_t index) const
     return static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
 }
 
-std::int32_t Context::rowAt(Vector2f point)
+std::int32_t Context::rowAt(Vector2f point) const
 {
     const Area area = getArea();
     for (std::int32_t i = 0; i < getChildCount(); ++i) {
@@ -228,7 +228,7 @@ void Context::takeStyle()
 }
 
 /** How far the menu reaches beyond the window's right edge, in pixels; 0 where it does not. */
-float Context::excessAtRight()
+float Context::excessAtRight() const
 {
     display::DisplayGL* const display = getDisplay();
     if (!display)
@@ -238,7 +238,7 @@ float Context::excessAtRight()
 }
 
 /** Width of the widest caption in pixels; 0 without rows. */
-float Context::captionWidth()
+float Context::captionWidth() const
 {
     float width = 0.0f;
     for (Control* option : mOrder)
@@ -323,7 +323,7 @@ void Context::drawRow(const Area& area, std::int32_t index)
     }
 }
 
-const style::Color& Context::rowColor(Control& option, std::int32_t index) const
+const style::Color& Context::rowColor(const Control& option, std::int32_t index) const
 {
     if (index == mSelected)
         return mStyle.mText.mHighlight2;

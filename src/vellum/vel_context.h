@@ -84,7 +84,7 @@ public:
 
 protected:
     /** The row at a point in the parent's coordinates; -1 when there is none. */
-    std::int32_t rowAt(mathbase::Vector2f point);
+    std::int32_t rowAt(mathbase::Vector2f point) const;
 
     /** Reports the selected row to the owner and closes the menu; the result is 1. */
     int choose();
@@ -102,13 +102,13 @@ protected:
 
 private:
     void takeStyle();
-    float excessAtRight();
-    float captionWidth();
+    float excessAtRight() const;
+    float captionWidth() const;
     void hoverRow(std::int32_t index);
     void unfold(std::int32_t index);
     int passToSubmenu(const Event& event);
     void drawRow(const Area& area, std::int32_t index);
-    const style::Color& rowColor(Control& option, std::int32_t index) const;
+    const style::Color& rowColor(const Control& option, std::int32_t index) const;
 
     mathbase::Vector2f mOrigin{0, 0}; // of the coordinates that mArea is in, pixels of the window
 };

@@ -69,12 +69,12 @@ Control* Control::clone()
     return new Control;
 }
 
-const std::string& Control::getType()
+const std::string& Control::getType() const
 {
     return mType;
 }
 
-display::DisplayGL* Control::getDisplay()
+display::DisplayGL* Control::getDisplay() const
 {
     return mParent ? mParent->getDisplay() : nullptr;
 }
@@ -87,7 +87,7 @@ void Control::setParent(Control* parent)
     forgetRender();
 }
 
-Control* Control::getParent()
+Control* Control::getParent() const
 {
     return mParent;
 }
@@ -97,24 +97,24 @@ Control* Control::getRoot()
     return mParent ? mParent->getRoot() : this;
 }
 
-int Control::getChildCount()
+int Control::getChildCount() const
 {
     return static_cast<int>(mChild.size());
 }
 
-Control* Control::getChild(int index)
+Control* Control::getChild(int index) const
 {
     return index >= 0 && index < getChildCount() ? mChild[static_cast<std::size_t>(index)]
                                                  : nullptr;
 }
 
-Control* Control::getOrder(int index)
+Control* Control::getOrder(int index) const
 {
     return index >= 0 && index < getChildCount() ? mOrder[static_cast<std::size_t>(index)]
                                                  : nullptr;
 }
 
-const std::string& Control::getId()
+const std::string& Control::getId() const
 {
     return mId;
 }
@@ -124,7 +124,7 @@ void Control::setName(const std::string& name)
     mId = name;
 }
 
-const std::string& Control::getCaption()
+const std::string& Control::getCaption() const
 {
     return mCaption;
 }
@@ -139,7 +139,7 @@ void Control::setInactive(bool inactive)
     mInactive = inactive;
 }
 
-bool Control::getInactive()
+bool Control::getInactive() const
 {
     return mInactive;
 }
@@ -154,12 +154,12 @@ void Control::setVisible(bool visible)
         letGo();
 }
 
-bool Control::getVisible()
+bool Control::getVisible() const
 {
     return mVisible;
 }
 
-Control::Area Control::getArea()
+Control::Area Control::getArea() const
 {
     if (!mParent)
         return mArea;
@@ -170,7 +170,7 @@ Control::Area Control::getArea()
     return mArea - mParent->getOffset();
 }
 
-Control::Area Control::getAreaWorld()
+Control::Area Control::getAreaWorld() const
 {
     return mParent ? getArea() + mParent->getAreaWorld().mMin : getArea();
 }
@@ -192,7 +192,7 @@ void Control::setPosition(Vector2f position)
     mArea = {position, position + (mArea.mMax - mArea.mMin)};
 }
 
-Vector2f Control::getOffset()
+Vector2f Control::getOffset() const
 {
     return mOffset;
 }
@@ -202,7 +202,7 @@ void Control::setOffset(Vector2f offset)
     mOffset = offset;
 }
 
-bool Control::getMaximized()
+bool Control::getMaximized() const
 {
     return mMaximized;
 }
@@ -212,7 +212,7 @@ void Control::setMaximized(bool maximized)
     mMaximized = maximized;
 }
 
-Control::Area Control::getOccupiedArea()
+Control::Area Control::getOccupiedArea() const
 {
     Area occupied = getArea();
     for (Control* child : mChild)
@@ -350,7 +350,13 @@ Render& Control::getRender()
     return *mRenderCache;
 }
 
-Control* Control::getFocus()
+const Render& Control::getRender() const
+{
+    ZVX_REQUIRE(mParent != nullptr, "mParent!=0");
+    return mParent->getRender();
+}
+
+Control* Control::getFocus() const
 {
     return mFocus;
 }

@@ -56,32 +56,32 @@ public:
     virtual Control* clone();
 
     /** Name of the class, the key of the control factory. */
-    virtual const std::string& getType();
+    virtual const std::string& getType() const;
 
     /** The display of the workspace above; null without one. */
-    virtual display::DisplayGL* getDisplay();
+    virtual display::DisplayGL* getDisplay() const;
 
     /** Sets the parent without touching anyone's list of children. Null makes this a root. */
     virtual void setParent(Control* parent);
-    virtual Control* getParent();
+    virtual Control* getParent() const;
 
     /** The topmost control of this tree; this one when it has no parent. */
     virtual Control* getRoot();
 
-    virtual int getChildCount();
+    virtual int getChildCount() const;
 
     /** The child at `index` of the stacking order, bottom first; null when out of range. */
-    virtual Control* getChild(int index);
+    virtual Control* getChild(int index) const;
 
     /** The child at `index` of the order of insertion; null when out of range. */
-    virtual Control* getOrder(int index);
+    virtual Control* getOrder(int index) const;
 
     /**
      * A colour from pairs of hexadecimal digits without prefix: red, green, blue, alpha. Missing
      * components keep those of (0, 0, 0, 1), a missing second digit and any other character count
      * as 0.
      */
-    virtual mathbase::Vector4f hex2vec(const std::string& text);
+    virtual mathbase::Vector4f hex2vec(const std::string& text) const;
 
     /**
      * Fills the control from the element that `element` stands on: identifier, visibility, child
@@ -96,29 +96,29 @@ public:
     virtual void loadStyle(xml::IteratorConst& element);
 
     /** The elements called `name` in the workspace's style document; none without a workspace. */
-    virtual xml::IteratorConst getStyle(const std::string& name);
+    virtual xml::IteratorConst getStyle(const std::string& name) const;
 
-    virtual const std::string& getId();
+    virtual const std::string& getId() const;
 
     /** Sets the identifier. */
     virtual void setName(const std::string& name);
-    virtual const std::string& getCaption();
+    virtual const std::string& getCaption() const;
     virtual void setCaption(const std::string& caption);
 
     /** An inactive control is greyed out and ignores clicks. */
     virtual void setInactive(bool inactive);
-    virtual bool getInactive();
+    virtual bool getInactive() const;
 
     /** Showing a control also brings it to the top of its parent and onto the focus path. */
     virtual void setVisible(bool visible);
-    virtual bool getVisible();
+    virtual bool getVisible() const;
 
     /** The rectangle in the parent's coordinates, moved by the parent's scroll offset; the whole
         parent, from (0, 0), when maximized. */
-    virtual Area getArea();
+    virtual Area getArea() const;
 
     /** The rectangle in workspace coordinates. */
-    virtual Area getAreaWorld();
+    virtual Area getAreaWorld() const;
 
     /** Lays the children out. The base only passes the call on to every child. */
     virtual void setArea();
@@ -130,13 +130,13 @@ public:
     virtual void setPosition(mathbase::Vector2f position);
 
     /** The scroll offset of all children, in pixels. */
-    virtual mathbase::Vector2f getOffset();
+    virtual mathbase::Vector2f getOffset() const;
     virtual void setOffset(mathbase::Vector2f offset);
-    virtual bool getMaximized();
+    virtual bool getMaximized() const;
     virtual void setMaximized(bool maximized);
 
     /** The bounding box of this rectangle and the children's, each as its `getArea` gives it. */
-    virtual Area getOccupiedArea();
+    virtual Area getOccupiedArea() const;
 
     /**
      * Takes ownership of `control` and focuses it, which brings it to the top. A control that is a
@@ -195,8 +195,11 @@ public:
     /** What to draw with. Must be below a workspace ("mParent!=0"). */
     virtual Render& getRender();
 
+    /** What to measure text with, for queries. Must be below a workspace ("mParent!=0"). */
+    const Render& getRender() const;
+
     /** The child that has the keyboard focus; or null. */
-    virtual Control* getFocus();
+    virtual Control* getFocus() const;
 
     /**
      * Puts this control on the focus path from the root and clears the focus of every other branch.

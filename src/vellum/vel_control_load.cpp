@@ -72,10 +72,10 @@ void setNamedColors(style& colors, std::string_view name, const style::Color& fi
             setColorPair(colors.*prefix.set, name.substr(prefix.name.size()), first, second);
 }
 
-void checkNesting(Control& control)
+void checkNesting(const Control& control)
 {
     int depth = 0;
-    for (Control* outer = control.getParent(); outer; outer = outer->getParent())
+    for (const Control* outer = control.getParent(); outer; outer = outer->getParent())
         ++depth;
     if (depth > DEEPEST_NESTING)
         throw Exception("Control::load: a '%s' lies inside more than %d controls",
@@ -137,7 +137,7 @@ private:
     int mRead = 0; // elements
 };
 
-mathbase::Vector4f Control::hex2vec(const std::string& text)
+mathbase::Vector4f Control::hex2vec(const std::string& text) const
 {
     return display::DisplayObsolete::hex2vec(text);
 }
@@ -163,7 +163,7 @@ void Control::loadStyle(xml::IteratorConst& element)
                        hex2vec(color->getValue("second")));
 }
 
-xml::IteratorConst Control::getStyle(const std::string& name)
+xml::IteratorConst Control::getStyle(const std::string& name) const
 {
     static const xml::XmlNode noStyles{nullptr};
     return mParent ? mParent->getStyle(name) : noStyles.createIterator(name);

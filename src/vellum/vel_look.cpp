@@ -64,10 +64,10 @@ style widgetStyle()
     return colors;
 }
 
-bool hasKeyboardFocus(Control& control)
+bool hasKeyboardFocus(const Control& control)
 {
-    Control* child = &control;
-    for (Control* parent = child->getParent(); parent; parent = child->getParent()) {
+    const Control* child = &control;
+    for (const Control* parent = child->getParent(); parent; parent = child->getParent()) {
         if (parent->getFocus() != child)
             return false;
         child = parent;
@@ -75,9 +75,9 @@ bool hasKeyboardFocus(Control& control)
     return child != &control;
 }
 
-bool isShown(Control& control)
+bool isShown(const Control& control)
 {
-    for (Control* each = &control; each; each = each->getParent())
+    for (const Control* each = &control; each; each = each->getParent())
         if (!each->getVisible())
             return false;
     return true;

@@ -33,10 +33,10 @@ ColorPair pick(const style::colorInfo& set, Look look);
 style widgetStyle();
 
 /** Whether keyboard events come to the control: it is at the end of the focus path, or on it. */
-bool hasKeyboardFocus(Control& control);
+bool hasKeyboardFocus(const Control& control);
 
 /** Whether the control and everything above it is visible. Hidden controls still get events. */
-bool isShown(Control& control);
+bool isShown(const Control& control);
 
 /** A box in a pair of colours. @param gradient  A `Render::Gradient`. */
 void fillBox(Render& render, const ColorPair& colors, const Render::Area& area,

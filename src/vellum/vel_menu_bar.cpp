@@ -94,7 +94,7 @@ void MenuBar::setMenuContext(std::int32_t index)
 }
 
 /** The title at a point of the bar; -1 when there is none. */
-std::int32_t MenuBar::titleAt(Vector2f point)
+std::int32_t MenuBar::titleAt(Vector2f point) const
 {
     for (std::size_t i = 0; i < mMenu.size(); ++i)
         if (contains(titleArea(i), point))
@@ -103,9 +103,9 @@ std::int32_t MenuBar::titleAt(Vector2f point)
 }
 
 /** The rectangle of a title's text, as high as the bar, in the bar's coordinates. */
-Control::Area MenuBar::titleArea(std::size_t index)
+Control::Area MenuBar::titleArea(std::size_t index) const
 {
-    Render& render = getRender();
+    const Render& render = getRender();
     float left = mBarOffset;
     for (std::size_t i = 0; i < index; ++i)
         left += render.getTextLength(mMenu[i]->getCaption()) + mBarSpacing;

@@ -57,8 +57,8 @@ protected:
     std::vector<std::unique_ptr<ContextData>> mMenu;
 
 private:
-    std::int32_t titleAt(mathbase::Vector2f point);
-    Area titleArea(std::size_t index);
+    std::int32_t titleAt(mathbase::Vector2f point) const;
+    Area titleArea(std::size_t index) const;
     void hover(std::int32_t index);
     void press(std::int32_t index, display::MouseButton button);
     void release();

@@ -125,7 +125,7 @@ void Panel::setFolded(bool folded)
     sendAction(ACTION_WINDOW_RESIZE);
 }
 
-bool Panel::getFolded()
+bool Panel::getFolded() const
 {
     return mFolded;
 }

@@ -38,7 +38,7 @@ public:
 
     /** A folded panel is as high as its caption, unless it is maximized. */
     virtual void setFolded(bool folded);
-    virtual bool getFolded();
+    virtual bool getFolded() const;
 
 protected:
     PanelFrame* mFrame = nullptr; // owned as a child

@@ -175,7 +175,7 @@ void RadioButton::switchOption(int index, bool checked)
 }
 
 /** The row under a local position; -1 when there is none. */
-int RadioButton::rowAt(const Event& event)
+int RadioButton::rowAt(const Event& event) const
 {
     const float row = std::floor(event.mousePos.y / ROW_HEIGHT);
     const bool exists = isInside(event) && row < static_cast<float>(getOptionCount());

@@ -73,7 +73,7 @@ private:
     };
 
     bool isOption(int index) const { return index >= 0 && index < getOptionCount(); }
-    int rowAt(const Event& event);
+    int rowAt(const Event& event) const;
     int cursor() const;
     void moveTo(int index);
     Look rowLook(int index) const;

@@ -256,7 +256,7 @@ void Render::setAlign(int align)
     font().setAlignment(align);
 }
 
-float Render::getFontHeight()
+float Render::getFontHeight() const
 {
     return font().getHeight();
 }
@@ -340,7 +340,7 @@ void Render::drawText(const std::string& text, Vector2f position)
     mModel.setTransform();
 }
 
-float Render::getTextLength(const std::string& text)
+float Render::getTextLength(const std::string& text) const
 {
     return font().getLength(text, 1.0f);
 }
@@ -376,7 +376,7 @@ void Render::setClipArea(Area area)
                                 size(area.getHeight()));
 }
 
-float Render::getTime()
+float Render::getTime() const
 {
     return mDisplay->getTime();
 }
@@ -443,7 +443,7 @@ DisplayObsolete::Vertex Render::corner(float x, float y, const Vector4f& color) 
 }
 
 /** Text needs a display. */
-display::Font& Render::font()
+display::Font& Render::font() const
 {
     ZVX_REQUIRE(mFont, "mFont");
     return *mFont;

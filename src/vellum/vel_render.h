@@ -77,7 +77,7 @@ public:
     virtual void setAlign(int align);
 
     /** Height of a line of text in pixels. */
-    virtual float getFontHeight();
+    virtual float getFontHeight() const;
 
     /** A filled box. @param mode  A `Gradient`; any value but 1 counts as 0. */
     virtual void drawBox(const Area& box, int mode);
@@ -104,7 +104,7 @@ public:
     virtual void drawText(const std::string& text, mathbase::Vector2f position);
 
     /** Width of the text in pixels. */
-    virtual float getTextLength(const std::string& text);
+    virtual float getTextLength(const std::string& text) const;
 
     /**
      * The longest beginning of `text` that is at most `width` pixels wide: `text` itself, or a
@@ -116,7 +116,7 @@ public:
     virtual void setClipArea(Area area);
 
     /** The display's time in seconds. */
-    virtual float getTime();
+    virtual float getTime() const;
 
 private:
     class SharedArray;
@@ -135,7 +135,7 @@ private:
     bool isCutAway(const Area& bounds) const;
     const std::vector<mathbase::Vector2f>& unitRim(int segments, float start);
     void drawBorderAsLines(const Area& box);
-    display::Font& font();
+    display::Font& font() const;
 
     display::DisplayGL* mDisplay = nullptr; // not owned
     mathbase::Vector2f mWindowSize{0, 0};   // pixels

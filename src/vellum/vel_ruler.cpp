@@ -194,7 +194,7 @@ void Ruler::drawMarkers(const Area& area)
 }
 
 /** Where labels have their middle: they stand on their ticks, but do not leave the strip. */
-float Ruler::labelMiddle(const Area& area)
+float Ruler::labelMiddle(const Area& area) const
 {
     const float half = getRender().getFontHeight() / 2.0f;
     const float tick = area.mMin.y + LABELLED_TICK_TOP * mHeight;

@@ -66,7 +66,7 @@ private:
     void drawLabel(const Area& area, float x);
     void drawReadOut(const Area& area);
     void drawMarkers(const Area& area);
-    float labelMiddle(const Area& area);
+    float labelMiddle(const Area& area) const;
 
     NumberText mNumber;
 };

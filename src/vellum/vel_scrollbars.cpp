@@ -174,7 +174,7 @@ void Scrollbars::setHorisontal(bool horisontal)
     setArea();
 }
 
-Vector2f Scrollbars::getScrollPosition()
+Vector2f Scrollbars::getScrollPosition() const
 {
     return mScrollPosition;
 }

@@ -46,7 +46,7 @@ public:
     virtual void setHorisontal(bool horisontal);
 
     /** How far the handles are along their tracks, in pixels: horizontally x, vertically y. */
-    virtual mathbase::Vector2f getScrollPosition();
+    virtual mathbase::Vector2f getScrollPosition() const;
 
     /** Clamped to what the tracks allow; reports nothing. */
     virtual void setScrollPosition(mathbase::Vector2f position);

@@ -102,23 +102,23 @@ bool Slider::pressKey(const Event& event)
 }
 
 /** Distance of a point of the control from where the track starts, in pixels. */
-float Slider::along(Vector2f point)
+float Slider::along(Vector2f point) const
 {
     return (mHorisontal ? point.x : getArea().getHeight() - point.y) - BORDER;
 }
 
-float Slider::trackLength()
+float Slider::trackLength() const
 {
     const Area area = getArea();
     return std::max((mHorisontal ? area.getWidth() : area.getHeight()) - 2.0f * BORDER, 0.0f);
 }
 
-float Slider::handleLength()
+float Slider::handleLength() const
 {
     return std::min(mSize, trackLength());
 }
 
-float Slider::handleStart()
+float Slider::handleStart() const
 {
     return mRange.unit() * (trackLength() - handleLength());
 }

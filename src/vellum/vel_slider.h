@@ -45,10 +45,10 @@ protected:
     bool pressKey(const Event& event) override;
 
 private:
-    float along(mathbase::Vector2f point);
-    float trackLength();
-    float handleLength();
-    float handleStart();
+    float along(mathbase::Vector2f point) const;
+    float trackLength() const;
+    float handleLength() const;
+    float handleStart() const;
     void moveTo(float unit);
     Area stretch(const Area& area, float from, float to) const;
 

@@ -265,12 +265,12 @@ void Spline::setValueInterval(float lowest, float)
     mDirty = true;
 }
 
-Vector2f Spline::getSplineSpace(const Vector2f& point)
+Vector2f Spline::getSplineSpace(const Vector2f& point) const
 {
     return Scale(*this, getArea()).toCurve(point);
 }
 
-Vector2f Spline::getWorldSpace(const Vector2f& timeAndValue)
+Vector2f Spline::getWorldSpace(const Vector2f& timeAndValue) const
 {
     return Scale(*this, getAreaWorld()).toArea(timeAndValue);
 }
@@ -280,7 +280,7 @@ bool Spline::isKey(std::int32_t index) const
     return m_spline && index >= 0 && index < m_spline->getNumKeys();
 }
 
-bool Spline::isFocusedChild()
+bool Spline::isFocusedChild() const
 {
     return mParent && mParent->getFocus() == this;
 }
@@ -291,7 +291,7 @@ Vector2f Spline::placeOf(std::int32_t key, const Scale& scale) const
 }
 
 /** The first key at a local point; -1 for none. */
-std::int32_t Spline::keyAt(Vector2f point)
+std::int32_t Spline::keyAt(Vector2f point) const
 {
     if (!m_spline)
         return -1;

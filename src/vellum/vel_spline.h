@@ -74,10 +74,10 @@ public:
      * Time and value, as x and y, at a point in the parent's coordinates. A control without width
      * or height stands for its left edge and the value 0.
      */
-    mathbase::Vector2f getSplineSpace(const mathbase::Vector2f& point);
+    mathbase::Vector2f getSplineSpace(const mathbase::Vector2f& point) const;
 
     /** The point in workspace coordinates for a time and a value: the inverse up to the origin. */
-    mathbase::Vector2f getWorldSpace(const mathbase::Vector2f& timeAndValue);
+    mathbase::Vector2f getWorldSpace(const mathbase::Vector2f& timeAndValue) const;
 
 protected:
     /** To be called after others changed the curve: its picture is made anew. */
@@ -87,9 +87,9 @@ private:
     class Scale;
 
     bool isKey(std::int32_t index) const;
-    bool isFocusedChild();
+    bool isFocusedChild() const;
     mathbase::Vector2f placeOf(std::int32_t key, const Scale& scale) const;
-    std::int32_t keyAt(mathbase::Vector2f point);
+    std::int32_t keyAt(mathbase::Vector2f point) const;
 
     void hover(mathbase::Vector2f point);
     void dragTo(mathbase::Vector2f point);

@@ -87,13 +87,13 @@ std::int32_t TabCaption::pageCount() const
 }
 
 /** Width of the tab of a page that exists, in pixels, where there is room for all. */
-float TabCaption::wantedWidth(std::int32_t page)
+float TabCaption::wantedWidth(std::int32_t page) const
 {
     return getRender().getTextLength(view()->getPage(page)->getCaption()) + 2.0f * PADDING;
 }
 
 /** What every tab is as wide as, in pixels; -1 where each is as wide as it wants to be. */
-float TabCaption::commonWidth()
+float TabCaption::commonWidth() const
 {
     float width = 0.0f;
     for (std::int32_t page = 0; page < pageCount(); ++page)
@@ -103,7 +103,7 @@ float TabCaption::commonWidth()
 }
 
 /** The page whose tab is at a point of this control; -1 when there is none. */
-std::int32_t TabCaption::tabAt(Vector2f point)
+std::int32_t TabCaption::tabAt(Vector2f point) const
 {
     const float common = commonWidth();
     const float height = getArea().getHeight();

@@ -28,9 +28,9 @@ protected:
 private:
     TabView* view() const;
     std::int32_t pageCount() const;
-    float wantedWidth(std::int32_t page);
-    float commonWidth();
-    std::int32_t tabAt(mathbase::Vector2f point);
+    float wantedWidth(std::int32_t page) const;
+    float commonWidth() const;
+    std::int32_t tabAt(mathbase::Vector2f point) const;
     void show(std::int32_t page);
     void drawTab(std::int32_t page, const Area& tab, bool selected);
 

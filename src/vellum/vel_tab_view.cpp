@@ -65,12 +65,12 @@ void TabView::setArea()
     }
 }
 
-std::int32_t TabView::getPageCount()
+std::int32_t TabView::getPageCount() const
 {
     return getChildCount() - 1;
 }
 
-Control* TabView::getPage(std::int32_t page)
+Control* TabView::getPage(std::int32_t page) const
 {
     if (page < 0)
         return nullptr;
@@ -78,7 +78,7 @@ Control* TabView::getPage(std::int32_t page)
     return getOrder(behindTabs ? page + 1 : page);
 }
 
-std::int32_t TabView::getSelected()
+std::int32_t TabView::getSelected() const
 {
     for (std::size_t i = mChild.size(); i-- > 0;) {
         if (mChild[i] == mTabs || !mChild[i]->getVisible())

@@ -39,13 +39,13 @@ public:
     /** Gives every page the whole area below the row of tabs. */
     void setArea() override;
 
-    std::int32_t getPageCount();
+    std::int32_t getPageCount() const;
 
     /** Pages are numbered in the order in which they were added; null when out of range. */
-    Control* getPage(std::int32_t page);
+    Control* getPage(std::int32_t page) const;
 
     /** The page that is seen, the topmost visible one; -1 without one. */
-    std::int32_t getSelected();
+    std::int32_t getSelected() const;
 
     /** Shows a page and hides the others; nothing when out of range. */
     void select(std::int32_t page);

@@ -63,7 +63,7 @@ void TextInput::load(xml::IteratorConst& element)
         setCaption(element->getValue("text"));
 }
 
-const std::string& TextInput::getCaption()
+const std::string& TextInput::getCaption() const
 {
     return mLine.text();
 }
@@ -196,7 +196,7 @@ void TextInput::report(bool changed)
 }
 
 /** Width of what is shown before a position, in pixels. */
-float TextInput::widthTo(std::size_t position)
+float TextInput::widthTo(std::size_t position) const
 {
     float width = 0.0f;
     for (std::size_t i = 0; i < position; ++i)
@@ -205,14 +205,14 @@ float TextInput::widthTo(std::size_t position)
 }
 
 /** Width of the glyph that stands for the character at `index`, in pixels. */
-float TextInput::glyphWidth(std::size_t index)
+float TextInput::glyphWidth(std::size_t index) const
 {
     const bool covered = mLine.kind() == EditLine::Kind::PASSWORD;
     return getRender().getTextLength(std::string(1, covered ? COVER : mLine.text()[index]));
 }
 
 /** The place between two characters that is nearest to a local point. */
-std::size_t TextInput::positionAt(Vector2f point)
+std::size_t TextInput::positionAt(Vector2f point) const
 {
     float left = MARGIN - mScroll;
     for (std::size_t i = 0; i < mLine.text().size(); ++i) {

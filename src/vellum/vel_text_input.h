@@ -23,7 +23,7 @@ public:
     /** Reads "text" and "type" ("numeric", "password", anything else plain) where they stand. */
     void load(xml::IteratorConst& element) override;
 
-    const std::string& getCaption() override;
+    const std::string& getCaption() const override;
 
     /** Drops what the kind of text does not take and puts the cursor at the end. */
     void setCaption(const std::string& text) override;
@@ -46,9 +46,9 @@ private:
     bool moveByKey(const Event& event);
     bool copy();
     void report(bool changed);
-    float widthTo(std::size_t position);
-    float glyphWidth(std::size_t index);
-    std::size_t positionAt(mathbase::Vector2f point);
+    float widthTo(std::size_t position) const;
+    float glyphWidth(std::size_t index) const;
+    std::size_t positionAt(mathbase::Vector2f point) const;
     float scrolledToCursor(float width);
     void drawLine(const Area& inner, bool focused);
 

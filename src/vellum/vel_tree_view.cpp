@@ -212,7 +212,7 @@ std::int32_t TreeView::rowOf(std::int32_t item) const
 }
 
 /** The row at a point of the control; -1 when there is none. */
-std::int32_t TreeView::rowAt(Vector2f point)
+std::int32_t TreeView::rowAt(Vector2f point) const
 {
     Area rows(Vector2f(0.0f, 0.0f), getArea().getSize());
     rows.expand(-BORDER);
@@ -223,20 +223,20 @@ std::int32_t TreeView::rowAt(Vector2f point)
 }
 
 /** How many rows there is room for, in 1..row count, or 1. */
-std::int32_t TreeView::fittingRows()
+std::int32_t TreeView::fittingRows() const
 {
     const float rows = (getArea().getHeight() - 2.0f * BORDER) / mRowHeight;
     return std::max(static_cast<std::int32_t>(std::min(rows, static_cast<float>(rowCount()))), 1);
 }
 
-std::int32_t TreeView::firstRow()
+std::int32_t TreeView::firstRow() const
 {
     const auto last = static_cast<float>(std::max(rowCount() - fittingRows(), 0));
     return static_cast<std::int32_t>(std::lround(std::clamp(mScrolled, 0.0f, last)));
 }
 
 /** The row after the last one that is shown; rows that do not fit whole are not. */
-std::int32_t TreeView::endOfShown()
+std::int32_t TreeView::endOfShown() const
 {
     return std::min(firstRow() + fittingRows(), rowCount());
 }

@@ -75,10 +75,10 @@ private:
     void findRows();
     std::int32_t rowOf(std::int32_t item) const;
     std::int32_t rowCount() const { return static_cast<std::int32_t>(mRows.size()); }
-    std::int32_t rowAt(mathbase::Vector2f point);
-    std::int32_t fittingRows();
-    std::int32_t firstRow();
-    std::int32_t endOfShown();
+    std::int32_t rowAt(mathbase::Vector2f point) const;
+    std::int32_t fittingRows() const;
+    std::int32_t firstRow() const;
+    std::int32_t endOfShown() const;
     void scrollTo(std::int32_t row);
     bool scroll(float steps);
     void selectRow(std::int32_t row);

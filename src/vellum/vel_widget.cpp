@@ -75,7 +75,7 @@ Look Widget::look() const
     return mMouseOver ? Look::HOVERED : Look::NORMAL;
 }
 
-bool Widget::isInside(const Event& event)
+bool Widget::isInside(const Event& event) const
 {
     const Area area = getArea();
     return contains(Area(0.0f, 0.0f, area.getWidth(), area.getHeight()), event.mousePos);

@@ -59,7 +59,7 @@ protected:
     Look look() const;
 
     /** Whether the position of an event that was made local lies inside the control. */
-    bool isInside(const Event& event);
+    bool isInside(const Event& event) const;
 
     // In the control's colours; the border of a body shows the keyboard focus.
 

@@ -45,7 +45,7 @@ void Window::setCaption(const std::string& caption)
     mCaptionbar->setCaption(caption);
 }
 
-const std::string& Window::getCaption()
+const std::string& Window::getCaption() const
 {
     return mCaptionbar->getCaption();
 }

@@ -27,7 +27,7 @@ public:
 
     /** The text of the caption bar. */
     void setCaption(const std::string& caption) override;
-    const std::string& getCaption() override;
+    const std::string& getCaption() const override;
 
     /** Moves the window, but not out of its parent. */
     void setPosition(mathbase::Vector2f position) override;

@@ -47,7 +47,7 @@ void Workspace::loadStyle(xml::XmlParser* document)
     mStyleTag = document;
 }
 
-xml::IteratorConst Workspace::getStyle(const std::string& name)
+xml::IteratorConst Workspace::getStyle(const std::string& name) const
 {
     return mStyleTag ? std::as_const(*mStyleTag).createIterator(name) : Control::getStyle(name);
 }
@@ -58,7 +58,7 @@ void Workspace::setDisplay(display::DisplayGL* display)
     mRender.setDisplay(display);
 }
 
-display::DisplayGL* Workspace::getDisplay()
+display::DisplayGL* Workspace::getDisplay() const
 {
     return mParent ? Control::getDisplay() : mDisplay;
 }
@@ -109,7 +109,7 @@ void Workspace::setCopyString(const std::string& text)
     mCopyString = text;
 }
 
-const std::string& Workspace::getCopyString()
+const std::string& Workspace::getCopyString() const
 {
     return mCopyString;
 }

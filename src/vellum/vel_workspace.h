@@ -36,11 +36,11 @@ public:
 
     /** @param document  Where `getStyle` looks, must outlive this control; null: there are none. */
     void loadStyle(xml::XmlParser* document);
-    xml::IteratorConst getStyle(const std::string& name) override;
+    xml::IteratorConst getStyle(const std::string& name) const override;
 
     /** @param display  What to draw on, must outlive this control; or null. */
     void setDisplay(display::DisplayGL* display);
-    display::DisplayGL* getDisplay() override;
+    display::DisplayGL* getDisplay() const override;
     Render& getRender() override;
 
     /**
@@ -65,7 +65,7 @@ public:
     void draw();
 
     void setCopyString(const std::string& text);
-    const std::string& getCopyString();
+    const std::string& getCopyString() const;
 
 private:
     std::optional<int> passToMenu(Event& event);

@@ -13,7 +13,7 @@ namespace zavex::vellum::test {
 
 namespace {
 
-std::string namesOf(Control& parent, Control* (Control::*get)(int))
+std::string namesOf(const Control& parent, Control* (Control::*get)(int) const)
 {
     std::string names;
     for (int i = 0; i < parent.getChildCount(); ++i)
@@ -132,12 +132,12 @@ void loadFrom(Control& control, const std::string& document)
     control.load(element);
 }
 
-std::string stacking(Control& parent)
+std::string stacking(const Control& parent)
 {
     return namesOf(parent, &Control::getChild);
 }
 
-std::string insertion(Control& parent)
+std::string insertion(const Control& parent)
 {
     return namesOf(parent, &Control::getOrder);
 }

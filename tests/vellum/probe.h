@@ -38,7 +38,7 @@ public:
     }
     void setLineWidth(float) override {}
     void setAlign(int align) override { mAlign = align; }
-    float getFontHeight() override { return 10.0f; }
+    float getFontHeight() const override { return 10.0f; }
     void drawBox(const Area& box, int) override
     {
         boxes.push_back(box);
@@ -60,12 +60,12 @@ public:
     {
         texts.push_back({text, position, mAlign, mFirst});
     }
-    float getTextLength(const std::string& text) override
+    float getTextLength(const std::string& text) const override
     {
         return 6.0f * static_cast<float>(text.size());
     }
     void setClipArea(Area area) override { clips.push_back(area); }
-    float getTime() override { return time; }
+    float getTime() const override { return time; }
 
     /** Forgets what was drawn. */
     void clear();
@@ -187,8 +187,8 @@ int pressKey(Control& control, display::Key key, int modifiers = display::KEYMOD
 void loadFrom(Control& control, const std::string& document);
 
 /** Identifiers of the children, bottom first, and in order of insertion. */
-std::string stacking(Control& parent);
-std::string insertion(Control& parent);
+std::string stacking(const Control& parent);
+std::string insertion(const Control& parent);
 
 /** "x1 y1 x2 y2" with each number in its shortest form. */
 std::string text(const Area& area);

@@ -15,7 +15,7 @@ class StyledRoot final : public Root {
 public:
     using Root::Root;
 
-    xml::IteratorConst getStyle(const std::string& name) override
+    xml::IteratorConst getStyle(const std::string& name) const override
     {
         return std::as_const(styles).createIterator(name);
     }
