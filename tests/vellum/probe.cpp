@@ -1,8 +1,5 @@
 #include "vellum/probe.h"
 
-#include "xml/xml_iteratorconst.h"
-#include "xml/xml_parser.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -91,6 +88,19 @@ void Observer::controlAction(Control* control, Action action)
     heard.push_back({control, action});
     if (onAction)
         onAction();
+}
+
+std::string Observer::text() const
+{
+    constexpr const char* WORDS[] = {"pressed",  "released", "on",    "off",    "color",  "context",
+                                     "dropdown", "knob",     "radio", "scroll", "slider", "curve",
+                                     "added",    "deleted",  "text",  "tree",   "resize"};
+    std::string all;
+    for (const Heard& each : heard)
+        all += (all.empty() ? "" : " ") + std::string(WORDS[each.action]);
+    for (const std::string& each : chosen)
+        all += (all.empty() ? "" : " ") + each;
+    return all;
 }
 
 Probe& addProbe(Control& parent, const std::string& name, Area area)

@@ -6,8 +6,12 @@
 #include "vellum/vel_render.h"
 #include "vellum/vel_workspace.h"
 
+#include "xml/xml_iteratorconst.h"
+#include "xml/xml_parser.h"
+
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zavex::vellum::test {
@@ -105,24 +109,26 @@ public:
     explicit Probe(const std::string& name = "probe", Area area = Area(0, 0, 0, 0));
 
     Control* clone() override { return new Probe; }
-    bool acceptEvents(Event& event) override { return capturing || Control::acceptEvents(event); }
+    bool acceptEvents(Event& event) override
+    {
+        asked = event.mousePos;
+        return capturing || Control::acceptEvents(event);
+    }
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
-
-    bool isMouseOver() const { return mMouseOver; }
-    void setType(const std::string& type) { mType = type; }
 
     /** How many events of `type` arrived. */
     int count(const std::string& type) const;
 
     std::vector<Seen> seen;
     std::vector<Drawn> drawn;
+    Vector2f asked{0, 0}; // where the event was that it was last asked about
     bool capturing = false;
     int result = 0;                      // returned when the base answers 0
     std::function<void(Event&)> onEvent; // called after the base, may delete this control
 };
 
-/** The top of a tree: answers for the render and the pop-up menu, as the workspace does. */
+/** The top of a tree: answers for the render, styles and the pop-up menu, as the workspace does. */
 class Root : public Probe {
 public:
     explicit Root(Area area = Area(0, 0, 200, 100)) : Probe("root", area) { mType = "workspace"; }
@@ -130,8 +136,13 @@ public:
     Render& getRender() override { return render; }
     void setContext(Context* context) override { menu = context; }
     void resetContext() override { menu = nullptr; }
+    xml::IteratorConst getStyle(const std::string& name) const override
+    {
+        return std::as_const(styles).createIterator(name);
+    }
 
     RecordingRender render;
+    xml::XmlParser styles;
     Context* menu = nullptr;
 };
 
@@ -143,6 +154,13 @@ public:
     Render& getRender() override { return render; }
     void setContext(Context* context) override;
     void resetContext() override;
+
+    /** Draws into an empty record. */
+    void redraw()
+    {
+        render.clear();
+        draw();
+    }
 
     /** Null when no menu is open. */
     Context* getOpen() { return mOpen; }
@@ -161,6 +179,9 @@ class Observer final : public Callback {
 public:
     void contextAction(Context* context, const std::string& action) override;
     void controlAction(Control* control, Action action) override;
+
+    /** A word for each action heard of, then the menu rows chosen. */
+    std::string text() const;
 
     struct Heard {
         Control* control = nullptr;
