@@ -1,0 +1,214 @@
+#include "vellum/user.h"
+#include "vellum/vel_button.h"
+#include "vellum/vel_color_chooser.h"
+#include "vellum/vel_dropdown.h"
+#include "vellum/vel_knob.h"
+#include "vellum/vel_radio_button.h"
+#include "vellum/vel_tab_view.h"
+#include "vellum/vel_text_input.h"
+#include "vellum/vel_tree_view.h"
+
+#include "display/dis_font.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace zavex::vellum::test {
+
+namespace {
+
+TEST(Button, IsFramedWhileItHasTheFocusIfItsStyleSays)
+{
+    for (const char* const style : {"", "<color name='caption.border' first='38d6ff'/>"}) {
+        Bench bench(std::string("<button><area w='40' h='20'/>") + style + "</button>");
+        bench.screen.redraw();
+        EXPECT_EQ(bench.screen.render.borders.size(), *style ? 1u : 0u) << style;
+        bench.screen.clearFocus();
+        bench.screen.redraw();
+        EXPECT_TRUE(bench.screen.render.borders.empty()) << style;
+    }
+}
+
+TEST(ColorChooser, KeepsTheCrossHairOnAFieldThatShrinks)
+{
+    Bench<ColorChooser> bench("<colorchooser><area x='20' y='10' w='136' h='100'/></colorchooser>");
+    bench.user.does("click 130,100");
+    bench.control.setArea(Area(20, 10, 96, 60));
+    bench.screen.redraw();
+    ASSERT_EQ(bench.screen.render.circles.size(), 2u);
+    EXPECT_EQ(bench.screen.render.circles[0].getCenter(), Vector2f(80, 60));
+    EXPECT_EQ(bench.control.getColor(), mathbase::Vector3f(0, 0, 0));
+}
+
+TEST(Dropdown, NewOptionsLeaveTheFocusWhereItIs)
+{
+    Bench<Dropdown> bench("<dropdown><option id='x'/><area w='60' h='20'/></dropdown>");
+    bench.user.does("click 20,10; click 300,200");
+    Probe& other = addProbe(bench.screen, "other", Area(100, 100, 110, 110));
+    bench.control.addOption("n", "new");
+    EXPECT_EQ(bench.screen.getFocus(), &other);
+}
+
+TEST(Widgets, KeepWhatALaterElementDoesNotMention)
+{
+    Bench<RadioButton> radio("<radiobutton><option name='a' checked='true'/></radiobutton>");
+    loadFrom(radio.control, "<v><radiobutton id='r'/></v>");
+    EXPECT_TRUE(radio.control.isChecked(0));
+    loadFrom(radio.control, "<v><radiobutton><option name='x'/></radiobutton></v>");
+    EXPECT_EQ(radio.control.getSelected(), -1);
+    EXPECT_EQ(radio.control.getOption(0) + radio.control.getOption(1), "x");
+
+    Bench<Knob> knob("<knob value='1'/>");
+    loadFrom(knob.control, "<v><knob value='none'/></v>");
+    EXPECT_EQ(knob.control.getValue(), 1.0f);
+}
+
+// A line is 10 pixels high and a character 6 wide: 16 of them fit.
+// clang-format off
+constexpr struct LabelCase {
+    const char* attributes;
+    const char* text;
+    Vector2f position;
+    int align;
+} LABEL_CASES[] = {
+    {"text='a b'", "a b", {10, 15}, display::Font::ALIGN_LEFT},
+    {"text='a' align='center' valign='center'", "a", {60, 50}, display::Font::ALIGN_CENTER},
+    {"text='a' valign='middle'", "a", {10, 50}, display::Font::ALIGN_LEFT},
+    {"text='a' align='right' valign='bottom'", "a", {110, 85}, display::Font::ALIGN_RIGHT},
+    {"text='a' align='left' valign='up'", "a", {10, 15}, display::Font::ALIGN_LEFT},
+    {"text='0123456789abcdefgh'", "0123456789abcdef", {10, 15}, display::Font::ALIGN_LEFT},
+};
+// clang-format on
+
+TEST(LabelText, StandsWhereItIsTold)
+{
+    for (const LabelCase& row : LABEL_CASES) {
+        SCOPED_TRACE(row.attributes);
+        Bench bench(std::string("<label ") + row.attributes +
+                    "><area x='10' y='10' w='100' h='80'/></label>");
+        bench.screen.redraw();
+        ASSERT_EQ(bench.screen.render.texts.size(), 1U);
+        const RecordingRender::Text& drawn = bench.screen.render.texts[0];
+        EXPECT_EQ(drawn.text, row.text);
+        EXPECT_EQ(drawn.align, row.align);
+        EXPECT_EQ(drawn.position, row.position);
+    }
+}
+
+TEST(TextInput, ScrollsToItsCursorAndKeepsNoMoreThanItCanEdit)
+{
+    Bench<TextInput> bench("<textinput text='0123456789abcdef'>" // six more than fit
+                           "<area x='10' y='10' w='69' h='20'/></textinput>");
+    const auto left = [&] {
+        bench.screen.redraw();
+        return bench.screen.render.texts.back().position.x;
+    };
+    EXPECT_EQ(left(), 14.0f - 36.0f);
+    bench.user.does("key HOME");
+    EXPECT_EQ(left(), 14.0f);
+    bench.user.does("key END");
+    bench.screen.clearFocus();
+    EXPECT_EQ(left(), 14.0f) << "without the focus the beginning is shown";
+
+    bench.screen.setCopyString(std::string(100'000, 'x'));
+    bench.user.does("focus it; key CTRL+v");
+    EXPECT_EQ(bench.control.getCaption().size(), 4096U);
+    left();
+}
+
+const std::string TABS = R"(<tabview><child>
+    <tabframe id="1" caption="one"><child><treeview id="tree" size="20"><item text="a"/>
+        <item text="b"/><item text="c"/><item text="d"/></treeview></child></tabframe>
+    <tabframe id="3" caption="three"/><tabframe id="5" caption="five"/></child>
+    <area width="200" height="82"/></tabview>)";
+
+/** Identifier of the page that is shown; empty without any. */
+std::string shown(TabView& tabs)
+{
+    return tabs.getSelected() < 0 ? "" : tabs.getPage(tabs.getSelected())->getId();
+}
+
+TEST(TabView, SwitchingKeepsThePagesState)
+{
+    Bench<TabView> bench(TABS);
+    auto& list = dynamic_cast<TreeView&>(*bench.screen.findControl("tree"));
+    bench.user.does("click 50,70; wheel -1"); // "c", and scrolls to the end
+    bench.control.select(1);
+    bench.user.does("click 50,30; wheel 1");
+    EXPECT_EQ(list.getValueText(), "c") << "hidden pages get nothing";
+    bench.control.setArea(Area(0, 0, 100, 62));
+    bench.control.setArea(Area(0, 0, 200, 82));
+    bench.control.select(0);
+    EXPECT_EQ(text(list.getAreaWorld()), "0 20 200 82");
+    bench.screen.redraw();
+    EXPECT_EQ(bench.screen.render.texts.back().text, "d") << "still scrolled to the end";
+}
+
+TEST(TabView, ShowsANewPageInItsTurnAndTheNextInPlaceOfADeletedOne)
+{
+    Bench<TabView> bench(TABS);
+    TabView& tabs = bench.control;
+    Probe& late = addProbe(tabs, "late", Area(0, 0, 0, 0));
+    EXPECT_EQ(text(late.getArea()), "0 20 200 82");
+    bench.user.does("down 50,50");
+    EXPECT_EQ(late.count("mousedown"), 0);
+    tabs.select(3);
+    EXPECT_EQ(shown(tabs), "late");
+    delete &late;
+    EXPECT_EQ(shown(tabs), "");
+
+    tabs.select(1);
+    tabs.deleteControl(3); // pages lie above the tabs, the shown one on top
+    EXPECT_EQ(shown(tabs), "5");
+    tabs.deleteControl(2);
+    EXPECT_EQ(shown(tabs), "1") << "the one before where there is no next";
+    tabs.deleteControl(1);
+    EXPECT_EQ(tabs.getPageCount(), 0);
+    bench.screen.redraw();
+    addProbe(tabs, "again", Area(0, 0, 0, 0));
+    EXPECT_EQ(shown(tabs), "again");
+    tabs.deleteControls();
+    tabs.deleteControl(0);
+    EXPECT_EQ(tabs.getChildCount(), 1) << "the tabs stay";
+}
+
+TEST(TreeView, FoldingAwayTheSelectedItemSelectsWhatFolded)
+{
+    Bench<TreeView> bench("<treeview><item text='A'><item text='A1'><item text='A11'/></item>"
+                          "</item></treeview>");
+    bench.control.select(2);
+    bench.control.setFolded(0, true);
+    EXPECT_EQ(bench.control.getValueText(), "A");
+    EXPECT_EQ(bench.observer.text(), "tree tree");
+    bench.control.select(2);
+    bench.screen.redraw();
+    EXPECT_EQ(bench.screen.render.texts.size(), 3u) << "what is selected is shown";
+    bench.control.select(7);
+    EXPECT_EQ(bench.control.getSelected(), -1);
+}
+
+TEST(TreeView, NestsWithoutEnd)
+{
+    std::string items;
+    for (const char* tag : {"<item>", "</item>"})
+        for (int i = 0; i < 9000; ++i)
+            items += tag;
+    Bench<TreeView> bench("<treeview size='20'>" + items + "<area w='100' h='62'/></treeview>");
+    EXPECT_EQ(bench.control.getItemCount(), 9000);
+    bench.control.setFolded(8998, true);
+    bench.control.addItem("", "below a folded one", 9000);
+    bench.control.addItem("", "at the top", -1);
+    bench.user.does("key END");
+    EXPECT_EQ(bench.control.getValueText(), "at the top");
+    bench.user.does("key UP");
+    EXPECT_EQ(bench.control.getSelected(), 8998);
+    bench.control.setArea(Area(0, 0, 100, 4000));
+    bench.control.setArea(Area(0, 0, 100, 62));
+    bench.screen.redraw();
+    EXPECT_EQ(bench.screen.render.texts.back().text, "at the top") << "resizing keeps the place";
+}
+
+} // namespace
+
+} // namespace zavex::vellum::test
