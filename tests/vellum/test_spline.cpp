@@ -1,12 +1,11 @@
-#include "vellum/mouse.h"
-#include "vellum/probe.h"
+#include "vellum/user.h"
 #include "vellum/vel_spline.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <sstream>
-#include <vector>
+#include <string>
 
 namespace zavex::vellum::test {
 
@@ -39,55 +38,48 @@ struct SplineTree {
         screen.setFocus(spline);
     }
 
-    /** Draws, and returns the key that has that colour; -1 for none. */
-    int keyIn(const style::Color& color)
+    /** The curve where it is not linear, then its keys; marked where their colour is another. */
+    std::string state()
     {
-        draw();
-        const auto& colors = screen.render.circleColors;
-        const auto found = std::ranges::find(colors, color);
-        return found == colors.end() ? -1 : static_cast<int>(found - colors.begin());
-    }
-
-    void draw()
-    {
-        screen.render.clear();
-        screen.draw();
-    }
-
-    /** Moves along the open menu's rows and lets go over the last. */
-    void choose(const std::vector<int>& rows)
-    {
-        Control* menu = screen.getOpen();
-        Vector2f origin(0.0f, 0.0f);
-        for (const int row : rows) {
-            ASSERT_NE(menu, nullptr);
-            origin += menu->getArea().mMin;
-            mouse.moveTo(origin + Vector2f(6.0f, 10.0f + 15.0f * static_cast<float>(row)));
-            menu = menu->getOrder(row);
-        }
-        mouse.release();
-    }
-
-    void openMenu(Vector2f at)
-    {
-        mouse.moveTo(at);
-        mouse.press(display::MOUSE_RIGHT);
-    }
-
-    /** "time:value" of every key. */
-    std::string keys() const
-    {
+        screen.redraw();
         std::ostringstream out;
+        if (curve.getInterpolation() != Curve::LINEAR)
+            out << getModeName(curve.getInterpolation()) << ' ';
+        if (curve.getExtrapolationBefore() || curve.getExtrapolationAfter())
+            out << curve.getExtrapolationBefore() << curve.getExtrapolationAfter() << ' ';
         for (int i = 0; i < curve.getNumKeys(); ++i)
-            out << (i ? " " : "") << curve[i].time << ':' << curve[i].value;
-        return out.str();
+            out << (i ? " " : "") << curve[i].time << ':' << curve[i].value << markOf(i);
+        return out.str() + (isDrawnAsItIs() ? "" : " stale");
+    }
+
+    const char* markOf(int key) const
+    {
+        const auto& colors = screen.render.circleColors;
+        const auto index = static_cast<std::size_t>(key);
+        if (index >= colors.size())
+            return "";
+        return colors[index] == HOVERED    ? "h"
+               : colors[index] == DRAGGED  ? "d"
+               : colors[index] == SELECTED ? "s"
+                                           : "";
+    }
+
+    /** Whether the lines go where the curve does, within a pixel. */
+    bool isDrawnAsItIs()
+    {
+        const auto valueAt = [&](float x) { return curve.evaluate((x - 100.0f) / 20.0f); };
+        return std::ranges::all_of(screen.render.lines, [&](const RecordingRender::Line& line) {
+            const auto [low, high] = std::minmax({valueAt(line.to.x), valueAt(line.to.x + 1.0f)});
+            const float value = (100.0f - line.to.y) / 50.0f;
+            return value > low - 0.03f && value < high + 0.03f;
+        });
     }
 
     Curve curve;
     Screen screen;
     Observer observer;
-    Mouse mouse{screen};
     Spline* spline = new Spline;
+    User user{screen, [this] { return state(); }};
 };
 
 TEST(Spline, MapsTimesAndValuesBothWays)
@@ -114,193 +106,98 @@ TEST(Spline, MapsTimesAndValuesBothWays)
     }
 }
 
-// Keys at (200, 75) and (203, 75); each reaches 4.5 pixels.
-constexpr struct HitCase {
+// Keys at 5:0.5 lie at (200, 75), and reach 4.5 pixels.
+// clang-format off
+constexpr struct SplineCase {
     const char* name;
-    Vector2f point;
-    int expected;
-} HIT_CASES[] = {
-    {"FirstOneWinsOnOverlap",  {202.0f, 75.0f}, 0 },
-    {"LeftOfThePointerCounts", {204.5f, 75.0f}, 0 },
-    {"RightOfThePointerNot",   {195.5f, 75.0f}, -1},
-    {"JustInside",             {195.6f, 75.0f}, 0 },
-    {"AboveThePointerCounts",  {200.0f, 79.5f}, 0 },
-    {"BelowThePointerNot",     {200.0f, 70.5f}, -1},
+    const char* keys;
+    const char* steps;
+    const char* heard;
+} SPLINE_CASES[] = {
+    {"FirstWinsOnOverlap",     "5:0.5 5.15:0.5", "move 202,75; = 5:0.5h 5.15:0.5; down; = 5:0.5d 5.15:0.5; up; = 5:0.5s 5.15:0.5; move 98,75; = 5:0.5s 5.15:0.5", ""},
+    {"Reach",                  "5:0.5", "move 204.5,75; = 5:0.5h; move 195.5,75; = 5:0.5; move 195.6,75; = 5:0.5h; move 200,70.5; = 5:0.5; move 200,79.5; = 5:0.5h; move 98,75; = 5:0.5", ""},
+    {"BesideAKey",             "5:0.5", "click 200,75; = 5:0.5s; click 230,75; = 5:0.5", ""},
+
+    {"BetweenItsNeighbours",   "2:0 5:0.5 8:-0.5", "= 2:0 5:0.5 8:-0.5; down 200,75; move 220,100; = 2:0 6:0d 8:-0.5; up; move 150,60; = 2:0 6:0s 8:-0.5", "curve"},
+    {"OntoTheNextsTime",       "2:0 5:0.5 8:-0.5", "down 200,75; move 260,100; = 2:0 8:0d 8:-0.5", "curve"},
+    {"PastAllAndBack",         "2:0 5:0.5 8:-0.5", "down 200,75; move 280,100; = 2:0 8:-0.5 9:0d; move 110,125; up; move 150,60; = 0.5:-0.5s 2:0 8:-0.5", "curve curve"},
+    {"BeyondTheEdges",         "2:0 5:0.5 8:-0.5", "down 200,75; move 0,0; = 0:1d 2:0 8:-0.5; move 390,290; = 2:0 8:-0.5 10:-1d", "curve curve"},
+    {"HiddenWhileDragged",     "5:0.5", "down 200,75; hide curve; show curve; move 220,75; = 5:0.5s", ""},
+
+    {"LeftStartsAtTheFirst",   "0:0 1:1",      "move 150,60; key LEFT; = 0:0s 1:1",                     ""},
+    {"RightStopsAtTheLast",    "0:0 1:1",      "key RIGHT RIGHT RIGHT; = 0:0 1:1s",                     ""},
+    {"DeleteSelectsTheNext",   "0:0 1:1 2:0",  "= 0:0 1:1 2:0; key RIGHT DEL; = 1:1s 2:0; key RIGHT DEL; = 1:1s; key DEL; = ", ""},
+    {"InsertHalfwayToTheNext", "0:0 1:1",      "= 0:0 1:1; key RIGHT INSERT; = 0:0s 0.5:0.5 1:1",       ""},
+    {"InsertWithoutSelection", "0:0 0.5:0.25", "key INSERT; = 0:0 0.5:0.25 1:0.25",                     ""},
+    {"InsertAfterTheLast",     "0:0",          "key RIGHT INSERT; = 0:0s 1:0",                          ""},
+    {"InsertBeforeSelected",   "0:0 2:0.5",    "key RIGHT RIGHT INSERT; = 0:0 1:0.5 2:0.5s",            ""},
+
+    {"AddKeyWhereTheMenuWas",  "5:0.5", "= 5:0.5; right 220,60; pick add key; = 5:0.5 6:0.8",           "spline.add key"},
+    {"Separator",              "5:0.5", "right 220,60; pick -------; = 5:0.5",                          "spline.-------"},
+    {"Square",                 "2:0 5:0.5", "= 2:0 5:0.5; right 220,60; pick type/square; = square 2:0 5:0.5", "spline.type.square"},
+    {"SmoothAndLinear",        "5:0.5", "right 220,60; pick type/smooth; = smooth 5:0.5; right 220,60; pick type/linear; = 5:0.5", "spline.type.smooth spline.type.linear"},
+    {"RepeatBefore",           "2:0 5:0.5", "= 2:0 5:0.5; right 220,60; pick repeat/before/identical; = 10 2:0 5:0.5; right 220,60; pick repeat/before/added; = 20 2:0 5:0.5; right 220,60; pick repeat/before/none; = 2:0 5:0.5", "spline.repeat.before.identical spline.repeat.before.added spline.repeat.before.none"},
+    {"RepeatAfter",            "2:0 5:0.5", "right 220,60; pick repeat/after/identical; = 01 2:0 5:0.5; right 220,60; pick repeat/after/added; = 02 2:0 5:0.5", "spline.repeat.after.identical spline.repeat.after.added"},
+    {"DeleteKey",              "5:0.5", "right 203,75; pick delete key; = ",                            "spline.delete key"},
 };
+// clang-format on
 
-TEST(SplineHit, MarksAndTakesTheKeyUnderThePointer)
+TEST(Spline, DoesWhatItIsTold)
 {
-    for (const HitCase& row : HIT_CASES) {
+    for (const SplineCase& row : SPLINE_CASES) {
         SCOPED_TRACE(row.name);
-        SplineTree tree("5:0.5 5.15:0.5");
-        tree.mouse.moveTo(row.point);
-        EXPECT_EQ(tree.keyIn(HOVERED), row.expected);
-
-        tree.mouse.press();
-        EXPECT_EQ(tree.keyIn(DRAGGED), row.expected);
-        tree.mouse.release();
-        EXPECT_EQ(tree.keyIn(SELECTED), row.expected);
-        tree.mouse.moveTo(row.point);
-        tree.mouse.moveTo({98.0f, 75.0f});
-        EXPECT_EQ(tree.keyIn(HOVERED), -1) << "outside of the control";
+        SplineTree tree(row.keys);
+        tree.spline->setCallback(&tree.observer);
+        tree.user.does(row.steps);
+        EXPECT_EQ(tree.observer.text(), row.heard);
     }
 }
 
-const struct DragCase {
-    const char* name;
-    std::vector<Vector2f> moves; // with the key at time 5
-    const char* keys;            // afterwards
-    int dragged;
-} DRAG_CASES[] = {
-    {"BetweenItsNeighbours", {{220, 100}},             "2:0 6:0 8:-0.5",      1},
-    {"OntoTheNextsTime",     {{260, 100}},             "2:0 8:0 8:-0.5",      1},
-    {"PastTheNext",          {{280, 100}},             "2:0 8:-0.5 9:0",      2},
-    {"PastAllAndBack",       {{280, 100}, {110, 125}}, "0.5:-0.5 2:0 8:-0.5", 0},
-    {"BeyondTheTopLeft",     {{0, 0}},                 "0:1 2:0 8:-0.5",      0},
-    {"BeyondTheBottomRight", {{390, 290}},             "2:0 8:-0.5 10:-1",    2},
-};
-
-TEST(SplineDrag, CarriesTheKeyAlongUntilTheRelease)
+TEST(Spline, OpensItsMenuAtThePointer)
 {
-    for (const DragCase& row : DRAG_CASES) {
-        SCOPED_TRACE(row.name);
-        SplineTree tree("2:0 5:0.5 8:-0.5");
-        tree.mouse.moveTo({200.0f, 75.0f});
-        tree.mouse.press();
-        for (const Vector2f& point : row.moves)
-            tree.mouse.moveTo(point);
-        EXPECT_EQ(tree.keyIn(DRAGGED), row.dragged);
-        tree.mouse.release();
-        tree.mouse.moveTo({150.0f, 60.0f});
-
-        EXPECT_EQ(tree.keys(), row.keys);
-        EXPECT_EQ(tree.keyIn(SELECTED), row.dragged);
-        ASSERT_EQ(tree.observer.heard.size(), row.moves.size());
-        EXPECT_EQ(tree.observer.heard[0].control, tree.spline);
-        EXPECT_EQ(tree.observer.heard[0].action, ACTION_SPLINE_CHANGED);
-    }
+    SplineTree tree("5:0.5");
+    tree.user.does("right 220,60");
+    ASSERT_NE(tree.screen.getOpen(), nullptr);
+    EXPECT_EQ(tree.screen.getOpen()->getArea().mMin, Vector2f(220, 60));
 }
 
 TEST(Spline, MayBeDeletedByWhoHearsOfTheDrag)
 {
     SplineTree tree("5:0.5");
     tree.observer.onAction = [&] { tree.screen.deleteControls(); };
-    tree.mouse.drag({200.0f, 75.0f}, {220.0f, 75.0f});
+    tree.user.does("down 200,75; move 220,75");
     EXPECT_EQ(tree.screen.getChildCount(), 0);
-}
-
-struct KeyboardCase {
-    const char* name;
-    const char* keys;
-    std::vector<display::Key> pressed;
-    const char* expected;
-    int selected;
-};
-
-constexpr display::Key LEFT = display::KEY_LEFT;
-constexpr display::Key RIGHT = display::KEY_RIGHT;
-constexpr display::Key DEL = display::KEY_DEL;
-constexpr display::Key INSERT = display::KEY_INSERT;
-
-const KeyboardCase KEYBOARD_CASES[] = {
-    {"LeftStartsAtTheFirst",    "0:0 1:1",      {LEFT},                 "0:0 1:1",             0 },
-    {"RightStopsAtTheLast",     "0:0 1:1",      {RIGHT, RIGHT, RIGHT},  "0:0 1:1",             1 },
-    {"DeleteSelectsTheNext",    "0:0 1:1 2:0",  {RIGHT, DEL},           "1:1 2:0",             0 },
-    {"DeleteTheLast",           "0:0 1:1",      {RIGHT, RIGHT, DEL},    "0:0",                 0 },
-    {"DeleteTheOnlyOne",        "0:0",          {RIGHT, DEL},           "",                    -1},
-    {"InsertHalfwayToTheNext",  "0:0 1:1",      {RIGHT, INSERT},        "0:0 0.5:0.5 1:1",     0 },
-    {"InsertWithoutSelection",  "0:0 0.5:0.25", {INSERT},               "0:0 0.5:0.25 1:0.25", -1},
-    {"InsertAfterTheLast",      "0:0",          {RIGHT, INSERT},        "0:0 1:0",             0 },
-    {"InsertBeforeTheSelected", "0:0 2:0.5",    {RIGHT, RIGHT, INSERT}, "0:0 1:0.5 2:0.5",     2 },
-};
-
-TEST(SplineKeyboard, SelectsAndEdits)
-{
-    for (const KeyboardCase& row : KEYBOARD_CASES) {
-        SCOPED_TRACE(row.name);
-        SplineTree tree(row.keys);
-        tree.mouse.moveTo({150.0f, 60.0f});
-        for (const display::Key key : row.pressed)
-            pressKey(tree.screen, key);
-
-        EXPECT_EQ(tree.keys(), row.expected);
-        EXPECT_EQ(tree.keyIn(SELECTED), row.selected);
-        EXPECT_TRUE(tree.observer.heard.empty());
-    }
-}
-
-const struct MenuCase {
-    const char* name;
-    Vector2f point;        // of the right press; a key is at (200, 75)
-    std::vector<int> rows; // of the menu and its submenus
-    const char* action;
-    const char* expected; // modes and keys afterwards
-} MENU_CASES[] = {
-    {"AddKeyWhereTheMenuWasOpened", {220, 60}, {0},       "spline.add key",                 "linear 0 0 5:0.5 6:0.8"},
-    {"Separator",                   {220, 60}, {1},       "spline.-------",                 "linear 0 0 5:0.5"      },
-    {"Square",                      {220, 60}, {2, 0},    "spline.type.square",             "square 0 0 5:0.5"      },
-    {"Linear",                      {220, 60}, {2, 1},    "spline.type.linear",             "linear 0 0 5:0.5"      },
-    {"Smooth",                      {220, 60}, {2, 2},    "spline.type.smooth",             "smooth 0 0 5:0.5"      },
-    {"RepeatBefore",                {220, 60}, {3, 0, 1}, "spline.repeat.before.identical", "linear 1 0 5:0.5"      },
-    {"AddBefore",                   {220, 60}, {3, 0, 2}, "spline.repeat.before.added",     "linear 2 0 5:0.5"      },
-    {"RepeatAfter",                 {220, 60}, {3, 1, 1}, "spline.repeat.after.identical",  "linear 0 1 5:0.5"      },
-    {"AddAfter",                    {220, 60}, {3, 1, 2}, "spline.repeat.after.added",      "linear 0 2 5:0.5"      },
-    {"ShowTangents",                {220, 60}, {5, 0},    "spline.tangents.show",           "linear 0 0 5:0.5"      },
-    {"HideTangents",                {220, 60}, {5, 1},    "spline.tangents.hide",           "linear 0 0 5:0.5"      },
-    {"DeleteKey",                   {203, 75}, {0},       "spline.delete key",              "linear 0 0 "           },
-};
-
-TEST(SplineMenu, AppliesWhatIsChosen)
-{
-    for (const MenuCase& row : MENU_CASES) {
-        SCOPED_TRACE(row.name);
-        SplineTree tree("5:0.5");
-        tree.spline->setCallback(&tree.observer);
-        tree.openMenu(row.point);
-        ASSERT_NE(tree.screen.getOpen(), nullptr);
-        EXPECT_EQ(tree.screen.getOpen()->getArea().mMin, row.point);
-
-        tree.choose(row.rows);
-        EXPECT_EQ(tree.observer.chosen, std::vector<std::string>{row.action});
-        std::ostringstream result;
-        result << getModeName(tree.curve.getInterpolation()) << ' '
-               << tree.curve.getExtrapolationBefore() << ' ' << tree.curve.getExtrapolationAfter()
-               << ' ' << tree.keys();
-        EXPECT_EQ(result.str(), row.expected);
-        EXPECT_TRUE(tree.observer.heard.empty());
-    }
 }
 
 TEST(Spline, DeletesNoOtherKeyThanTheOneOfTheMenu)
 {
     SplineTree tree("5:0.5 8:0");
-    tree.mouse.click({200.0f, 75.0f});
-    tree.openMenu({201.0f, 75.0f});
-    pressKey(*tree.spline, DEL);
+    tree.user.does("click 200,75; right 201,75");
+    pressKey(*tree.spline, display::KEY_DEL);
     testing::internal::CaptureStdout();
-    tree.choose({0});
-
+    tree.user.does("pick delete key; = 8:0s");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "hallo was deleting spline key\n");
-    EXPECT_EQ(tree.keys(), "8:0");
 }
 
 TEST(Spline, ShowsTangentsOfASmoothCurve)
 {
     SplineTree tree("0:0 5:1 10:0", Curve::SMOOTH);
     const auto handlesOf = [&](Vector2f key) {
-        tree.draw();
+        tree.screen.redraw();
         std::string handles;
         for (const RecordingRender::Line& line : tree.screen.render.lines)
             if (line.from == key && std::abs(line.to.x - key.x) > 3.0f)
                 handles += text(Area(line.from, line.to)) + "; ";
         return handles;
     };
-    tree.openMenu({150.0f, 60.0f});
-    tree.choose({5, 0});
+    tree.user.does("right 150,60; pick tangents/show");
     EXPECT_EQ(handlesOf({200, 50}), "200 50 175 50; 200 50 225 50; ");
     EXPECT_EQ(handlesOf({100, 100}), "100 100 125 87.5; ");
-    pressKey(tree.screen, RIGHT);
+    tree.user.does("key RIGHT");
     EXPECT_EQ(handlesOf({100, 100}), "100 100 150 75; ") << "selected";
+    tree.user.does("right 150,60; pick tangents/hide");
+    EXPECT_EQ(handlesOf({200, 50}), "");
+    tree.user.does("right 150,60; pick tangents/show");
     tree.spline->setSplineType("linear");
     EXPECT_EQ(handlesOf({200, 50}), "");
 }
@@ -314,32 +211,22 @@ TEST(Spline, LoadsACurveOfItsOwn)
                  "<vellum><spline type='linear'><area x='100' y='50' w='200' h='100'/>"
                  "<item x='1' y='nan'/><item x='0' y='1'/><item x='0.5'/>"
                  "</spline></vellum>");
-    tree.draw();
+    tree.screen.redraw();
 
     ASSERT_EQ(tree.screen.render.circles.size(), 3u);
     EXPECT_EQ(tree.screen.render.circles[0].getCenter(), Vector2f(100, 50));
     EXPECT_EQ(tree.screen.render.circles[2].getCenter(), Vector2f(300, 100));
     EXPECT_EQ(tree.screen.render.texts.at(0).text, "linear");
-    EXPECT_EQ(tree.keys(), "") << "the curve before";
+    EXPECT_EQ(tree.curve.getNumKeys(), 0) << "the curve before";
 }
 
 TEST(Spline, DoesNothingWithoutACurve)
 {
     SplineTree tree("");
     tree.spline->setSpline(nullptr, false);
-    tree.mouse.drag({200.0f, 75.0f}, {220.0f, 75.0f});
-    for (const display::Key key : {RIGHT, INSERT, DEL})
-        pressKey(tree.screen, key);
-    const std::vector<std::vector<int>> choices = {
-        {0},
-        { 2,  0},
-        { 3, 0, 1}
-    };
-    for (const std::vector<int>& rows : choices) {
-        tree.openMenu({150.0f, 60.0f});
-        tree.choose(rows);
-    }
-    tree.draw();
+    tree.user.does("down 200,75; move 220,75; up; key RIGHT INSERT DEL; right 150,60; pick add key;"
+                   "right 150,60; pick type/square; right 150,60; pick repeat/before/added");
+    tree.screen.redraw();
     EXPECT_TRUE(tree.screen.render.boxes.empty());
 }
 
