@@ -1,23 +1,8 @@
-#include "vellum/probe.h"
-#include "vellum/styled_root.h"
-#include "vellum/vel_box.h"
-#include "vellum/vel_color_chooser.h"
+#include "vellum/user.h"
 #include "vellum/vel_container.h"
 #include "vellum/vel_context.h"
 #include "vellum/vel_control_factory.h"
-#include "vellum/vel_dropdown.h"
-#include "vellum/vel_flow.h"
-#include "vellum/vel_layout_stack.h"
-#include "vellum/vel_menu.h"
-#include "vellum/vel_menu_bar.h"
-#include "vellum/vel_panel.h"
-#include "vellum/vel_radio_button.h"
-#include "vellum/vel_ruler.h"
-#include "vellum/vel_scrollbars.h"
-#include "vellum/vel_spline.h"
-#include "vellum/vel_tab_view.h"
-#include "vellum/vel_tree_view.h"
-#include "vellum/vel_window.h"
+#include "vellum/vel_vellum.h"
 
 #include "support/allocation_counter.h"
 #include "support/log_capture.h"
@@ -26,66 +11,56 @@
 #include <gtest/gtest.h>
 
 #include <exception>
+#include <string>
 #include <utility>
 
 namespace zavex::vellum::test {
 
 namespace {
 
-template <typename... Controls>
-void registerAll()
-{
-    (controlFactory.addControlType(new Controls), ...);
-}
-
 struct ControlLoad : testing::Test {
-    static void SetUpTestSuite()
-    {
-        registerAll<Box, ColorChooser, Container, Context, Dropdown, Flow, LayoutStack, Menu,
-                    MenuBar, Panel, Probe, RadioButton, Ruler, Scrollbars, Spline, TabView,
-                    TreeView, Window>();
-    }
+    static void SetUpTestSuite() { registerControls(); }
 
     void SetUp() override { zavex::test::clearLog(); }
 
-    StyledRoot root;
+    /** What is said when the root is loaded from an element "workspace" that holds some. */
+    std::string loadRoot(const std::string& elements)
+    {
+        return zavex::test::thrownMessage([&] {
+            loadFrom(root, "<vellum><workspace id='screen'>" + elements + "</workspace></vellum>");
+        });
+    }
+
+    Root root;
 };
 
 TEST_F(ControlLoad, MakesChildrenInDocumentOrder)
 {
-    loadFrom(root, R"(<vellum><workspace id="screen"><child>
-        <!-- none --><probe id="first"/>text<unheard id="x"/><container id="second"><child><probe id="inner"/></child></container>
-        </child></workspace></vellum>)");
+    loadRoot(R"(<child><!-- none --><container id="first"/>text<unheard id="x"/>
+        <container id="second"><child><container id="inner"/></child></container></child>)");
 
     EXPECT_EQ(root.getId(), "screen");
     EXPECT_EQ(insertion(root), "first second");
     EXPECT_EQ(root.getFocus(), root.findControl("second")) << "the last one is on top and focused";
     EXPECT_EQ(root.findControl("inner")->getParent(), root.findControl("second"));
-    EXPECT_EQ(zavex::test::countLogged("log", "Creating control: probe."), 2);
+    EXPECT_EQ(zavex::test::countLogged("log", "Creating control: container."), 3);
     EXPECT_EQ(zavex::test::countLogged("log", " -> Control type 'unheard' not found"), 1);
     EXPECT_EQ(zavex::test::countLogged("log", "not found"), 1) << "only elements are looked up";
 }
 
-constexpr struct VisibilityCase {
-    const char* name;
-    const char* attributes;
-    bool visible;
-} VISIBILITY_CASES[] = {
-    {"ByDefault",         "id='x'",                       true },
-    {"Hidden",            "hidden='true'",                false},
-    {"NotVisible",        "visible='false'",              false},
-    {"HiddenWinsOverYes", "hidden='true' visible='true'", false},
-    {"OtherWordsAreNo",   "hidden='yes' visible='no'",    true },
-};
-
 TEST(ControlLoadVisibility, ReadsBothSpellings)
 {
-    for (const VisibilityCase& row : VISIBILITY_CASES) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [attributes, visible] : {
+             std::pair("id='x'", true),
+             {"hidden='true'",                false},
+             {"visible='false'",              false},
+             {"hidden='true' visible='true'", false},
+             {"hidden='yes' visible='no'",    true }
+    }) {
         Probe probe;
-        probe.setVisible(!row.visible);
-        loadFrom(probe, std::string("<vellum><probe ") + row.attributes + "/></vellum>");
-        EXPECT_EQ(probe.getVisible(), row.visible);
+        probe.setVisible(!visible);
+        loadFrom(probe, std::string("<vellum><probe ") + attributes + "/></vellum>");
+        EXPECT_EQ(probe.getVisible(), visible) << attributes;
     }
 }
 
@@ -116,12 +91,6 @@ TEST(ControlLoadArea, PlacesTheControl)
     }
 }
 
-struct StyleCase {
-    const char* name;
-    const char* element;
-    const char* expected; // identifier, caption color and background of the control, see below
-};
-
 /** Shows what the loaded style was: the red of three colours and the rectangle. */
 class StyledProbe final : public Probe {
 public:
@@ -135,44 +104,34 @@ public:
     }
 };
 
-constexpr StyleCase STYLE_CASES[] = {
-    {"ByTypeName",             "<styled/>",                            "100 0 0 5 5"},
-    {"ByClassInstead",         "<styled class='big'/>",                "010 0 0 9 9"},
-    {"UnknownClassGivesNone",  "<styled class='none'/>",               "000 0 0 0 0"},
-    {"OwnColorsComeLast",
-     "<styled><color name='back.highlight' first='00' second='00'/>"
-     "<color name='caption.border' first='ff'/></styled>",             "001 0 0 5 5"},
-    {"OwnAreaComesLast",       "<styled><area w='7' h='8'/></styled>", "100 0 0 7 8"},
-    {"UnknownNamesAreIgnored",
-     "<styled><color name='caption.middle' first='ff'/><color name='border' first='ff'/>"
-     "<color name='back.highlights' first='00'/></styled>",            "100 0 0 5 5"},
+// Elements, then the identifier, caption colour, background and rectangle of what is loaded.
+// clang-format off
+constexpr std::pair<const char*, const char*> STYLE_CASES[] = {
+    {"<styled/>", "100 0 0 5 5"},
+    {"<styled class='big'/>", "010 0 0 9 9"},
+    {"<styled class='none'/>", "000 0 0 0 0"},
+    {"<styled><color name='back.highlight' first='00' second='00'/><color name='caption.border' first='ff'/></styled>", "001 0 0 5 5"},
+    {"<styled><area w='7' h='8'/></styled>", "100 0 0 7 8"},
+    {"<styled><color name='caption.middle' first='ff'/><color name='border' first='ff'/><color name='back.highlights' first='00'/></styled>", "100 0 0 5 5"},
 };
+// clang-format on
 
-TEST(ControlLoadStyle, ComesBeforeTheControlsOwnElement)
+TEST_F(ControlLoad, TakesTheStyleBeforeTheControlsOwnElement)
 {
     controlFactory.addControlType(new StyledProbe);
-    for (const StyleCase& row : STYLE_CASES) {
-        SCOPED_TRACE(row.name);
-        StyledRoot root;
-        root.styles.parse("<vellum><styled><color name='back.highlight' first='ff' second='80'/>"
-                          "<area w='5' h='5'/></styled>"
-                          "<big><color name='text.inactive' first='00' second='ff'/>"
-                          "<area w='9' h='9'/></big></vellum>");
-        loadFrom(root, std::string("<vellum><workspace id='w'><child>") + row.element +
-                           "</child></workspace></vellum>");
-
-        auto* loaded = dynamic_cast<StyledProbe*>(root.getChild(0));
-        ASSERT_NE(loaded, nullptr);
-        EXPECT_EQ(loaded->summary(), row.expected);
+    root.styles.parse("<vellum><styled><color name='back.highlight' first='ff' second='80'/>"
+                      "<area w='5' h='5'/></styled>"
+                      "<big><color name='text.inactive' first='00' second='ff'/>"
+                      "<area w='9' h='9'/></big></vellum>");
+    for (const auto& [element, expected] : STYLE_CASES) {
+        SCOPED_TRACE(element);
+        loadRoot(std::string("<child>") + element + "</child>");
+        EXPECT_EQ(dynamic_cast<StyledProbe&>(*root.getFocus()).summary(), expected);
     }
 }
 
 TEST_F(ControlLoad, RefusesToNestWithoutEnd)
 {
-    const auto failureOf = [](Control& control, const std::string& inside) {
-        return zavex::test::thrownMessage(
-            [&] { loadFrom(control, "<vellum>" + inside + "</vellum>"); });
-    };
     const auto nest = [](const char* opening, const char* closing) {
         std::string document;
         for (const char* tag : {opening, closing})
@@ -180,40 +139,31 @@ TEST_F(ControlLoad, RefusesToNestWithoutEnd)
                 document += tag;
         return document;
     };
-    Probe outermost;
+    const auto refusal = [](const std::string& type) {
+        return "Control::load: a '" + type + "' lies inside more than 256 controls";
+    };
+    EXPECT_EQ(loadRoot("<child>" + nest("<container><child>", "</child></container>") + "</child>"),
+              refusal("container"));
     Context menu;
-    const std::string nestedProbe = "Control::load: a 'probe' lies inside more than 256 controls";
-    EXPECT_EQ(failureOf(outermost, nest("<probe><child>", "</child></probe>")), nestedProbe);
-    EXPECT_EQ(failureOf(menu, nest("<item>", "</item>")),
-              "Control::load: a 'context' lies inside more than 256 controls");
+    EXPECT_EQ(zavex::test::thrownMessage(
+                  [&] { loadFrom(menu, "<vellum>" + nest("<item>", "</item>") + "</vellum>"); }),
+              refusal("context"));
 
-    root.styles.parse("<vellum><probe><child><probe/></child></probe></vellum>");
-    const std::string onlyProbe = "<workspace id='w'><child><probe/></child></workspace>";
-    EXPECT_EQ(failureOf(root, onlyProbe), nestedProbe) << "a style that contains its own type";
+    const std::string only = "<child><container/></child>";
+    root.styles.parse("<vellum><container>" + only + "</container></vellum>");
+    EXPECT_EQ(loadRoot(only), refusal("container")) << "a style that contains its own type";
 
     std::string doubling;
     for (int level = 0; level < 30; ++level) {
-        const std::string next = "<probe class='l" + std::to_string(level + 1) + "'/>";
-        const std::string name = level == 0 ? "probe" : "l" + std::to_string(level);
+        const std::string next = "<container class='l" + std::to_string(level + 1) + "'/>";
+        const std::string name = level == 0 ? "container" : "l" + std::to_string(level);
         doubling += "<" + name + "><child>" + next + next + "</child></" + name + ">";
     }
     root.styles.clear();
     root.styles.parse("<vellum>" + doubling + "</vellum>");
-    EXPECT_EQ(failureOf(root, onlyProbe),
+    EXPECT_EQ(loadRoot(only),
               "Control::load: more than 100000 elements, those of styles counted as often as they "
-              "serve, up to a 'probe'");
-}
-
-TEST_F(ControlLoad, AFlowReadsItsChildrensExtents)
-{
-    root.setArea(Area(0, 0, 40, 300));
-    loadFrom(root, R"(<vellum><workspace id="w"><child><flow id="flow"><child>
-        <probe id="fixed"><area size="100"/></probe>
-        <probe id="one"><area percent="1"/></probe>
-        <probe id="three"><area percent="3"/></probe></child></flow></child></workspace></vellum>)");
-    root.setArea();
-    EXPECT_EQ(text(root.findControl("one")->getArea()), "0 100 40 150");
-    EXPECT_EQ(text(root.findControl("three")->getArea()), "0 150 40 300");
+              "serve, up to a 'container'");
 }
 
 /** A control whose child is a member. */
@@ -235,9 +185,9 @@ TEST_F(ControlLoad, WithoutMemoryEndsInAnException)
 {
     controlFactory.addControlType(new Holder);
     const auto load = [] {
-        StyledRoot screen;
+        Root screen;
         screen.styles.parse(R"(<?xml version="1"?><vellum><box><color name="back.color" first="ff"/>
-            <child><probe class="a class whose name is long"/></child></box></vellum>)");
+            <child><container class="a class whose name is long"/></child></box></vellum>)");
         std::string text;
         screen.styles.write(text, "\t");
         loadFrom(screen, R"(<vellum><workspace id="w"><child><box caption="a caption that is long">
@@ -263,19 +213,6 @@ TEST_F(ControlLoad, WithoutMemoryEndsInAnException)
         EXPECT_EQ(thrown, failed) << failing;
     }
     EXPECT_GT(failing, 300u);
-}
-
-TEST(LayoutStackLoad, ReadsItsDirection)
-{
-    for (const auto& [direction, secondArea] :
-         {std::pair("horisontal", "0 0 10 10"), std::pair("horizontal", "5 0 15 10")}) {
-        LayoutStack stack;
-        addProbe(stack, "first", Area(0, 0, 10, 10));
-        Probe& second = addProbe(stack, "second", Area(5, 0, 15, 10));
-        loadFrom(stack, std::string("<vellum><layoutstack direction='") + direction +
-                            "'><area w='50' h='50'/></layoutstack></vellum>");
-        EXPECT_EQ(text(second.getArea()), secondArea) << direction;
-    }
 }
 
 } // namespace

@@ -1,8 +1,10 @@
-#include "vellum/probe.h"
-#include "vellum/vel_flow.h"
+#include "vellum/user.h"
 #include "vellum/vel_layout_stack.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
 
 namespace zavex::vellum::test {
 
@@ -50,48 +52,63 @@ TEST_F(LayoutStackTest, DeletingClosesTheGap)
     EXPECT_EQ(text(c.getArea()), "3 0 10 40");
 }
 
+TEST(LayoutStackLoad, ReadsItsDirection)
+{
+    for (const auto& [direction, second] : {
+             std::pair("horisontal", "0 0 10 10"), {"horizontal", "5 0 15 10"}
+    }) {
+        Screen screen;
+        addLoaded(screen, std::string("<layoutstack direction='") + direction +
+                              "'><area w='50' h='50'/><child><container><area w='10' h='10'/>"
+                              "</container><container id='second'><area x='5' w='10' h='10'/>"
+                              "</container></child></layoutstack>")
+            .setArea();
+        EXPECT_EQ(text(screen.findControl("second")->getArea()), second) << direction;
+    }
+}
+
+// clang-format off
+// The first child has a fixed size, the others share what is left 1 to 3.
 constexpr struct FlowCase {
     const char* name;
-    float size; // of the first child, pixels; the others share 1 to 3
-    bool horizontal;
+    const char* attributes;
+    const char* first;
     const char* expected;
 } FLOW_CASES[] = {
-    {"FixedThenShares",       100.0f, false, "0 0 40 100, 0 100 40 150, 0 150 40 300"   },
-    {"FractionsAreRounded",   99.0f,  false, "0 0 40 99, 0 99 40 149, 0 149 40 300"     },
-    {"FixedTakesMoreThanAll", 400.0f, false, "0 0 40 400, 0 400 40 400, 0 400 40 400"   },
-    {"SidewaysLeavesNothing", 100.0f, true,  "0 0 100 300, 100 0 100 300, 100 0 100 300"},
-    {"SidewaysShares",        20.0f,  true,  "0 0 20 300, 20 0 25 300, 25 0 40 300"     },
+    {"FixedThenShares",       "",                       "size='100'", "0 0 40 100, 0 100 40 150, 0 150 40 300"},
+    {"FractionsAreRounded",   "",                       "size='99'",  "0 0 40 99, 0 99 40 149, 0 149 40 300"  },
+    {"FixedTakesMoreThanAll", "",                       "size='400'", "0 0 40 400, 0 400 40 400, 0 400 40 400"},
+    {"SidewaysLeavesNothing", "direction='horisontal'", "size='100'", "0 0 100 300, 100 0 100 300, 100 0 100 300"},
+    {"SidewaysShares",        "direction='horisontal'", "size='20'", "0 0 20 300, 20 0 25 300, 25 0 40 300"},
 };
+// clang-format on
 
 TEST(FlowLayout, DividesItsRectangle)
 {
     for (const FlowCase& row : FLOW_CASES) {
         SCOPED_TRACE(row.name);
-        struct DirectedFlow : Flow {
-            explicit DirectedFlow(Direction direction) { mDirection = direction; }
-        };
-        DirectedFlow flow(row.horizontal ? Flow::DIRECTION_HORISONTAL : Flow::DIRECTION_VERTICAL);
-        Probe& fixed = addProbe(flow, "fixed", Area(0, 0, 0, 0));
-        Probe& one = addProbe(flow, "one", Area(0, 0, 0, 0));
-        Probe& three = addProbe(flow, "three", Area(0, 0, 0, 0));
-        flow.setSize(&fixed, row.size);
-        flow.setPercent(&one, 1.0f);
-        flow.setPercent(&three, 3.0f);
-        flow.setFocus(&fixed);
-
+        Screen screen;
+        Control& flow = addLoaded(
+            screen, std::string("<flow ") + row.attributes + "><child><container><area " +
+                        row.first + "/></container><container><area percent='1'/></container>" +
+                        "<container><area percent='3'/></container></child></flow>");
+        flow.setMaximized(false);
+        flow.setFocus(flow.getOrder(0));
         flow.setArea(Area(5, 5, 45, 305));
-        EXPECT_EQ(text(fixed.getArea()) + ", " + text(one.getArea()) + ", " + text(three.getArea()),
-                  row.expected);
+        std::string areas;
+        for (int i = 0; i < 3; ++i)
+            areas += (i ? ", " : "") + text(flow.getOrder(i)->getArea());
+        EXPECT_EQ(areas, row.expected);
     }
 }
 
-TEST(FlowLayoutDefaults, AChildStartsTenPixelsLong)
+TEST(FlowLayout, AChildStartsTenPixelsLong)
 {
-    Flow flow;
-    addProbe(flow, "first", Area(0, 0, 0, 0));
-    Probe& second = addProbe(flow, "second", Area(0, 0, 0, 0));
-    flow.setArea(Area(0, 0, 40, 300));
-    EXPECT_EQ(text(second.getArea()), "0 10 40 20");
+    Bench bench(
+        "<flow><child><container><area/></container><container id='second'><area/></container>"
+        "</child></flow>");
+    bench.control.setArea();
+    EXPECT_EQ(text(bench.screen.findControl("second")->getArea()), "0 10 400 20");
 }
 
 } // namespace
