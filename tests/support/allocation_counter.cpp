@@ -34,110 +34,31 @@ void* orThrow(void* memory)
 
 // All forms are replaced, although the standard library defines some in terms of others: a
 // sanitizer brings all of them along, and what one allocates the other must not free.
+#define FORMS(Result, name, signature, ...)                                                        \
+    Result operator name signature                                                                 \
+    {                                                                                              \
+        __VA_ARGS__;                                                                               \
+    }                                                                                              \
+    Result operator name[] signature                                                               \
+    {                                                                                              \
+        __VA_ARGS__;                                                                               \
+    }
 
-void* operator new(std::size_t size)
-{
-    return orThrow(allocate(size));
-}
-
-void* operator new[](std::size_t size)
-{
-    return orThrow(allocate(size));
-}
-
-void* operator new(std::size_t size, std::align_val_t alignment)
-{
-    return orThrow(allocate(size, alignment));
-}
-
-void* operator new[](std::size_t size, std::align_val_t alignment)
-{
-    return orThrow(allocate(size, alignment));
-}
-
-void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
-{
-    return allocate(size);
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept
-{
-    return allocate(size);
-}
-
-void* operator new(std::size_t size, std::align_val_t alignment,
-                   const std::nothrow_t& /*tag*/) noexcept
-{
-    return allocate(size, alignment);
-}
-
-void* operator new[](std::size_t size, std::align_val_t alignment,
-                     const std::nothrow_t& /*tag*/) noexcept
-{
-    return allocate(size, alignment);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::align_val_t /*alignment*/,
-                     const std::nothrow_t& /*tag*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::align_val_t /*alignment*/,
-                       const std::nothrow_t& /*tag*/) noexcept
-{
-    std::free(memory);
-}
+// clang-format off
+using Size = std::size_t;
+using Align = std::align_val_t;
+using NoThrow = std::nothrow_t;
+FORMS(void*, new, (Size size), return orThrow(allocate(size)))
+FORMS(void*, new, (Size size, Align alignment), return orThrow(allocate(size, alignment)))
+FORMS(void*, new, (Size size, const NoThrow&) noexcept, return allocate(size))
+FORMS(void*, new, (Size size, Align alignment, const NoThrow&) noexcept, return allocate(size, alignment))
+FORMS(void, delete, (void* memory) noexcept, std::free(memory))
+FORMS(void, delete, (void* memory, Size) noexcept, std::free(memory))
+FORMS(void, delete, (void* memory, Align) noexcept, std::free(memory))
+FORMS(void, delete, (void* memory, Size, Align) noexcept, std::free(memory))
+FORMS(void, delete, (void* memory, const NoThrow&) noexcept, std::free(memory))
+FORMS(void, delete, (void* memory, Align, const NoThrow&) noexcept, std::free(memory))
+// clang-format on
 
 namespace zavex::test {
 
