@@ -38,6 +38,15 @@ function(cadenza_keep_loaded target)
     endif()
 endfunction()
 
+# cadenza_test_support(<name> SOURCES <file...> [LINK <library...>]): what several tests share.
+function(cadenza_test_support name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE cadenza_flags)
+endfunction()
+
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl share the pointer,
 # keys and focus of the virtual screen that ./test provides; those labelled e2e have screens of their own
