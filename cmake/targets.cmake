@@ -9,10 +9,13 @@ target_compile_options(cadenza_flags INTERFACE
     -Woverloaded-virtual
     # Not a part of -Wconversion for g++.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
+add_library(cadenza_quickly_built INTERFACE)
 if(CADENZA_SANITIZE)
     # -O1 keeps the picture tests bearable under software rendering.
     target_compile_options(cadenza_flags INTERFACE
         -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    # For the cases themselves, behind the flags: they run once, and optimising them takes longer.
+    target_compile_options(cadenza_quickly_built INTERFACE -O0)
     target_link_options(cadenza_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(CADENZA_FUZZ)
@@ -60,7 +63,7 @@ function(cadenza_test name)
         CADENZA_TEST_SOURCE_DIR="${CMAKE_CURRENT_SOURCE_DIR}"
         CADENZA_TEST_BINARY_DIR="${CMAKE_CURRENT_BINARY_DIR}")
     target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags GTest::gtest_main)
+    target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags cadenza_quickly_built GTest::gtest_main)
     cadenza_keep_loaded(test_${name})
     set(properties TIMEOUT 300)
     if(arg_SERIAL)
