@@ -26,11 +26,11 @@ void png(Bytes input)
     const std::unique_ptr<unsigned char[]> owned(bytes);
     am::ImageObject again;
     codec.decodeImage(bytes, size, again);
-    expect(again.getWidth() == picture.getWidth() && again.getHeight() == picture.getHeight() &&
-               std::equal(again.getData(),
-                          again.getData() +
-                              am::ImageObject::byteCount(again.getWidth(), again.getHeight()),
-                          picture.getData()),
+    const auto pixels = [](const am::ImageObject& of) {
+        return std::span(of.getData(), am::ImageObject::byteCount(of.getWidth(), of.getHeight()));
+    };
+    expect(again.getWidth() == picture.getWidth() &&
+               std::ranges::equal(pixels(again), pixels(picture)),
            "a written picture differs");
 }
 
@@ -39,7 +39,9 @@ void repairPng(std::span<std::uint8_t> input)
     constexpr std::size_t signature = 8;
     constexpr std::size_t word = 4; // bytes of a length, a type, a check sum
     for (std::size_t at = signature; input.size() > at + 3 * word;) {
-        const std::size_t length = bigEndian(input, at);
+        std::size_t length = 0;
+        for (const std::uint8_t byte : input.subspan(at, word))
+            length = length << 8U | byte;
         if (length > input.size() - at - 3 * word)
             return;
         const auto covered = input.subspan(at + word, word + length);

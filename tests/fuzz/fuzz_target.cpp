@@ -24,14 +24,6 @@ std::string textOf(Bytes input)
     return {input.begin(), input.end()};
 }
 
-std::uint32_t bigEndian(Bytes input, std::size_t at)
-{
-    std::uint32_t value = 0;
-    for (const std::uint8_t byte : input.subspan(at, 4))
-        value = value << 8U | byte;
-    return value;
-}
-
 } // namespace fuzz
 
 } // namespace zavex

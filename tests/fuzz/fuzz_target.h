@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ogg_pages.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -26,28 +28,21 @@ void documents(Bytes input);
 void jpeg(Bytes input);
 void layout(Bytes input);
 void png(Bytes input);
-void repairPng(std::span<std::uint8_t> input);
 void script(Bytes input);
 void sound(Bytes input);
-void repairSound(std::span<std::uint8_t> input);
 void zip(Bytes input);
+void repairPng(std::span<std::uint8_t> input);
 
+// clang-format off
 inline constexpr Target TARGETS[] = {
-    {"documents",  documents},
-    {"jpeg",       jpeg     },
-    {"layout",     layout   },
-    {"png",        png,       repairPng},
-    {"script",            script             },
-    {"sound",            sound,  repairSound},
-    {"zip", zip        },
+    {"documents", documents}, {"jpeg", jpeg}, {"layout", layout}, {"png", png, repairPng},
+    {"script", script}, {"sound", sound, test::sealOggPages}, {"zip", zip},
 };
+// clang-format on
 
 /** Ends the process, after a line on standard error, unless `holds`. */
 void expect(bool holds, const char* what);
 
 std::string textOf(Bytes input);
-
-/** The number at `at`, the byte of the highest value first. */
-std::uint32_t bigEndian(Bytes input, std::size_t at);
 
 } // namespace zavex::fuzz
