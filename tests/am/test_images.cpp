@@ -13,8 +13,10 @@
 #include <png.h>
 #include <zlib.h>
 
-#include <array>
+#include <functional>
+#include <numeric>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include <sys/resource.h>
@@ -51,9 +53,12 @@ std::string encodePng(int type, int depth, std::uint32_t width, std::uint32_t he
     return file;
 }
 
+const std::string RED_AND_BLUE("\xff\0\0\0\0\xff", 6);
+const std::string DAMAGED = "[loadPNG] Error when decoding png-file!";
+
 std::string smallPng()
 {
-    return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, std::string("\xff\0\0\0\0\xff", 6));
+    return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, RED_AND_BLUE);
 }
 
 /** @param scans  1 for a plain picture, else at least 2 and at most 65. */
@@ -74,26 +79,29 @@ std::string encodeJpeg(int width, int height, bool arithmetic = false, int scans
     jpeg_set_quality(&info, 95, TRUE);
     info.arith_code = arithmetic ? TRUE : FALSE;
     // One coefficient after another, the first in two steps when there are more scans than those.
-    std::vector<jpeg_scan_info> script{
-        {3, {0, 1, 2}, 0, 0, 0, scans == 65}
+    const auto ofAll = [](int high, int low) {
+        jpeg_scan_info scan{};
+        scan.comps_in_scan = 3;
+        std::iota(std::begin(scan.component_index), std::end(scan.component_index), 0);
+        scan.Ah = high;
+        scan.Al = low;
+        return scan;
     };
+    std::vector<jpeg_scan_info> script{ofAll(0, scans == 65)};
     for (int at = 1; at < std::min(scans, 64); ++at)
         script.push_back({1, {0}, at, at, 0, 0});
     if (scans == 65)
-        script.push_back({
-            3, {0, 1, 2},
-             0, 0, 1, 0
-        });
+        script.push_back(ofAll(1, 0));
     if (scans > 1) {
         info.scan_info = script.data();
         info.num_scans = scans;
     }
     jpeg_start_compress(&info, TRUE);
-    std::string row;
+    std::vector<JSAMPLE> row;
     for (int x = 0; x < width; ++x)
-        row += std::string("\xe0\x40\x10", 3);
+        row.insert(row.end(), {0xe0, 0x40, 0x10});
     while (info.next_scanline < info.image_height) {
-        auto* line = reinterpret_cast<JSAMPROW>(row.data());
+        JSAMPROW line = row.data();
         jpeg_write_scanlines(&info, &line, 1);
     }
     jpeg_finish_compress(&info);
@@ -117,6 +125,11 @@ Image decode(const std::string& name, const std::string& bytes)
     return manager.loadImage(name, makeFile(name, bytes), true);
 }
 
+std::string refusal(const std::string& name, const std::string& bytes)
+{
+    return thrownMessage([&] { decode(name, bytes); });
+}
+
 std::string pixelsOf(const Image& image)
 {
     return {reinterpret_cast<const char*>(image->getData()),
@@ -126,75 +139,65 @@ std::string pixelsOf(const Image& image)
 
 TEST(Png, DecodesToBlueGreenRedAlphaFromTheTop)
 {
-    const Image rgb =
-        decode("a.png", encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 1, std::string("\xff\0\0\0\0\xff", 6)));
-    EXPECT_EQ(pixelsOf(rgb), std::string("\0\0\xff\xff\xff\0\0\xff", 8));
-    const Image rgba = decode("A.PNG", encodePng(PNG_COLOR_TYPE_RGBA, 8, 1, 2, "\x10\x20\x30\x40"));
-    EXPECT_EQ(pixelsOf(rgba), "\x30\x20\x10\x40\x30\x20\x10\x40");
-    const Image interlaced = decode(
-        "a.png", encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 9, "\1\2\3\4\5\6", PNG_INTERLACE_ADAM7));
-    EXPECT_EQ(pixelsOf(interlaced).substr(64), "\3\2\1\xff\6\5\4\xff");
+    EXPECT_EQ(pixelsOf(decode("a.png", encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 1, RED_AND_BLUE))),
+              std::string("\0\0\xff\xff\xff\0\0\xff", 8));
+    EXPECT_EQ(
+        pixelsOf(decode("A.PNG", encodePng(PNG_COLOR_TYPE_RGBA, 8, 1, 2, "\x10\x20\x30\x40"))),
+        "\x30\x20\x10\x40\x30\x20\x10\x40");
+    const std::string interlaced =
+        encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 9, "\1\2\3\4\5\6", PNG_INTERLACE_ADAM7);
+    EXPECT_EQ(pixelsOf(decode("a.png", interlaced)).substr(64), "\3\2\1\xff\6\5\4\xff");
 }
 
 TEST(Png, OtherThanColourOfEightBitsSaysWhatItIs)
 {
-    const auto refusal = [](int type, int depth) {
-        const std::string png = encodePng(type, depth, 1, 1, std::string(8, '\0'));
-        EXPECT_EQ(thrownMessage([&] { decode("a.png", png.substr(0, png.size() - 1)); }),
-                  "[loadPNG] Error when decoding png-file!");
-        return thrownMessage([&] { decode("a.png", png); });
-    };
     const std::string start = "[loadPNG] Bad color format of image (type ";
-    EXPECT_EQ(refusal(PNG_COLOR_TYPE_GRAY, 8), "[loadPNG] No support for grayscale images yet");
-    EXPECT_EQ(refusal(PNG_COLOR_TYPE_GRAY, 16), start + "0, 16 bits per channel)");
-    EXPECT_EQ(refusal(PNG_COLOR_TYPE_GRAY, 1), start + "0, 1 bits per channel)");
-    EXPECT_EQ(refusal(PNG_COLOR_TYPE_GRAY_ALPHA, 8), start + "4, 8 bits per channel)");
-    EXPECT_EQ(refusal(PNG_COLOR_TYPE_RGB, 16), start + "2, 16 bits per channel)");
-}
-
-TEST(Png, CutAtAnyByteIsRefused)
-{
-    const std::string png = smallPng();
-    for (std::size_t size = 0; size < png.size(); ++size) {
-        EXPECT_EQ(thrownMessage([&] { decode("a.png", png.substr(0, size)); }),
-                  size < 8 ? "[loadPNG] Not a png-file! Header is wrong!"
-                           : "[loadPNG] Error when decoding png-file!")
-            << size;
+    const std::tuple<int, int, std::string> rows[] = {
+        {PNG_COLOR_TYPE_GRAY,       8,  "[loadPNG] No support for grayscale images yet"},
+        {PNG_COLOR_TYPE_GRAY,       16, start + "0, 16 bits per channel)"              },
+        {PNG_COLOR_TYPE_GRAY,       1,  start + "0, 1 bits per channel)"               },
+        {PNG_COLOR_TYPE_GRAY_ALPHA, 8,  start + "4, 8 bits per channel)"               },
+        {PNG_COLOR_TYPE_RGB,        16, start + "2, 16 bits per channel)"              },
+    };
+    for (const auto& [type, depth, message] : rows) {
+        const std::string png = encodePng(type, depth, 1, 1, std::string(8, '\0'));
+        EXPECT_EQ(refusal("a.png", png), message);
+        EXPECT_EQ(refusal("a.png", png.substr(0, png.size() - 1)), DAMAGED);
     }
 }
 
-TEST(Jpeg, DecodesWithinItsLossAndOpaque)
-{
-    const Image image = decode("a.jpg", encodeJpeg(17, 9));
-    ASSERT_EQ(image->getWidth(), 17);
-    ASSERT_EQ(image->getHeight(), 9);
-    const unsigned char* last = image->getData() + (17 * 9 - 1) * 4;
-    EXPECT_NEAR(last[0], 0x10, 3);
-    EXPECT_NEAR(last[1], 0x40, 3);
-    EXPECT_NEAR(last[2], 0xe0, 3);
-    EXPECT_EQ(last[3], 255);
-}
-
-TEST(Jpeg, OfOneColourMayBeTinyInAnArithmeticCode)
+TEST(Jpeg, DecodesWithinItsLossAndOpaqueHoweverSmallItsArithmeticCode)
 {
     constexpr int SIDE = 2048;
-    const std::string jpeg = encodeJpeg(SIDE, SIDE, true);
-    ASSERT_LT(jpeg.size(), 2000u);
-    const Image image = decode("a.jpg", jpeg);
-    const unsigned char* const last = image->getData() + (SIDE * SIDE - 1) * 4;
-    EXPECT_NEAR(last[2], 0xe0, 3);
+    const std::string tiny = encodeJpeg(SIDE, SIDE, true);
+    ASSERT_LT(tiny.size(), 2000u);
+    const std::tuple<std::string, int, int> rows[] = {
+        {encodeJpeg(17, 9), 17,    9},
+        {tiny,             SIDE,            SIDE}
+    };
+    for (const auto& [bytes, width, height] : rows) {
+        const Image image = decode("a.jpg", bytes);
+        ASSERT_EQ(image->getWidth(), width);
+        ASSERT_EQ(image->getHeight(), height);
+        const unsigned char* const last = image->getData() + (width * height - 1) * 4;
+        EXPECT_NEAR(last[0], 0x10, 3);
+        EXPECT_NEAR(last[1], 0x40, 3);
+        EXPECT_NEAR(last[2], 0xe0, 3);
+        EXPECT_EQ(last[3], 255);
+    }
 }
 
-TEST(Jpeg, CutAtAnyByteIsRefused)
+TEST(Images, CutAtAnyByteAreRefused)
 {
-    const std::string jpeg = encodeJpeg(16, 16);
-    for (std::size_t size = 0; size < jpeg.size(); ++size) {
-        EXPECT_EQ(thrownMessage([&] {
-                      decode("a.jpg", jpeg.substr(0, size));
-                  }).rfind("Internal jpeglib error; ", 0),
-                  0u)
+    const std::string png = smallPng();
+    for (std::size_t size = 0; size < png.size(); ++size)
+        EXPECT_EQ(refusal("a.png", png.substr(0, size)),
+                  size < 8 ? "[loadPNG] Not a png-file! Header is wrong!" : DAMAGED)
             << size;
-    }
+    const std::string jpeg = encodeJpeg(16, 16);
+    for (std::size_t size = 0; size < jpeg.size(); ++size)
+        EXPECT_TRUE(refusal("a.jpg", jpeg.substr(0, size)).starts_with("Internal jpeglib error; "))
+            << size;
 }
 
 std::string chunk(const std::string& type, const std::string& content, std::size_t claimed)
@@ -235,27 +238,28 @@ TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
 {
     const std::string other = chunk("teXt", std::string(500000, ' '), 500000);
     const std::string lying = chunk("iTXt", "short", 0x7a000000);
-    const std::string damaged = "[loadPNG] Error when decoding png-file!";
     const std::string most =
         " bytes: one may take at most 268435456, all together 1073741824, of which 0 are taken";
     const std::string implausible = "error; 32639 x 32639 pixels cannot be in ";
-    std::vector<std::array<std::string, 3>> rows; // the name, the bytes, what the message contains
-    rows.push_back({"no side.png", claimingPng(0, 0, 100), damaged});
-    rows.push_back({"few deflated.png", claimingPng(10000, 10000, 100), damaged});
-    rows.push_back({"much else.png", claimingPng(10000, 10000, 100, other), damaged});
-    rows.push_back({"longest.png", claimingPng(0x7fffffff, 0x7fffffff, 100), damaged});
-    rows.push_back({"beyond end.png", claimingPng(1, 1, 100, lying), damaged});
-    rows.push_back(
-        {"large.png", claimingPng(8193, 8192, 300000), "x 8192 pixels, 268468224" + most});
-    rows.push_back({"few bits.jpg", claimingJpeg(false, ""), implausible});
-    rows.push_back({"arithmetic.jpg", claimingJpeg(true, ""), implausible});
-    rows.push_back(
-        {"large.jpg", claimingJpeg(false, std::string(600000, ' ')), " 4261217284" + most});
-    rows.push_back({"scans.jpg", encodeJpeg(16, 16, false, 65), "error; More than 64 scans"});
+    const std::string largeJpeg = claimingJpeg(false, std::string(600000, ' '));
+    // clang-format off
+    const std::tuple<const char*, std::string, std::string> rows[] = {
+        {"no side.png", claimingPng(0, 0, 100), DAMAGED},
+        {"few deflated.png", claimingPng(10000, 10000, 100), DAMAGED},
+        {"much else.png", claimingPng(10000, 10000, 100, other), DAMAGED},
+        {"longest.png", claimingPng(0x7fffffff, 0x7fffffff, 100), DAMAGED},
+        {"beyond end.png", claimingPng(1, 1, 100, lying), DAMAGED},
+        {"large.png", claimingPng(8193, 8192, 300000), "x 8192 pixels, 268468224" + most},
+        {"few bits.jpg", claimingJpeg(false, ""), implausible},
+        {"arithmetic.jpg", claimingJpeg(true, ""), implausible},
+        {"large.jpg", largeJpeg, " 4261217284" + most},
+        {"scans.jpg", encodeJpeg(16, 16, false, 65), "error; More than 64 scans"},
+    };
+    // clang-format on
     const long before = peakMegabytes();
     for (const auto& [name, bytes, expected] : rows) {
         SCOPED_TRACE(name);
-        const std::string message = thrownMessage([&] { decode(name, bytes); });
+        const std::string message = refusal(name, bytes);
         EXPECT_NE(message.find(expected), std::string::npos) << message;
         EXPECT_LT(peakMegabytes(), before + 50);
     }
@@ -281,90 +285,80 @@ TEST(Images, TogetherTakeNoMoreThanTheirManagerAllows)
     EXPECT_EQ(manager.loadImage("c.png", file, false)->getWidth(), 2);
 }
 
-TEST(Images, NamesChooseTheCodec)
+/** A manager and the file that it takes for "a.png". */
+class SharedImages : public testing::Test {
+protected:
+    Image load(bool uncached = false) { return manager->loadImage("a.png", file, uncached); }
+
+    std::unique_ptr<ImageManager> manager = std::make_unique<ImageManager>();
+    const File file = makeFile("a.png", smallPng());
+};
+
+TEST_F(SharedImages, AreRefusedByName)
 {
-    EXPECT_EQ(thrownMessage([] { decode("picture", smallPng()); }),
-              "ImageManager::loadImage, No decoder found for picture");
-    EXPECT_EQ(thrownMessage([] { decode("a.tga", "x"); }),
-              "[ImageCodec] TGA-reader is not done yet!");
-    EXPECT_EQ(thrownMessage([] { decode("a.jpg", smallPng()); }).rfind("Internal jpeglib error; "),
-              0u);
-    ImageManager manager;
-    Image image = decode("a.png", smallPng());
-    EXPECT_TRUE(manager.encodeImage("a.jpg", image).isNull());
-    EXPECT_TRUE(manager.encodeImage("a", image).isNull());
-    EXPECT_EQ(pixelsOf(decode("b.png", test::textOf(manager.encodeImage("b.png", image)))),
+    Image none;
+    Image shared = load();
+    ArchiveManager archives;
+    const std::string access = "ImageObbject::getWriteData, Access not allowed!";
+    // clang-format off
+    const std::pair<std::function<void()>, std::string> rows[] = {
+        {[] { decode("picture", "x"); }, "ImageManager::loadImage, No decoder found for picture"},
+        {[] { decode("a.tga", "x"); }, "[ImageCodec] TGA-reader is not done yet!"},
+        {[] { decode("a.jpg", smallPng()); }, "Internal jpeglib error; "},
+        {[&] { shared->getWriteData(); }, access},
+        {[&] { manager->encodeImage("b.png", shared); }, access},
+        {[&] { none->getWidth(); }, "Image::operator->() - Attempt to dereference (NULL)ImageObject!"},
+        {[&] { manager->encodeImage("b.png", none); }, "Image::operator*() Attempt to dereference (NULL)ImageObject!"},
+        {[&] { archives.loadImage("gone.png", -1, false); }, "loadImage, File not found (gone.png)"},
+        {[&] { manager->removeImage("b.png"); }, "ImageManager::removeImage, Image b.png not found!"},
+    };
+    // clang-format on
+    for (const auto& [action, message] : rows) {
+        const std::string thrown = thrownMessage(action);
+        EXPECT_TRUE(thrown.starts_with(message)) << thrown;
+    }
+    Image image = load(true);
+    EXPECT_TRUE(manager->encodeImage("a.jpg", image).isNull());
+    EXPECT_TRUE(manager->encodeImage("a", image).isNull());
+    EXPECT_EQ(pixelsOf(decode("b.png", test::textOf(manager->encodeImage("b.png", image)))),
               pixelsOf(image));
 }
 
-TEST(Images, AreSharedWhileTheyAreHeld)
+TEST_F(SharedImages, StayCachedWhileTheyAreHeldAndLeaveTheirSuccessorThere)
 {
-    ImageManager manager;
-    const File file = makeFile("a.png", smallPng());
-    Image first = manager.loadImage("a.png", file, false);
-    Image second = manager.loadImage("a.png", file, false);
+    Image first = load();
+    Image second = load();
     EXPECT_EQ(first->getData(), second->getData());
-    EXPECT_EQ(thrownMessage([&] { first->getWriteData(); }),
-              "ImageObbject::getWriteData, Access not allowed!");
-    EXPECT_EQ(thrownMessage([&] { manager.encodeImage("b.png", first); }),
-              "ImageObbject::getWriteData, Access not allowed!");
-
-    Image own = manager.loadImage("a.png", file, true);
+    Image own = load(true);
     EXPECT_NE(own->getData(), first->getData());
     EXPECT_NE(own->getWriteData(), nullptr);
-
     first = Image();
-    EXPECT_FALSE(manager.getImage("a.png").isNull());
+    EXPECT_FALSE(manager->getImage("a.png").isNull());
     second = Image();
-    EXPECT_TRUE(manager.getImage("a.png").isNull());
-    EXPECT_EQ(thrownMessage([&] { manager.removeImage("a.png"); }),
-              "ImageManager::removeImage, Image a.png not found!");
-}
+    EXPECT_TRUE(manager->getImage("a.png").isNull());
 
-TEST(Images, ThatWereRemovedLeaveTheirSuccessorInTheCache)
-{
-    ImageManager manager;
-    const File file = makeFile("a.png", smallPng());
-    Image removed = manager.loadImage("a.png", file, false);
+    Image removed = load();
     Image other = removed;
-    manager.removeImage("a.png");
+    manager->removeImage("a.png");
     EXPECT_EQ(removed->getId(), "");
-    const Image successor = manager.loadImage("a.png", file, false);
+    const Image successor = load();
     other = Image();
-    EXPECT_FALSE(manager.getImage("a.png").isNull());
+    EXPECT_FALSE(manager->getImage("a.png").isNull());
     removed = Image();
-    EXPECT_EQ(manager.loadImage("a.png", file, false)->getData(), successor->getData());
+    EXPECT_EQ(load()->getData(), successor->getData());
 }
 
-TEST(Images, OutliveTheirManager)
+TEST_F(SharedImages, OutliveTheirManager)
 {
-    Image cached;
-    Image removed;
-    {
-        ImageManager manager;
-        const File file = makeFile("a.png", smallPng());
-        removed = manager.loadImage("a.png", file, false);
-        manager.removeImage("a.png");
-        cached = manager.loadImage("a.png", file, false);
-    }
+    Image removed = load();
+    manager->removeImage("a.png");
+    Image cached = load();
+    manager.reset();
     for (Image* const image : {&cached, &removed}) {
         Image other = *image;
         other = Image();
         EXPECT_NE((*image)->getWriteData(), nullptr);
     }
-}
-
-TEST(Images, ANullHandleSaysHowItWasUsed)
-{
-    Image image;
-    EXPECT_EQ(thrownMessage([&] { image->getWidth(); }),
-              "Image::operator->() - Attempt to dereference (NULL)ImageObject!");
-    ImageManager manager;
-    EXPECT_EQ(thrownMessage([&] { manager.encodeImage("a.png", image); }),
-              "Image::operator*() Attempt to dereference (NULL)ImageObject!");
-    ArchiveManager archives;
-    EXPECT_EQ(thrownMessage([&] { archives.loadImage("gone.png", -1, false); }),
-              "loadImage, File not found (gone.png)");
 }
 
 class Dumping : public testing::Test, protected test::TemporaryFolder {
@@ -432,11 +426,7 @@ TEST_F(Dumping, ReplacesOnlyWhatWasRecorded)
     const std::string opaque = encodePng(PNG_COLOR_TYPE_RGB, 8, 4, 2, std::string(12, 'x'));
     const std::string turned = encoded(2, 4);
     const std::string cut = own.substr(0, own.size() - 1);
-    const struct {
-        const char* name;
-        std::string bytes;
-        bool isReplaced;
-    } rows[] = {
+    const std::tuple<const char*, std::string, bool> rows[] = {
         {"own",        own,       true },
         {"comment",    commented, false},
         {"other size", turned,    true },
@@ -445,13 +435,12 @@ TEST_F(Dumping, ReplacesOnlyWhatWasRecorded)
         {"cut",        cut,       false},
         {"empty",      "",        false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string file = row.name + std::string(".000000.png");
-        write(file, row.bytes);
-        const char* const reason = row.isReplaced ? "" : "Not a recorded picture";
-        EXPECT_EQ(lostBy(row.name, file, reason), row.isReplaced ? 0 : 1);
-        EXPECT_EQ(read(file) == row.bytes, !row.isReplaced);
+    for (const auto& [name, bytes, isReplaced] : rows) {
+        SCOPED_TRACE(name);
+        const std::string file = name + std::string(".000000.png");
+        write(file, bytes);
+        EXPECT_EQ(lostBy(name, file, isReplaced ? "" : "Not a recorded picture"), !isReplaced);
+        EXPECT_EQ(read(file) == bytes, !isReplaced);
     }
     std::filesystem::create_symlink("own.000000.png", path("link.000000.png"));
     EXPECT_EQ(lostBy("link", "link.000000.png", "Is a symbolic link"), 1);
@@ -492,17 +481,16 @@ TEST_F(Dumping, GoesOnAfterAPictureThatIsNotThereOrNotItsOwn)
 
 TEST_F(Dumping, RefusesWhatItCannotWriteOrRead)
 {
-    for (const char* name : {"frame", "run.PNG", "run.jpg", ""}) {
-        EXPECT_EQ(thrownMessage([&] { open(name); }),
-                  "Could not find something that could write to '" + std::string(name) + "'");
-    }
-    EXPECT_EQ(
-        thrownMessage([] { VideoFile::createForWrite("a.png", VideoFile::Format(), nullptr); }),
-        "Could not find something that could write to 'a.png'");
-    EXPECT_EQ(thrownMessage([] { VideoFile::createForRead("a.png"); }),
-              "Could not find something that could read from 'a.png'");
-    EXPECT_EQ(thrownMessage([] { VideoFile::createForRead(nullptr, 0); }),
-              "Could not find something that could read from buffer");
+    const std::string start = "Could not find something that could ";
+    for (const char* name : {"frame", "run.PNG", "run.jpg", ""})
+        EXPECT_EQ(thrownMessage([&] { open(name); }), start + "write to '" + name + "'");
+    const std::pair<std::function<void()>, std::string> rows[] = {
+        {[] { VideoFile::createForWrite("a.png", {}, nullptr); }, "write to 'a.png'" },
+        {[] { VideoFile::createForRead("a.png"); },               "read from 'a.png'"},
+        {[] { VideoFile::createForRead(nullptr, 0); },            "read from buffer" },
+    };
+    for (const auto& [action, message] : rows)
+        EXPECT_EQ(thrownMessage(action), start + message);
 }
 
 } // namespace
