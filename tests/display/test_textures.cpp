@@ -216,27 +216,23 @@ TEST_F(Textures, MissingFilesAndArchivesAreNamedAtTheFirstUse)
     mFolder.write("broken.png", "no picture");
     EXPECT_NE(refusal(mDisplay.createTexture("broken.png", false)).find("Not a png-file"),
               std::string::npos);
+    // A picture in memory is decoded by its name, and cached by it.
+    const auto load = [&](const char* name, std::string_view bytes) {
+        return texture->loadImage(name, reinterpret_cast<const unsigned char*>(bytes.data()),
+                                  bytes.size());
+    };
+    ASSERT_TRUE(mArchive.writeImage("corners.png", mCorners));
+    const std::string png = mFolder.read("corners.png");
+    const am::Image image = load("inner.png", png);
+    EXPECT_EQ(image->getWidth(), 2);
+    EXPECT_EQ(load("inner.png", "")->getData(), image->getData());
+    EXPECT_TRUE(thrownMessage([&] {
+                    load("inner.xyz", png);
+                }).starts_with(start + "Could not read (or decode) image 'inner.xyz'"));
     mDisplay.setArchive(nullptr);
     EXPECT_EQ(refusal(texture), start + "This resource can not load files (when loading image "
                                         "'absent.png')");
     EXPECT_EQ(countLogged("info", "Assigning archive "), 2);
-}
-
-TEST_F(Textures, PicturesInMemoryAreDecodedByTheirName)
-{
-    ASSERT_TRUE(mArchive.writeImage("corners.png", mCorners));
-    const am::File file = mArchive.readFile("corners.png", -1);
-    Texture* const resource = mDisplay.createTexture(sized(2, 2));
-    const auto load = [&](const char* name, std::int32_t length) {
-        return resource->loadImage(name, reinterpret_cast<const unsigned char*>(file->data),
-                                   static_cast<std::size_t>(length));
-    };
-    const am::Image image = load("inner.png", file->length);
-    EXPECT_EQ(image->getWidth(), 2);
-    EXPECT_EQ(load("inner.png", 0)->getData(), image->getData()) << "cached";
-    EXPECT_TRUE(thrownMessage([&] { load("inner.xyz", 4); })
-                    .starts_with("Display::Resource; Could not read (or decode) image "
-                                 "'inner.xyz'"));
 }
 
 TEST(TexturesOnAnOldDriver, AreRoundedUpOrRefused)
