@@ -40,6 +40,7 @@ void writeSheet(const std::string& path)
     sheet.rgb.resize(static_cast<std::size_t>(3 * sheet.width * sheet.height));
     fill(sheet, 'I', {2, 3, 2, 13}, 255);  // a bar
     fill(sheet, 'L', {0, 15, 0, 15}, 255); // the whole cell
+    fill(sheet, 'Y', {15, 15, 0, 0}, 255); // right below the bar's cell
     fill(sheet, 'g', {1, 5, 4, 5}, 255);
     fill(sheet, 'g', {6, 8, 4, 5}, 200);  // too faint to count
     fill(sheet, 'h', {1, 5, 4, 5}, 201);  // just counts
