@@ -4,8 +4,10 @@
 
 #include <GLFW/glfw3.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -247,48 +249,35 @@ TEST_F(Events, KeysOfTheLibraryHaveTheirOwnKeys)
     }
 }
 
-/** Input sent to the window by the screen's server, as a user would give it; A looks on. */
-class RealInput : public Events {
-protected:
-    RealInput()
-    {
-        mB.attachToDisplay(nullptr);
-        WindowMode mode = test::smallMode();
-        mode.title = mTitle;
-        mDisplay.open(mode);
-        told();
-    }
-
-    /** Runs frames until `expected` keys, characters and turns of the wheel were told. */
-    Protocol sent(const std::string& input, std::ptrdiff_t expected)
-    {
-        const auto isInput = [](const std::string& line) {
-            return line.starts_with("A key") || line.starts_with("A char") ||
-                   line.starts_with("A mousewheel");
-        };
-        EXPECT_EQ(std::system(("xdotool search --sync --name '^" + mTitle + "$' " + input).c_str()),
-                  0);
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{10};
-        while (std::ranges::count_if(mProtocol, isInput) < expected &&
-               std::chrono::steady_clock::now() < deadline)
-            mDisplay.update();
-        Protocol seen = told();
-        std::erase_if(seen, [&](const std::string& line) { return !isInput(line); });
-        return seen;
-    }
-
-    const std::string mTitle = "keys " + std::to_string(getpid());
-};
-
-TEST_F(RealInput, ReleasesACharacterWithItsKeyAndTurnsTheWheelOnlyUpAndDown)
+/** Sent to the window by the screen's server, as a user would give it; A looks on. */
+TEST_F(Events, ACharacterIsReleasedWithItsKeyAndTheWheelTurnsOnlyUpAndDown)
 {
+    mB.attachToDisplay(nullptr);
+    WindowMode mode = test::smallMode();
+    mode.title = "keys " + std::to_string(getpid());
+    mDisplay.open(mode);
+    const auto isOther = [](const std::string& line) {
+        return !line.starts_with("A key") && !line.starts_with("A char") &&
+               !line.starts_with("A mousewheel");
+    };
+    // Runs frames until as many keys, characters and turns of the wheel were told.
+    const auto sent = [&](const std::string& input, std::size_t expected) {
+        const std::string window = "xdotool search --sync --name '^" + mode.title + "$' ";
+        EXPECT_EQ(std::system((window + input).c_str()), 0);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+        Protocol seen;
+        do {
+            mDisplay.update();
+            std::ranges::remove_copy_if(told(), std::back_inserter(seen), isOther);
+        } while (seen.size() < expected && std::chrono::steady_clock::now() < deadline);
+        return seen;
+    };
     EXPECT_EQ(sent("key --window %1 e", 4),
               (Protocol{"A keydown", "A chardown", "A keyup", "A charup"}));
     EXPECT_EQ(mA.mKey.key, KEY_e);
     EXPECT_EQ(mA.mChar.key, 'e');
-    const std::string sidewaysThenUp =
-        "click --window %1 6 click --window %1 7 click --window %1 4";
-    EXPECT_EQ(sent(sidewaysThenUp, 1), Protocol{"A mousewheel"});
+    EXPECT_EQ(sent("click --window %1 6 click --window %1 7 click --window %1 4", 1),
+              Protocol{"A mousewheel"});
     EXPECT_EQ(mA.mMove.mouseWheel, 1.0f);
 }
 

@@ -205,44 +205,6 @@ constexpr ShapeCase SHAPES[] = {
     {"LineStrip", [] { Draw::drawLineStrip(PATH.data(), 5); }, plainPath<GL_LINE_STRIP, 5>},
     {"LineLoop", [] { Draw::drawLineLoop(PATH.data(), 5); }, plainPath<GL_LINE_LOOP, 5>},
     {"TriangleFan", [] { Draw::drawTriangleFan(PATH.data(), 5); }, plainPath<GL_TRIANGLE_FAN, 5>},
-    {"StatesHoldForWhatFollowsThem",
-     [] {
-         Draw::drawBox(0, 0, 64, 24, Draw::SOLID);
-         Draw::setBlending(true);
-         Draw::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
-         Draw::setColor(0.25f);
-         Draw::drawBox(8, 8, 40, 40, Draw::SOLID);
-         Draw::setBlendEquation(BlendEquation::REVERSE_SUBTRACT);
-         Draw::drawBox(30, 10, 60, 30, Draw::SOLID);
-         Draw::setBlending(false);
-         Draw::setScissor(10, 12, 5, 6);
-         Draw::setScissorTest(true);
-         Draw::setColor(Vector3f{0, 0, 1});
-         Draw::drawBox(0, 0, 64, 48, Draw::SOLID);
-     },
-     [] {
-         const auto fill = [](float x0, float y0, float x1, float y1) {
-             glBegin(GL_QUADS);
-             glVertex2f(x0, y0), glVertex2f(x1, y0), glVertex2f(x1, y1), glVertex2f(x0, y1);
-             glEnd();
-         };
-         Draw::flush();
-         glPushAttrib(GL_ALL_ATTRIB_BITS);
-         glColor4f(1.0f, 0.4f, 0.2f, 1.0f);
-         fill(0, 0, 64, 24);
-         glEnable(GL_BLEND);
-         glBlendFunc(GL_ONE, GL_ONE);
-         glColor4f(0.25f, 0.25f, 0.25f, 1.0f);
-         fill(8, 8, 40, 40);
-         glBlendEquation(GL_FUNC_REVERSE_SUBTRACT);
-         fill(30, 10, 60, 30);
-         glDisable(GL_BLEND);
-         glScissor(10, 12, 5, 6);
-         glEnable(GL_SCISSOR_TEST);
-         glColor3f(0, 0, 1);
-         fill(0, 0, 64, 48);
-         glPopAttrib();
-     }},
 };
 
 // clang-format on
@@ -261,6 +223,34 @@ TEST_F(ImmediateTest, SamePixelsAsVertexByVertex)
         EXPECT_FALSE(test::isBlack(plain));
         EXPECT_TRUE(isSamePicture(prepared(row.batched), plain, {}));
     }
+}
+
+TEST_F(ImmediateTest, StatesHoldForWhatFollowsThem)
+{
+    const Picture picture = pictureOf([] {
+        Draw::drawBox(0, 0, 64, 24, Draw::SOLID);
+        Draw::setBlending(true);
+        Draw::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
+        Draw::setColor(64 / 255.0f);
+        Draw::drawBox(8, 8, 40, 40, Draw::SOLID);
+        Draw::setBlendEquation(BlendEquation::REVERSE_SUBTRACT);
+        Draw::drawBox(30, 10, 60, 30, Draw::SOLID);
+        Draw::setBlending(false);
+        Draw::setScissor(10, 12, 5, 6);
+        Draw::setScissorTest(true);
+        Draw::setColor(Vector3f{0, 0, 1});
+        Draw::drawBox(0, 0, 64, 48, Draw::SOLID);
+    });
+    // clang-format off
+    const std::tuple<const char*, int, int, unsigned> rows[] = {
+        {"Plain", 2, 2, 0xff6633}, {"Added", 9, 9, 0xffa673}, {"AddedToBlack", 9, 30, 0x404040},
+        {"Subtracted", 50, 12, 0xbf2600}, {"AddedAndSubtracted", 35, 12, 0xbf6633},
+        {"ScissorsFirst", 10, 12, 0xff}, {"ScissorsLast", 14, 17, 0xff},
+        {"RightOfThem", 15, 17, 0xffa673}, {"AboveThem", 14, 18, 0xffa673},
+    };
+    // clang-format on
+    for (const auto& [name, x, y, expected] : rows)
+        EXPECT_EQ(pixelAt(picture, x, HEIGHT - 1 - y), expected) << name;
 }
 
 TEST_F(ImmediateTest, ArraysAreAsFewAsTheStatesAllow)
