@@ -1,4 +1,5 @@
 #include "vellum/user.h"
+#include "vellum/vel_context.h"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +44,9 @@ TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
                     "<color name='back.color' first='00ff00'/>"));
     const auto colorIn = [&](const char* steps, const std::string& caption) {
         bench.user.does(steps);
-        bench.screen.redraw();
+        Context& menu = *bench.screen.getOpen();
+        bench.screen.render.clear();
+        menu.draw(menu.getArea(), bench.screen.getArea(), bench.screen.getArea());
         return colorOf(bench.screen.render, caption);
     };
     EXPECT_EQ(colorIn("down 10,10", "quit"), mathbase::Vector4f(1, 0, 0, 1));

@@ -140,7 +140,7 @@ constexpr struct CornerCase {
     {"HiddenResizing", "down 345,360; hide window; show window; move 365,380; = 50 40 350 366, 0 0 300 300, 129 129", ""},
     {"HiddenDownwards", "down 345,200; hide window; show window; move 365,220; = 50 40 350 366, 0 0 300 300, 129 129", ""},
     {"HiddenSideways", "down 185,360; hide window; show window; move 205,380; = 50 40 350 366, 0 0 300 300, 129 129", ""},
-    {"Maximized",      "double 100,50; up; down 795,595; move 700,500; up; = 0 0 800 600, 0 0 800 574, 379 266; double 100,10; = 50 40 350 366, 0 0 300 300, 129 129", "resize resize"},
+    {"Maximized",      "double 100,50; up; down 795,595; move 700,500; up; = 0 0 800 600, 0 0 800 574, 129 129; double 100,10; = 50 40 350 366, 0 0 300 300, 129 129", "resize resize"},
 };
 // clang-format on
 

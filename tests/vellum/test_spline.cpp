@@ -36,6 +36,7 @@ struct SplineTree {
         spline->setTimeInterval(0.0f, 10.0f);
         screen.setCallback(&observer);
         screen.setFocus(spline);
+        user.does("move 150,60");
     }
 
     /** The curve where it is not linear, then its keys; marked where their colour is another. */
@@ -124,7 +125,7 @@ constexpr struct SplineCase {
     {"BeyondTheEdges",         "2:0 5:0.5 8:-0.5", "down 200,75; move 0,0; = 0:1d 2:0 8:-0.5; move 390,290; = 2:0 8:-0.5 10:-1d", "curve curve"},
     {"HiddenWhileDragged",     "5:0.5", "down 200,75; hide curve; show curve; move 220,75; = 5:0.5s", ""},
 
-    {"LeftStartsAtTheFirst",   "0:0 1:1",      "move 150,60; key LEFT; = 0:0s 1:1",                     ""},
+    {"LeftStartsAtTheFirst",   "0:0 1:1",      "key LEFT; = 0:0s 1:1",                     ""},
     {"RightStopsAtTheLast",    "0:0 1:1",      "key RIGHT RIGHT RIGHT; = 0:0 1:1s",                     ""},
     {"DeleteSelectsTheNext",   "0:0 1:1 2:0",  "= 0:0 1:1 2:0; key RIGHT DEL; = 1:1s 2:0; key RIGHT DEL; = 1:1s; key DEL; = ", ""},
     {"InsertHalfwayToTheNext", "0:0 1:1",      "= 0:0 1:1; key RIGHT INSERT; = 0:0s 0.5:0.5 1:1",       ""},

@@ -16,7 +16,7 @@ TEST(Window, FollowsThePointerOnAScrolledParent)
     Bench bench(WINDOW);
     bench.screen.setOffset(Vector2f(10, 5));
     bench.user.does("down 100,50; move 20,70");
-    EXPECT_EQ(text(bench.control.getArea()), "0 60 200 210");
+    EXPECT_EQ(text(bench.control.getArea() + bench.screen.getOffset()), "0 60 200 210");
 }
 
 TEST(Window, DragsByTheLeftButtonOnAnActiveCaptionUntilItIsReleasedOrHidden)
