@@ -1,4 +1,4 @@
-#include "vellum/probe.h"
+#include "vellum/user.h"
 #include "vellum/vel_context.h"
 
 #include <gtest/gtest.h>
@@ -161,6 +161,22 @@ TEST_F(ContextTest, DrawsItsRowsWithTheSelectedOneFilledAndCutsWhatDoesNotFit)
     drawMenu();
     ASSERT_EQ(render.boxes.size(), 1u) << "no room for a selected row";
     EXPECT_EQ(text(render.boxes[0]), "50 20 59 70");
+}
+
+TEST(Workspace, ClosesAMenuAtTheSecondReleaseAfterEachOpening)
+{
+    Screen screen;
+    Probe& owner = addProbe(screen, "owner", Area(0, 0, 30, 48));
+    Context menu;
+    User user(screen, [&] { return screen.getOpen() ? "open" : ""; });
+    owner.setContext(&menu);
+    user.does("up 2,2; = open");
+    owner.setContext(&menu);
+    user.does("up; = open; up; =");
+    EXPECT_EQ(owner.count(Event::MOUSE_UP), 1) << "the last: until then the menu alone saw them";
+    owner.setContext(&menu);
+    user.does("down; =");
+    EXPECT_EQ(owner.count(Event::MOUSE_DOWN), 0);
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 #include "vellum/vel_render.h"
 
 #include "display/dis_font.h"
-#include "display/dis_immediate.h"
-#include "support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -68,70 +66,44 @@ struct Sample {
     char color; // 'r'ed, 'b'lue, '.' black
 };
 
-struct DrawCase {
-    const char* name;
-    void (*draw)(Render& render);
-    std::vector<Sample> samples;
-    Vector2f pan{0.0f, 0.0f};
-};
-
 const Area WINDOW(0, 0, WIDTH, HEIGHT);
+const Area BOX(10, 10, 30, 30);
+constexpr int DOWN = Render::GRADIENT_VERTICAL;
+constexpr int ALONG = Render::GRADIENT_HORISONTAL;
+constexpr Vector4f FLAT(0.0f, 0.0f, 1.0f, -1.0f);
+constexpr Vector4f CLEAR(1.0f, 0.0f, 0.0f, 0.0f);
 
 // clang-format off
-const DrawCase DRAW_CASES[] = {
-    {"BoxRunsDown", [](Render& render) {
-         render.setColor(RED, BLUE);
-         render.drawBox(Area(10, 10, 30, 30), Render::GRADIENT_VERTICAL);
-     }, {{10, 10, 'r'}, {29, 10, 'r'}, {10, 29, 'b'}, {9, 15, '.'}, {30, 15, '.'}, {15, 9, '.'}, {15, 30, '.'}}},
-    {"BoxRunsSideways", [](Render& render) {
-         render.setColor(RED, BLUE);
-         render.drawBox(Area(10, 10, 30, 30), Render::GRADIENT_HORISONTAL);
-     }, {{10, 10, 'r'}, {10, 29, 'r'}, {29, 10, 'b'}, {29, 29, 'b'}}},
-    {"NegativeAlphaIsFlat", [](Render& render) {
-         render.setColor(RED, Vector4f(0, 0, 1, -1));
-         render.drawBox(Area(10, 10, 30, 30), Render::GRADIENT_VERTICAL);
-     }, {{10, 10, 'r'}, {10, 29, 'r'}}},
-    {"NoAlphaIsTransparent", [](Render& render) {
-         render.setColor(RED, Vector4f(1, 0, 0, 0));
-         render.drawBox(Area(10, 10, 30, 30), Render::GRADIENT_VERTICAL);
-     }, {{10, 10, 'r'}, {10, 29, '.'}}},
-    {"LineRunsFromFirstToSecond", [](Render& render) {
-         render.setColor(RED, BLUE);
-         render.drawLine(Vector2f(10.5f, 20.5f), Vector2f(40.5f, 20.5f));
-     }, {{11, 20, 'r'}, {39, 20, 'b'}, {9, 20, '.'}, {41, 20, '.'}, {20, 19, '.'}, {20, 21, '.'}}},
-    {"CircleIsClosed", [](Render& render) { render.drawCircle(Area(10, 10, 30, 40), -1, 0.0f); },
+const struct DrawCase {
+    const char* name;
+    void (*draw)(Render& to);
+    std::vector<Sample> samples;
+    Vector2f pan{0.0f, 0.0f};
+} DRAW_CASES[] = {
+    {"BoxRunsDown", [](Render& to) { to.setColor(RED, BLUE); to.drawBox(BOX, DOWN); },
+     {{10, 10, 'r'}, {29, 10, 'r'}, {10, 29, 'b'}, {9, 15, '.'}, {30, 15, '.'}, {15, 9, '.'}, {15, 30, '.'}}},
+    {"BoxRunsSideways", [](Render& to) { to.setColor(RED, BLUE); to.drawBox(BOX, ALONG); },
+     {{10, 10, 'r'}, {10, 29, 'r'}, {29, 10, 'b'}, {29, 29, 'b'}}},
+    {"NegativeAlphaIsFlat", [](Render& to) { to.setColor(RED, FLAT); to.drawBox(BOX, DOWN); }, {{10, 10, 'r'}, {10, 29, 'r'}}},
+    {"NoAlphaIsTransparent", [](Render& to) { to.setColor(RED, CLEAR); to.drawBox(BOX, DOWN); }, {{10, 10, 'r'}, {10, 29, '.'}}},
+    {"LineRunsFromFirstToSecond", [](Render& to) { to.setColor(RED, BLUE); to.drawLine(Vector2f(10.5f, 20.5f), Vector2f(40.5f, 20.5f)); },
+     {{11, 20, 'r'}, {39, 20, 'b'}, {9, 20, '.'}, {41, 20, '.'}, {20, 19, '.'}, {20, 21, '.'}}},
+    {"CircleIsClosed", [](Render& to) { to.drawCircle(Area(10, 10, 30, 40), -1, 0.0f); },
      {{20, 25, 'r'}, {20, 11, 'r'}, {20, 38, 'r'}, {21, 38, 'r'}, {18, 38, 'r'}, {11, 25, 'r'}, {28, 25, 'r'}, {12, 12, '.'}, {27, 37, '.'}}},
-    {"TooFewSegmentsMakeATriangle", [](Render& render) { render.drawCircle(Area(10, 10, 30, 30), 0, 0.0f); },
+    {"TooFewSegmentsMakeATriangle", [](Render& to) { to.drawCircle(BOX, 0, 0.0f); },
      {{20, 27, 'r'}, {26, 16, 'r'}, {14, 16, 'r'}, {20, 12, '.'}, {27, 25, '.'}, {12, 25, '.'}}},
-    {"CircleStartsAtATurn", [](Render& render) { render.drawCircle(Area(10, 10, 30, 30), 3, 0.25f); },
-     {{27, 20, 'r'}, {16, 14, 'r'}, {16, 26, 'r'}, {12, 20, '.'}, {25, 12, '.'}}},
-    {"ClippingTruncates", [](Render& render) {
-         render.setClipArea(Area(10.9f, 10, 20.5f, 25));
-         render.drawBox(WINDOW, Render::GRADIENT_VERTICAL);
-     }, {{10, 10, 'r'}, {18, 24, 'r'}, {9, 15, '.'}, {19, 15, '.'}}},
-    {"EmptyClipShowsNothing", [](Render& render) {
-         render.setClipArea(Area(0, 0, 0, 0));
-         render.drawBox(WINDOW, Render::GRADIENT_VERTICAL);
-     }, {{0, 0, '.'}, {0, HEIGHT - 1, '.'}}},
-    {"MinusOneLiftsTheClip", [](Render& render) {
-         render.setClipArea(Area(10, 10, 20, 25));
-         render.setClipArea(Area(-1, 10, 20, 25));
-         render.drawBox(WINDOW, Render::GRADIENT_VERTICAL);
-     }, {{0, 0, 'r'}, {WIDTH - 1, HEIGHT - 1, 'r'}}},
-    {"ClipFollowsThePan", [](Render& render) {
-         render.setClipArea(Area(10, 10, 20, 20));
-         render.drawBox(WINDOW, Render::GRADIENT_VERTICAL);
-     }, {{5, 7, 'r'}, {14, 16, 'r'}, {4, 10, '.'}, {15, 10, '.'}, {10, 6, '.'}, {10, 17, '.'}}, Vector2f(5.0f, 3.0f)},
-    {"TextStandsOnWholePixels", [](Render& render) {
-         render.setAlign(display::Font::ALIGN_LEFT);
-         render.drawText("A", Vector2f(20.9f, 24.9f));
-         render.drawBox(Area(40, 0, 50, 10), Render::GRADIENT_VERTICAL);
-     }, {{20, 24, 'r'}, {24, 17, 'r'}, {24, 30, 'r'}, {19, 24, '.'}, {28, 24, '.'}, {40, 0, 'r'}}},
-    {"BorderLiesInsideItsBox", [](Render& render) {
-         render.setLineWidth(4.0f);
-         render.setColor(RED, BLUE);
-         render.drawBorder(Area(10, 10, 30, 30));
-     }, {{20, 10, 'r'}, {20, 29, 'b'}, {10, 12, 'r'}, {29, 27, 'b'}, {20, 9, '.'}, {20, 11, '.'}, {20, 30, '.'}, {9, 20, '.'}, {30, 20, '.'}, {20, 20, '.'}}},
+    {"CircleStartsAtATurn", [](Render& to) { to.drawCircle(BOX, 3, 0.25f); }, {{27, 20, 'r'}, {16, 14, 'r'}, {16, 26, 'r'}, {12, 20, '.'}, {25, 12, '.'}}},
+    {"ClippingTruncates", [](Render& to) { to.setClipArea(Area(10.9f, 10, 20.5f, 25)); to.drawBox(WINDOW, DOWN); },
+     {{10, 10, 'r'}, {18, 24, 'r'}, {9, 15, '.'}, {19, 15, '.'}}},
+    {"EmptyClipShowsNothing", [](Render& to) { to.setClipArea(Area(0, 0, 0, 0)); to.drawBox(WINDOW, DOWN); }, {{0, 0, '.'}, {0, HEIGHT - 1, '.'}}},
+    {"MinusOneLiftsTheClip", [](Render& to) { to.setClipArea(Area(10, 10, 20, 25)); to.setClipArea(Area(-1, 10, 20, 25)); to.drawBox(WINDOW, DOWN); },
+     {{0, 0, 'r'}, {WIDTH - 1, HEIGHT - 1, 'r'}}},
+    {"ClipFollowsThePan", [](Render& to) { to.setClipArea(Area(10, 10, 20, 20)); to.drawBox(WINDOW, DOWN); },
+     {{5, 7, 'r'}, {14, 16, 'r'}, {4, 10, '.'}, {15, 10, '.'}, {10, 6, '.'}, {10, 17, '.'}}, Vector2f(5.0f, 3.0f)},
+    {"TextStandsOnWholePixels", [](Render& to) { to.setAlign(display::Font::ALIGN_LEFT); to.drawText("A", Vector2f(20.9f, 24.9f)); to.drawBox(Area(40, 0, 50, 10), DOWN); },
+     {{20, 24, 'r'}, {24, 17, 'r'}, {24, 30, 'r'}, {19, 24, '.'}, {28, 24, '.'}, {40, 0, 'r'}}},
+    {"BorderLiesInsideItsBox", [](Render& to) { to.setLineWidth(4.0f); to.setColor(RED, BLUE); to.drawBorder(BOX); },
+     {{20, 10, 'r'}, {20, 29, 'b'}, {10, 12, 'r'}, {29, 27, 'b'}, {20, 9, '.'}, {20, 11, '.'}, {20, 30, '.'}, {9, 20, '.'}, {30, 20, '.'}, {20, 20, '.'}}},
 };
 // clang-format on
 
@@ -244,71 +216,30 @@ TEST_F(RenderTest, ColorsThePixelsOfALoopOfLinesWithABorder)
     }
 }
 
-/** A screen of 400 rows in 40 clip areas: boxes, borders, circles and texts, 2,000 in all. */
-void drawScreen(Render& render)
-{
-    static const std::string caption = "A AA A";
-    render.setupDraw(Vector2f(WIDTH, HEIGHT), Vector2f(0, 0), 0.0f);
-    for (int window = 0; window < 40; ++window) {
-        const auto left = static_cast<float>(window % 8);
-        render.setClipArea(Area(left, 0, left + 50, HEIGHT));
-        for (int row = 0; row < 10; ++row) {
-            const auto top = static_cast<float>(row * 4);
-            const Area box(left + 2, top, left + 48, top + 8);
-            render.setColor(RED, BLUE);
-            render.drawBox(box, Render::GRADIENT_VERTICAL);
-            render.setColor(BLUE, RED);
-            render.drawBorder(box);
-            render.drawCircle(Area(left + 2, top, left + 10, top + 8), -1, 0.0f);
-            render.drawText(caption, Vector2f(left + 25, top + 8));
-            render.setColor(RED, RED);
-            render.drawBorder(box);
-        }
-    }
-    display::DisplayObsolete::flush();
-}
-
-TEST_F(RenderTest, DrawsAScreenInOneArrayWithoutAllocating)
-{
-    drawScreen(mRender);
-    const unsigned long before = display::Immediate::live().drawnArrays();
-    const zavex::test::AllocationCounter counter;
-    drawScreen(mRender);
-    EXPECT_EQ(display::Immediate::live().drawnArrays() - before, 1u);
-    EXPECT_EQ(counter.count(), 0u);
-}
-
-struct BlendCase {
-    const char* name;
-    float alpha; // of a blue box over a red one
-    display::BlendFactor source;
-    display::BlendFactor destination;
-    unsigned expected; // 0xRRGGBB
-};
-
-constexpr auto ALPHA = display::BlendFactor::SRC_ALPHA;
-constexpr auto REST = display::BlendFactor::ONE_MINUS_SRC_ALPHA;
-constexpr auto ONE = display::BlendFactor::ONE;
-constexpr BlendCase BLEND_CASES[] = {
-    {"Opaque",         1.0f, ALPHA, REST, 0x0000ff},
-    {"Translucent",    0.2f, ALPHA, REST, 0xcc0033},
-    {"OpaqueAndAdded", 1.0f, ONE,   ONE,  0xff00ff},
-};
-
 TEST_F(RenderTest, BlendsLargeBoxes)
 {
+    using enum display::BlendFactor;
+    constexpr struct {
+        float alpha; // of a blue box over a red one
+        display::BlendFactor source;
+        display::BlendFactor destination;
+        unsigned expected; // 0xRRGGBB
+    } CASES[] = {
+        {1.0f, SRC_ALPHA, ONE_MINUS_SRC_ALPHA, 0x0000ff},
+        {0.2f, SRC_ALPHA, ONE_MINUS_SRC_ALPHA, 0xcc0033},
+        {1.0f, ONE,       ONE,                 0xff00ff},
+    };
     const Area all(0, 0, 200, 200);
-    for (const BlendCase& row : BLEND_CASES) {
-        const Picture picture = GlDisplayTest::pictureOf([&] {
+    for (const auto& [alpha, source, destination, expected] : CASES) {
+        const Picture picture = GlDisplayTest::pictureOf([&, over = Vector4f(0, 0, 1, alpha)] {
             mRender.setupDraw(Vector2f(200, 200), Vector2f(0, 0), 0.0f);
             mRender.setColor(RED, RED);
-            mRender.drawBox(all, Render::GRADIENT_VERTICAL);
-            display::DisplayObsolete::setBlendFunction(row.source, row.destination);
-            const Vector4f over(0.0f, 0.0f, 1.0f, row.alpha);
+            mRender.drawBox(all, DOWN);
+            display::DisplayObsolete::setBlendFunction(source, destination);
             mRender.setColor(over, over);
-            mRender.drawBox(all, Render::GRADIENT_VERTICAL);
+            mRender.drawBox(all, DOWN);
         });
-        EXPECT_EQ(pixelAt(picture, 30, 30), row.expected) << row.name;
+        EXPECT_EQ(pixelAt(picture, 30, 30), expected);
     }
 }
 
@@ -341,7 +272,7 @@ TEST_F(RenderTest, KeepsTheOrderOfWhatOverlaps)
             mRender.setColor(RED, RED);
             row.draw(mRender);
             mRender.setColor(BLUE, BLUE);
-            mRender.drawBox(Area(10, 10, 110, 110), Render::GRADIENT_VERTICAL);
+            mRender.drawBox(Area(10, 10, 110, 110), DOWN);
         });
         EXPECT_EQ(pixelAt(picture, 9, 7), 0x0000ffu) << row.name; // (29.7, 31.25)
     }
