@@ -68,8 +68,7 @@ bool ArchiveDirectory::write(File file)
     if (file.isNull())
         return false;
     std::string reason;
-    const std::string_view bytes(file->data, static_cast<std::size_t>(file->length));
-    return writeFileAtomically(mPath + file->filename, bytes, reason);
+    return writeFileAtomically(mPath + file->filename, file->bytes(), reason);
 }
 
 } // namespace zavex::am

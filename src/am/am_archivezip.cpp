@@ -1,6 +1,7 @@
 #include "am/am_archivezip.h"
 
 #include "am/am_deflate.h"
+#include "am/am_diskfile.h"
 #include "common/zvx_system.h"
 
 #include <minizip/unzip.h>
@@ -11,8 +12,6 @@
 #include <memory>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace zavex::am {
@@ -31,30 +30,6 @@ std::string entryName(const std::string& name)
     if (first < name.size() && (name[first] == '/' || name[first] == '\\'))
         ++first;
     return name.substr(first);
-}
-
-/** A regular file that is open for reading. */
-struct OpenedFile {
-    std::FILE* file = nullptr; // null when it cannot be opened
-    std::uint64_t size = 0;    // bytes
-    std::string failure;       // empty when it is open or missing
-};
-
-OpenedFile openRegular(const std::string& path)
-{
-    // A pipe of that name must not make the program wait for its other end.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return {nullptr, 0, errno == ENOENT || errno == ENOTDIR ? "" : std::strerror(errno)};
-    struct stat status {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        close(descriptor);
-        return {nullptr, 0, "Not a regular file"};
-    }
-    std::FILE* const file = fdopen(descriptor, "rb");
-    if (file == nullptr)
-        close(descriptor);
-    return {file, static_cast<std::uint64_t>(status.st_size), file ? "" : std::strerror(errno)};
 }
 
 /** @param opaque  Holds the file that was opened. */
@@ -100,9 +75,14 @@ bool readAll(unzFile zip, char* bytes, std::size_t size)
 
 ArchiveZIP::ArchiveZIP(const std::string& path) : mPath(path)
 {
-    OpenedFile opened = openRegular(path);
+    OpenedFile opened = openRegularFile(path);
     mSize = opened.size;
-    mFile = opened.file;
+    if (opened.descriptor >= 0)
+        mFile = fdopen(opened.descriptor, "rb");
+    if (opened.descriptor >= 0 && mFile == nullptr) {
+        opened.failure = std::strerror(errno);
+        close(opened.descriptor);
+    }
     if (mFile != nullptr) {
         zlib_filefunc64_def functions{};
         fill_fopen64_filefunc(&functions);

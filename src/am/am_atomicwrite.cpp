@@ -191,7 +191,7 @@ bool FileReplacement::writeInPlace()
         const DiskRead beside = readDiskFile(mBeside, mBeside);
         if (beside.file.isNull())
             return false;
-        mBytes.assign(beside.file->data, static_cast<std::size_t>(beside.file->length));
+        mBytes = beside.file->bytes();
     }
     const DiskRead old = readDiskFile(mTarget, mTarget);
     const int descriptor = open(mTarget.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
@@ -200,7 +200,7 @@ bool FileReplacement::writeInPlace()
     bool done = reserve(descriptor, mBytes.size()) && overwrite(descriptor, mBytes);
     if (!done && !old.file.isNull()) {
         const int error = errno;
-        overwrite(descriptor, {old.file->data, static_cast<std::size_t>(old.file->length)});
+        overwrite(descriptor, old.file->bytes());
         errno = error;
     }
     done = closeAfter(descriptor, done);

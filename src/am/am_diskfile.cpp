@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int MOST_LINKS = 40; // as many as the system follows
-constexpr std::int64_t MOST_BYTES =
+constexpr std::uint64_t MOST_BYTES =
     std::numeric_limits<std::int32_t>::max(); // that a file can hold
 
 /** An open file that is closed with the object. */
@@ -41,17 +41,12 @@ private:
     int mDescriptor;
 };
 
-/** Why what is open cannot be read; empty when it can. */
+/** Why what is open is not to be read; empty when it may be. */
 std::string refusal(const struct stat& status)
 {
     if (S_ISDIR(status.st_mode))
         return std::strerror(EISDIR);
-    if (!S_ISREG(status.st_mode))
-        return "Not a regular file";
-    if (status.st_size > MOST_BYTES)
-        return "It has " + std::to_string(status.st_size) + " bytes, expected at most " +
-               std::to_string(MOST_BYTES);
-    return {};
+    return S_ISREG(status.st_mode) ? "" : "Not a regular file";
 }
 
 /** @return Whether all bytes came; else errno says why, EIO when the file ended early. */
@@ -78,23 +73,36 @@ bool meansMissing(int error)
 
 } // namespace
 
-DiskRead readDiskFile(const std::string& path, const std::string& name)
+OpenedFile openRegularFile(const std::string& path)
 {
     // A pipe of that name must not make the program wait for its other end.
-    const Descriptor opened(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (opened.get() < 0)
-        return {{}, meansMissing(errno) ? "" : std::strerror(errno)};
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return {-1, 0, meansMissing(errno) ? "" : std::strerror(errno)};
     struct stat status {};
-    if (fstat(opened.get(), &status) != 0)
-        return {{}, std::strerror(errno)};
-    if (std::string reason = refusal(status); !reason.empty())
-        return {{}, std::move(reason)};
+    std::string failure = fstat(descriptor, &status) != 0 ? std::strerror(errno) : refusal(status);
+    if (failure.empty())
+        return {descriptor, static_cast<std::uint64_t>(status.st_size), {}};
+    close(descriptor);
+    return {-1, 0, std::move(failure)};
+}
 
-    const auto size = static_cast<std::size_t>(status.st_size);
-    auto bytes = std::make_unique_for_overwrite<char[]>(size);
-    if (!readAll(opened.get(), bytes.get(), size))
+DiskRead readDiskFile(const std::string& path, const std::string& name)
+{
+    OpenedFile opened = openRegularFile(path);
+    const Descriptor file(opened.descriptor);
+    if (file.get() < 0)
+        return {{}, std::move(opened.failure)};
+    if (opened.size > MOST_BYTES)
+        return {{},
+                "It has " + std::to_string(opened.size) + " bytes, expected at most " +
+                    std::to_string(MOST_BYTES)};
+
+    auto bytes = std::make_unique_for_overwrite<char[]>(opened.size);
+    if (!readAll(file.get(), bytes.get(), opened.size))
         return {{}, std::strerror(errno)};
-    return {File(new FileStructure(name, std::move(bytes), static_cast<std::int32_t>(size))), {}};
+    return {File(new FileStructure(name, std::move(bytes), static_cast<std::int32_t>(opened.size))),
+            {}};
 }
 
 std::string followLinks(const std::string& path)

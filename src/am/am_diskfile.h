@@ -2,9 +2,20 @@
 
 #include "am/am_file.h"
 
+#include <cstdint>
 #include <string>
 
 namespace zavex::am {
+
+/** What became of opening a file. */
+struct OpenedFile {
+    int descriptor = -1;    // to be closed by the caller; -1 when there is nothing to read
+    std::uint64_t size = 0; // bytes
+    std::string failure;    // why it cannot be opened; empty when it is open or missing
+};
+
+/** Opens a regular file for reading. A pipe, a device or a folder is refused, not waited for. */
+OpenedFile openRegularFile(const std::string& path);
 
 /** What became of reading a file: the file, or why there is none. */
 struct DiskRead {
@@ -16,8 +27,7 @@ struct DiskRead {
 };
 
 /**
- * Reads a regular file whole. A pipe, a device or a folder cannot be read and is not waited for,
- * nor can a file of 2^31 bytes or more.
+ * Reads a regular file whole. A file of 2^31 bytes or more cannot be read.
  *
  * @param path  Where the file is.
  * @param name  What the file is called from then on.

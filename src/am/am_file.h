@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace zavex::am {
 
@@ -27,6 +28,8 @@ struct FileStructure {
         data = nullptr;
         length = 0;
     }
+
+    std::string_view bytes() const { return {data, static_cast<std::size_t>(length)}; }
 
     std::string filename;    // relative to its archive
     std::int32_t length = 0; // bytes

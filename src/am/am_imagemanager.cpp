@@ -49,7 +49,7 @@ Image ImageManager::loadImage(const std::string& name, const File& file, bool un
     ZVX_REQUIRE(!file.isNull(), "!file.isNull()");
 
     const auto* const bytes = reinterpret_cast<const unsigned char*>(file->data);
-    const auto length = static_cast<std::size_t>(file->length);
+    const std::size_t length = file->bytes().size();
     std::shared_ptr<void> share = takeShare(name, codec->readSize(bytes, length));
     auto object = std::make_unique<ImageObject>();
     codec->decodeImage(bytes, length, *object);

@@ -28,7 +28,7 @@ std::string obstacle(const std::string& path)
     if (old.file.isNull())
         return old.failure;
     const auto* const bytes = reinterpret_cast<const unsigned char*>(old.file->data);
-    if (ImageCodecPNG::isEncoded(bytes, static_cast<std::size_t>(old.file->length)))
+    if (ImageCodecPNG::isEncoded(bytes, old.file->bytes().size()))
         return {};
     return "Not a recorded picture";
 }

@@ -30,7 +30,7 @@ bool Music::setup(const am::File& file)
     // The bytes stay where they are: the sound shares the handle that owns them.
     const auto holder = std::make_shared<am::File>(file);
     const auto* bytes = reinterpret_cast<const std::byte*>((*holder)->data);
-    mFile = audio::createMemoryFile({holder, bytes}, static_cast<std::size_t>((*holder)->length));
+    mFile = audio::createMemoryFile({holder, bytes}, file->bytes().size());
 
     mSource = audio::openSampleSource(mFile);
     if (!mSource) {

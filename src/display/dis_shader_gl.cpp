@@ -128,8 +128,7 @@ void ShaderSource_GL::compile(const std::string& file)
         throw Exception{"The device can not load files! (when loading %s)", file.c_str()};
 
     const am::File text = loadFile(file);
-    compile(reinterpret_cast<const char*>(text->data), static_cast<std::size_t>(text->length),
-            file);
+    compile(text->data, text->bytes().size(), file);
 }
 
 void ShaderSource_GL::compile(const char* data, std::size_t size, const std::string& name)

@@ -20,8 +20,7 @@ inline am::File makeFile(const std::string& name, std::string_view content)
 
 inline std::string textOf(const am::File& file)
 {
-    return file.isNull() ? "(null)"
-                         : std::string(file->data, static_cast<std::size_t>(file->length));
+    return file.isNull() ? "(null)" : std::string(file->bytes());
 }
 
 } // namespace zavex::test
