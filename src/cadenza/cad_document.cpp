@@ -19,11 +19,6 @@ namespace zavex::cadenza {
 
 namespace {
 
-std::string bytesOf(const am::File& file)
-{
-    return {file->data, static_cast<std::size_t>(file->length)};
-}
-
 /**
  * `base`, or `base` with a number, for a file of these bytes; `taken` when there is one already. A
  * link is never the one, wherever it leads.
@@ -36,14 +31,14 @@ std::string nameBeside(const std::string& base, std::string_view bytes, bool& ta
         if (std::filesystem::is_symlink(name, error))
             continue;
         const am::DiskRead found = am::readDiskFile(name, name);
-        taken = !found.file.isNull() && bytesOf(found.file) == bytes;
+        taken = !found.file.isNull() && found.file->bytes() == bytes;
         if (taken || found.isMissing())
             return name;
     }
 }
 
 /** Adds a file beside `path` unless there is one of these bytes. */
-void addBeside(const std::string& path, const char* suffix, const std::string& bytes,
+void addBeside(const std::string& path, const char* suffix, std::string_view bytes,
                const char* said, am::SaveSet& set)
 {
     bool taken = false;
@@ -117,12 +112,8 @@ bool DocumentFile::read(xml::XmlParser& document, Links links)
         mKnown = Known::MISSING;
         return false;
     }
-    try {
-        document.parse(found.file->data, found.file->length);
-    } catch (const Exception& exception) {
-        throw Exception("%s: %s", mPath.c_str(), exception.what());
-    }
-    mRead = bytesOf(found.file);
+    document.parse(found.file->bytes(), mPath);
+    mRead = found.file->bytes();
     mKnown = Known::BYTES;
     return true;
 }
@@ -147,7 +138,7 @@ void DocumentFile::replace(const std::string& text, am::SaveSet& set)
     const am::DiskRead found = am::readDiskFile(mPath, mPath);
     if (!found.failure.empty())
         return set.refuse(mPath, found.failure);
-    const std::string bytes = found.isMissing() ? "" : bytesOf(found.file);
+    const std::string_view bytes = found.isMissing() ? "" : found.file->bytes();
     if (!found.isMissing() && bytes == text)
         return;
     const bool isOurs = found.isMissing() || mKnown == Known::NOTHING ||

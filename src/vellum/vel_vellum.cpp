@@ -73,11 +73,7 @@ std::unique_ptr<xml::XmlParser> readDocument(display::DisplayGL& display,
     if (file.isNull())
         return nullptr;
     auto document = std::make_unique<xml::XmlParser>();
-    try {
-        document->parse(file->data, file->length);
-    } catch (const Exception& exception) {
-        throw Exception("%s: %s", fileName.c_str(), exception.what());
-    }
+    document->parse(file->bytes(), fileName);
     return document;
 }
 

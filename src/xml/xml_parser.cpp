@@ -134,6 +134,15 @@ void XmlParser::parse(const std::string& text)
     parseBuffer(text.data(), text.size());
 }
 
+void XmlParser::parse(std::string_view bytes, const std::string& fileName)
+{
+    try {
+        parseBuffer(bytes.data(), bytes.size());
+    } catch (const Exception& exception) {
+        throw Exception("%s: %s", fileName.c_str(), exception.what());
+    }
+}
+
 void XmlParser::parseBuffer(const char* data, std::size_t length)
 {
     BufferReader reader(data, length);

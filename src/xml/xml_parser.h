@@ -42,6 +42,9 @@ public:
     void parse(const char* data, int length);
     void parse(const std::string& text);
 
+    /** The same, with the file's name before what is wrong in it. */
+    void parse(std::string_view bytes, const std::string& fileName);
+
     /** Forgets the tree. The declaration stays until the next `parse`. */
     void clear() { m_root.clear(); }
 
