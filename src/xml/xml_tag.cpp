@@ -76,11 +76,8 @@ void XmlTag::clear()
 
 void XmlTag::setValue(std::string_view attribute, std::string_view value)
 {
-    const auto found = std::ranges::find(arg, attribute, &Argument::name);
-    if (found != arg.end())
-        found->value = value;
-    else
-        arg.push_back({std::string{attribute}, std::string{value}});
+    storeValue(attribute, std::string{value});
+    uniteRepeated();
 }
 
 void XmlTag::setValue(std::string_view attribute, int value)
