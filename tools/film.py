@@ -18,10 +18,6 @@ LOG_LINES = 5  # of a show that did not end well
 SONG_FORMATS = ["-protocol_whitelist", "file", "-format_whitelist", "aiff,au,caf,flac,mp3,ogg,w64,wav"]
 
 
-class FilmError(Exception):
-    """Why there is no film, in one line."""
-
-
 class Recording:
     """A scratch copy of the show, set up to write its frames into a folder."""
 
@@ -33,7 +29,7 @@ class Recording:
         os.mkdir(os.path.join(self.folder, "frames"))
         name = next((each for each in SETTINGS if os.path.exists(self._path(each))), None)
         if name is None:
-            raise FilmError("there is neither demo/%s nor demo/%s" % SETTINGS)
+            raise show.ShowError("there is neither demo/%s nor demo/%s" % SETTINGS)
         self._setup = show.Setup(self._path(name))
         # Sections are applied in order, so these override what the file says.
         sections = '<display width="%d" height="%d" title="afterglow"/><dump name="frames/frame.png" rate="%d" length="%r"/>'
@@ -58,7 +54,7 @@ class Recording:
         # The first frame shows the demo one frame after its start.
         begin = (start.number(b"start") if start else 0.0) + 1 / self.rate
         if not math.isfinite(begin):
-            raise FilmError("the start of the show must be a number of seconds, found %s" % begin)
+            raise show.ShowError("the start of the show must be a number of seconds, found %s" % begin)
         return ["-ss", "%.6f" % max(begin, 0.0), "-t", "%.6f" % self.seconds(), *SONG_FORMATS,
                 "-i", "file:" + self._path(os.fsdecode(song)),
                 "-map", "0:v", "-map", "1:a", "-c:a", "aac", "-b:a", "192k"]
@@ -98,13 +94,13 @@ def feed(recording, player, encoder):
               end="", file=sys.stderr, flush=True)
     print(file=sys.stderr)
     if player.returncode != 0:
-        raise FilmError("the show did not end well")
+        raise show.ShowError("the show did not end well")
     if fed != recording.frames:
-        raise FilmError("only %d of %d frames were recorded" % (fed, recording.frames))
+        raise show.ShowError("only %d of %d frames were recorded" % (fed, recording.frames))
 
 
 def record(recording, program, film):
-    """Writes the film; throws FilmError unless all of it is there."""
+    """Writes the film; throws ShowError unless all of it is there."""
     encode = ["ffmpeg", "-v", "error", "-y", "-f", "image2pipe", "-c:v", "png", "-framerate", str(recording.rate), "-i", "-",
               *recording.sound(), "-c:v", "libx264", "-preset", "medium", "-crf", "18", "-pix_fmt", "yuv420p",
               "-movflags", "+faststart", "file:" + film]
@@ -121,7 +117,7 @@ def record(recording, program, film):
         except BrokenPipeError:
             encoder.stdin = None
         if encoder.wait() != 0:
-            raise FilmError("the film could not be encoded")
+            raise show.ShowError("the film could not be encoded")
 
 
 def last_lines(log):
@@ -138,7 +134,7 @@ def make(frames, width, height, rate, program):
             film = os.path.join(beside, FILM)
             try:
                 record(recording, program, film)
-            except FilmError:
+            except show.ShowError:
                 last_lines(recording.log)
                 raise
             os.replace(film, FILM)
@@ -149,7 +145,7 @@ def main():
     frames, width, height, rate = map(int, sys.argv[1:5])
     try:
         make(frames, width, height, rate, os.path.abspath(sys.argv[5]))
-    except (FilmError, OSError, show.ShowError) as error:
+    except (OSError, show.ShowError) as error:
         say(show.one_line(str(error)))
         return 1
     length = ["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", FILM]

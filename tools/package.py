@@ -12,10 +12,6 @@ ARCHIVE = "demo.zip"
 EARLIEST = (1980, 1, 1, 0, 0, 0)  # that an archive can name
 
 
-class PackageError(Exception):
-    """Why there is no package, in one line."""
-
-
 def is_left_out(name):
     """Settings, which are no part of the archive, the gallery, and what editors and version control leave behind."""
     base = os.path.basename(name)
@@ -37,7 +33,7 @@ def write_archive(files, path):
 def write_settings(path):
     files = dict(show.files("demo", lambda name: name != "setup.xml"))
     if "setup.xml" not in files:
-        raise PackageError("there is no demo/setup.xml")
+        raise show.ShowError("there is no demo/setup.xml")
     setup = show.Setup(files["setup.xml"])
     with open(path, "wb") as file:
         file.write(setup.edited(first=b'\n\t<archive path="%s"/>' % ARCHIVE.encode()))
@@ -53,10 +49,10 @@ def fill(folder):
 
 def make(folder):
     if os.path.lexists(folder):
-        raise PackageError("%s is there already; scripts that were edited in it would be lost" % show.one_line(folder))
+        raise show.ShowError("%s is there already; scripts that were edited in it would be lost" % show.one_line(folder))
     demo = os.path.realpath("demo")
     if os.path.commonpath([demo, os.path.realpath(folder)]) == demo:
-        raise PackageError("%s lies in the show itself" % show.one_line(folder))
+        raise show.ShowError("%s lies in the show itself" % show.one_line(folder))
     missing = []
     above = os.path.dirname(folder)
     while not os.path.isdir(above):
@@ -84,7 +80,7 @@ def main():
     folder = os.path.abspath(sys.argv[1])
     try:
         make(folder)
-    except (OSError, PackageError, show.ShowError) as error:
+    except (OSError, show.ShowError) as error:
         print("package: " + show.one_line(str(error)), file=sys.stderr)
         return 1
     except UnicodeEncodeError as error:

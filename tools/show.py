@@ -19,7 +19,7 @@ _strtod.argtypes = [ctypes.c_char_p, ctypes.c_void_p]
 
 
 class ShowError(Exception):
-    """What is wrong with the show, in one line."""
+    """Why nothing can be made of the show, in one line."""
 
 
 @dataclasses.dataclass
