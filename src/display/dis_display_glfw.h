@@ -168,7 +168,7 @@ private:
     /** What the window library calls; lives beside the input operations. */
     struct Callbacks;
 
-    /** What the X library calls when it can not go on. */
+    /** What the X library calls when it cannot go on. */
     struct LostScreen;
 
     void init();

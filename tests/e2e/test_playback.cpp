@@ -116,7 +116,7 @@ void signal(const Program& program, const VirtualScreen&)
     kill(program.pid(), SIGNAL);
 }
 
-/** The first one can not be obeyed while the screen does not answer. */
+/** The first one cannot be obeyed while the screen does not answer. */
 void signalTwice(const Program& program, const VirtualScreen& screen)
 {
     constexpr std::chrono::milliseconds LONG_ENOUGH{500};
