@@ -201,7 +201,7 @@ protected:
     int mHeight = 0;          // pixels
     int mWidth = 0;           // pixels
     bool mOsd = true;         // the position bar may be shown
-    int mOsdLocation = 0;     // 0 top, 1 middle, 2 bottom
+    int mOsdLocation = 0;     // index of one of `OSD_LOCATIONS`
     float mOsdDelay = 2.0f;   // seconds that the bar stays
     float mOsdTime = -100.0f; // demo time at which the bar was called up, seconds
     am::ArchiveManager mArchive;

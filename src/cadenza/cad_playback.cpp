@@ -3,12 +3,10 @@
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_gui.h"
 #include "cadenza/cad_main.h"
+#include "cadenza/cad_position_bar.h"
 #include "common/zvx_system.h"
 #include "display/dis_display.h"
-#include "display/dis_display_obsolete.h"
 #include "display/dis_event.h"
-#include "mathbase/mb_matrix4x4col.h"
-#include "mathbase/mb_vector4.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,38 +16,11 @@ namespace zavex::cadenza {
 
 namespace {
 
-using display::DisplayObsolete;
-using mathbase::Vector4f;
-
 constexpr float SEEK_STEP = 5.0f;      // seconds
 constexpr float NEVER_SHOWN = -100.0f; // demo time of a position bar that was not called up
-constexpr int OSD_LOCATIONS = 3;
 
 // A length in decimals times a rate may land just above the whole number of frames that it means.
 constexpr double FRAME_TOLERANCE = 1e-3;
-
-// The position bar, in normalised device coordinates.
-constexpr float OSD_HALF_WIDTH = 0.98f;
-constexpr float OSD_HALF_HEIGHT = 0.03f;
-constexpr float OSD_MARK_WIDTH = 0.005f;
-constexpr float OSD_MARK_HALF_HEIGHT = 0.028f;
-constexpr float OSD_CENTRE = 0.9313726f; // distance of an outer location from the middle
-constexpr float OSD_LINE_WIDTH = 1.0f;   // pixels
-
-void drawOsdMark(float progress, float centre, const Vector4f& colour)
-{
-    const float x = OSD_HALF_WIDTH * (2.0f * progress) - OSD_HALF_WIDTH;
-    DisplayObsolete::setColor(colour);
-    DisplayObsolete::drawBox(x, centre - OSD_MARK_HALF_HEIGHT, x + OSD_MARK_WIDTH,
-                             centre + OSD_MARK_HALF_HEIGHT, DisplayObsolete::SOLID);
-}
-
-void drawOsdFrame(float centre, const Vector4f& colour, DisplayObsolete::FillMode mode)
-{
-    DisplayObsolete::setColor(colour);
-    DisplayObsolete::drawBox(-OSD_HALF_WIDTH, centre - OSD_HALF_HEIGHT, OSD_HALF_WIDTH,
-                             centre + OSD_HALF_HEIGHT, mode);
-}
 
 } // namespace
 
@@ -227,19 +198,7 @@ void Cadenza::hideOsd()
 
 void Cadenza::drawOsd()
 {
-    DisplayObsolete drawing;
-    DisplayObsolete::setProject(drawing.getTransform());
-    drawing.setCamera();
-    DisplayObsolete::setFaceCulling(false);
-    DisplayObsolete::setDepthTest(false);
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setLineWidth(OSD_LINE_WIDTH);
-
-    const float centre = static_cast<float>(mOsdLocation - 1) * -OSD_CENTRE;
-    drawOsdFrame(centre, {0.0f, 0.0f, 0.0f, 0.6f}, DisplayObsolete::SOLID);
-    drawOsdMark(mStartTime / mSongLength, centre, {0.0f, 1.0f, 0.0f, 0.6f});
-    drawOsdMark(mMusicTime / mSongLength, centre, {1.0f, 1.0f, 1.0f, 0.8f});
-    drawOsdFrame(centre, {0.0f, 0.0f, 0.0f, 1.0f}, DisplayObsolete::WIRE);
+    drawPositionBar(mOsdLocation, mStartTime / mSongLength, mMusicTime / mSongLength);
 }
 
 int Cadenza::onKeyDown(const display::KeyEvent& event)
@@ -298,7 +257,7 @@ void Cadenza::pressOsdKey(const display::KeyEvent& event)
         return;
     }
     if (isOsdCalledUp(mSystemTime))
-        mOsdLocation = (mOsdLocation + 1) % OSD_LOCATIONS;
+        mOsdLocation = (mOsdLocation + 1) % static_cast<int>(OSD_LOCATIONS.size());
     mOsdTime = mSystemTime;
 }
 

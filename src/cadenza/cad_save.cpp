@@ -5,6 +5,7 @@
 #include "cadenza/cad_document.h"
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_main.h"
+#include "cadenza/cad_position_bar.h"
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
 
@@ -22,12 +23,6 @@ constexpr int DECIMALS = 2; // of seconds
 const char* onOrOff(bool on)
 {
     return on ? "on" : "off";
-}
-
-const char* locationName(int location)
-{
-    constexpr std::array names = {"top", "middle", "bottom"};
-    return names.at(static_cast<std::size_t>(location));
 }
 
 /** As `printf("%.2f")` in the C locale. */
@@ -124,7 +119,7 @@ void Cadenza::storeSettings(xml::XmlParser& parser) const
     });
     forEach(parser, "osd", [this](xml::XmlTag& osd) {
         osd.setValue("show", onOrOff(mOsd));
-        osd.setValue("location", locationName(mOsdLocation));
+        osd.setValue("location", OSD_LOCATIONS.at(static_cast<std::size_t>(mOsdLocation)));
         osd.setValue("delay", secondsText(mOsdDelay));
     });
     forEach(parser, "log",

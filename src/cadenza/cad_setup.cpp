@@ -1,6 +1,7 @@
 // The configuration: what each element of the setup file does.
 
 #include "cadenza/cad_main.h"
+#include "cadenza/cad_position_bar.h"
 #include "common/zvx_process.h"
 #include "common/zvx_system.h"
 #include "xml/xml_parser.h"
@@ -134,13 +135,7 @@ void Cadenza::applyOsd(const xml::XmlTag& tag)
     if (!isOn(tag, "show"))
         mOsd = false;
 
-    const std::string& location = tag.getValue("location");
-    mOsdLocation = 0;
-    if (location == "middle")
-        mOsdLocation = 1;
-    else if (location == "bottom")
-        mOsdLocation = 2;
-
+    mOsdLocation = osdLocation(tag.getValue("location"));
     mOsdDelay = tag.getValueFloat("delay");
     if (mOsdDelay == 0.0f)
         mOsdDelay = DEFAULT_OSD_DELAY;
