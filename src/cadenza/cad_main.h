@@ -247,7 +247,6 @@ private:
     void followMusic();
     void watchSong();
     void startOver(int rounds);
-    void endSong();
     [[noreturn]] void endShow();
     void drawEffects();
     bool isDumpComplete() const;

@@ -136,7 +136,7 @@ void Cadenza::watchSong()
     if (mNosound || mMusic.isPaused())
         return;
     if (!mMusic.isPlaying())
-        endSong();
+        endShow(); // a song that loops has no end
     else if (const int rounds = mMusic.getRounds(); rounds != mSongRounds)
         startOver(rounds);
 }
@@ -149,16 +149,6 @@ void Cadenza::startOver(int rounds)
     mClockFollower.shift(-double{passed});
     setClock(std::max(mClock.getTime() - passed, 0.0f));
     mLastTime = 0.0f;
-    hideOsd();
-}
-
-void Cadenza::endSong()
-{
-    if (!mLoop)
-        endShow();
-
-    setTime(0.0f);
-    mMusic.play();
     hideOsd();
 }
 
