@@ -1,6 +1,7 @@
 #include "audio/aud_source.h"
 #include "audio/memory_file.h"
 
+#include "support/log_capture.h"
 #include "support/ogg_pages.h"
 #include "support/sound_file.h"
 
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -40,11 +42,12 @@ constexpr struct FormatCase {
     std::int64_t frames;
     double noise; // largest mean square of what the format changes; silence would be 0.083
 } FORMATS[] = {
-    {"Wav",         SoundFormat::WAV,  2, 44100, 50021, 1e-9},
-    {"WavOneFrame", SoundFormat::WAV,  1, 8000,  1,     1e-9},
-    {"Flac",        SoundFormat::FLAC, 2, 48000, 50021, 1e-9},
-    {"FlacMono",    SoundFormat::FLAC, 1, 22050, 4097,  1e-9},
-    {"Ogg",         SoundFormat::OGG,  2, 44100, 50021, 0.06},
+    {"Wav",             SoundFormat::WAV,  2,    44100, 50021, 1e-9},
+    {"WavOneFrame",     SoundFormat::WAV,  1,    8000,  1,     1e-9},
+    {"WavMostChannels", SoundFormat::WAV,  1024, 8000,  3,     1e-9},
+    {"Flac",            SoundFormat::FLAC, 2,    48000, 50021, 1e-9},
+    {"FlacMono",        SoundFormat::FLAC, 1,    22050, 4097,  1e-9},
+    {"Ogg",             SoundFormat::OGG,  2,    44100, 50021, 0.06},
 };
 
 /** From places scattered over the sound, near and far from the one before. */
@@ -70,6 +73,7 @@ TEST(SampleSource, DeliversAllFramesOfEveryFormatFromAnyPosition)
 {
     for (const FormatCase& each : FORMATS) {
         SCOPED_TRACE(each.name);
+        test::clearLog();
         const auto written = test::makeNoise(static_cast<std::size_t>(each.frames * each.channels));
         const auto source =
             openBytes(test::encodeSound(each.format, each.channels, each.sampleRate, written));
@@ -78,6 +82,7 @@ TEST(SampleSource, DeliversAllFramesOfEveryFormatFromAnyPosition)
         EXPECT_EQ(source->getFormat().sampleRate, each.sampleRate);
         EXPECT_EQ(source->getLength(), each.frames);
         EXPECT_EQ(source->getPosition(), 0);
+        EXPECT_EQ(test::countLogged("log", "The sound states "), 0) << "it was counted through";
 
         std::vector<float> read(written.size() + static_cast<std::size_t>(each.channels));
         EXPECT_EQ(source->read(read), each.frames);
@@ -123,6 +128,8 @@ void seal(std::vector<std::byte>& ogg)
 {
     test::sealOggPages({reinterpret_cast<std::uint8_t*>(ogg.data()), ogg.size()});
 }
+
+constexpr std::size_t OGG_SERIAL = 14; // in bytes from a page's start
 
 std::size_t lastPageOf(const std::vector<std::byte>& ogg)
 {
@@ -175,6 +182,25 @@ TEST(SampleSource, OfADamagedFileIsAsLongAsWhatIsLeftAndCanBeMovedAnywhereInIt)
             EXPECT_EQ(source->read(samples), length - frame) << frame;
         }
     }
+}
+
+TEST(SampleSource, OfAnOggFileEndsBeforeAPageThatIsMissingOrOfAnotherStream)
+{
+    const auto whole = test::encodeSound(SoundFormat::OGG, 1, 8000, test::makeNoise(50000));
+    const std::size_t last = lastPageOf(whole);
+    const std::size_t odd = lastPageOf({whole.begin(), whole.begin() + std::ptrdiff_t(last)});
+    const std::size_t kept = lastPageOf({whole.begin(), whole.begin() + std::ptrdiff_t(odd)});
+    std::int64_t position = 0; // at the end of the page before
+    std::memcpy(&position, whole.data() + kept + test::OGG_POSITION, sizeof position);
+    EXPECT_GT(position, 1000);
+
+    Bytes missing = whole;
+    missing.erase(missing.begin() + std::ptrdiff_t(odd), missing.begin() + std::ptrdiff_t(last));
+    Bytes foreign = whole;
+    foreign[odd + OGG_SERIAL] ^= std::byte{1};
+    seal(foreign);
+    for (const Bytes& bytes : {missing, foreign})
+        EXPECT_EQ(openBytes(bytes)->getLength(), position) << bytes.size();
 }
 
 /** Cut anywhere, a sound opens or does not; reading and moving in it touches nothing else. */
