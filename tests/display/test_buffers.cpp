@@ -137,6 +137,7 @@ TEST_P(Buffers, UploadWhatWasWrittenAndKeepItThroughALostContext)
         buffer->unlock();
         expectUploaded(0, 1.0f); // the whole buffer
     });
+    EXPECT_NO_THROW(buffer->replace(30, 0, nullptr));
     EXPECT_FALSE(buffer->isDisposed());
     mDisplay.close();
     EXPECT_TRUE(buffer->isDisposed());

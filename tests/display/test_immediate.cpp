@@ -189,6 +189,13 @@ constexpr ShapeCase SHAPES[] = {
          Draw::setFaceCulling(true);
          Draw::setBlending(true);
      }},
+    {"BoxOfTransformedCorners",
+     [] {
+         Draw::MatrixGL transform;
+         transform.setScale(Vector3f(1, 1.25f, 1));
+         Draw::drawBox(Draw::boxCorners(transform, {0, 0.2f, 0}, {1, 1, 1}));
+     },
+     plainBox, lookFromAbove},
     {"BoxOfSixFloatsHidesItsFarSides",
      [] { Draw::drawBox(-1.0f, -1.0f, -1.0f, 1.0f, 1.5f, 1.0f); }, plainBox,
      [] {

@@ -52,7 +52,10 @@ TEST(Window, OpensClosesAndOpensAgain)
     EXPECT_EQ(countLogged("info", "closing display"), 1);
     EXPECT_FALSE(display.update());
     protocol.clear();
-    display.open(smallMode(80, 60));
+    WindowMode fixed = smallMode(80, 60);
+    fixed.canResize = false;
+    display.open(fixed);
+    EXPECT_EQ(glfwGetWindowAttrib(glfwGetCurrentContext(), GLFW_RESIZABLE), GLFW_FALSE);
     EXPECT_EQ(protocol, (Protocol{"early resize 80x60", "late resize 80x60"}));
     EXPECT_TRUE(display.update());
 }
@@ -210,9 +213,15 @@ TEST_F(Frame, StatesAreResetBeforeDrawing)
         GLfloat matrix[16] = {};
         glGetFloatv(GL_TEXTURE_MATRIX, matrix);
         EXPECT_EQ(matrix[0], 1.0f);
-        glGetFloatv(GL_PROJECTION_MATRIX, matrix);
-        EXPECT_NEAR(matrix[5], 2.4142135f, 1e-5f);
-        EXPECT_NEAR(matrix[0], 2.4142135f * 48.0f / 64.0f, 1e-5f);
+        for (const bool isAskedFor : {false, true}) {
+            glGetFloatv(GL_PROJECTION_MATRIX, matrix);
+            EXPECT_NEAR(matrix[5], 2.4142135f, 1e-5f) << isAskedFor;
+            EXPECT_NEAR(matrix[0], 2.4142135f * 48.0f / 64.0f, 1e-5f) << isAskedFor;
+            Draw::setProject(0.0f, 1.0f, 0.0f, 1.0f);
+            Draw::flush();
+            Draw::setProject();
+            Draw::flush();
+        }
         GLfloat depth = 0.0f;
         glGetFloatv(GL_DEPTH_CLEAR_VALUE, &depth);
         EXPECT_EQ(depth, 1.0f);
