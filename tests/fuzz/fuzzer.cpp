@@ -2,7 +2,6 @@
 
 #include "fuzz/fuzz_target.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -15,17 +14,12 @@ namespace {
 
 const Target& chosen()
 {
-    static const Target* const target = [] {
-        const char* const name = std::getenv("FUZZ_TARGET");
-        const auto* const found = std::ranges::find(
-            zavex::fuzz::TARGETS, std::string_view(name == nullptr ? "" : name), &Target::name);
-        if (found == std::end(zavex::fuzz::TARGETS)) {
-            std::fprintf(stderr, "FUZZ_TARGET names no target\n");
-            std::exit(EXIT_FAILURE);
-        }
-        return found;
-    }();
-    return *target;
+    const char* const name = std::getenv("FUZZ_TARGET");
+    for (const Target& each : zavex::fuzz::TARGETS)
+        if (name != nullptr && each.name == std::string_view(name))
+            return each;
+    std::fprintf(stderr, "FUZZ_TARGET names no target\n");
+    std::exit(EXIT_FAILURE);
 }
 
 } // namespace
