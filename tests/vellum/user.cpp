@@ -197,11 +197,13 @@ void User::turnWheel(std::string_view steps)
 
 void User::pressKeys(std::string_view names)
 {
+    bool allUsed = true;
     while (!names.empty()) {
         std::string_view name = takeUpTo(names, BLANKS);
         const int modifiers = takeModifiers(name);
-        mAnswer = pressKey(mScreen, keyOf(name), modifiers);
+        allUsed = pressKey(mScreen, keyOf(name), modifiers) != 0 && allUsed;
     }
+    mAnswer = allUsed ? 1 : 0;
 }
 
 void User::type(std::string_view characters)

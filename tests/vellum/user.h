@@ -24,7 +24,7 @@ namespace zavex::vellum::test {
  * | `pick type/square`       | releases over a row of the open menu, along its submenus          |
  * | `reset`                  | lets the whole screen forget where the pointer is                 |
  * | `hide id`, `show id`, `disable id`, `enable id`, `focus id` | does so to a control           |
- * | `used`, `unused`         | expects of the last event that it was kept from others, or not    |
+ * | `used`, `unused`         | expects that the last event, or every key, was kept from others   |
  * | `= text`                 | expects that this is the state, as `state` says                   |
  *
  * A step that cannot be done ends in an Exception.
