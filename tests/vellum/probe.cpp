@@ -20,20 +20,6 @@ std::string namesOf(const Control& parent, Control* (Control::*get)(int) const)
 
 } // namespace
 
-void RecordingRender::clear()
-{
-    boxes.clear();
-    boxColors.clear();
-    boxEndColors.clear();
-    borders.clear();
-    images.clear();
-    lines.clear();
-    circles.clear();
-    circleColors.clear();
-    clips.clear();
-    texts.clear();
-}
-
 Probe::Probe(const std::string& name, Area area)
 {
     mId = name;

@@ -19,9 +19,8 @@ namespace zavex::vellum::test {
 using Area = Control::Area;
 using mathbase::Vector2f;
 
-/** Notes what it is told to draw. Every character is 6 pixels wide. */
-class RecordingRender final : public Render {
-public:
+/** What was drawn, in the order in which it was. */
+struct Drawing {
     struct Text {
         std::string text;
         Vector2f position;
@@ -33,6 +32,20 @@ public:
         Vector2f to;
     };
 
+    std::vector<Area> boxes;
+    std::vector<mathbase::Vector4f> boxColors;
+    std::vector<mathbase::Vector4f> boxEndColors;
+    std::vector<Area> borders;
+    std::vector<Line> lines;
+    std::vector<Area> circles;
+    std::vector<mathbase::Vector4f> circleColors;
+    std::vector<Area> clips;
+    std::vector<Text> texts;
+};
+
+/** Notes what it is told to draw. Every character is 6 pixels wide. */
+class RecordingRender final : public Render, public Drawing {
+public:
     void setup(display::DisplayGL*, const std::string&) override {}
     void setupDraw(Vector2f, Vector2f, float) override {}
     void setColor(const mathbase::Vector4f& first, const mathbase::Vector4f& second) override
@@ -59,7 +72,7 @@ public:
         circles.push_back(box);
         circleColors.push_back(mFirst);
     }
-    void drawImage(display::Texture&, const Area& box) override { images.push_back(box); }
+    void drawImage(display::Texture&, const Area&) override {}
     void drawText(const std::string& text, Vector2f position) override
     {
         texts.push_back({text, position, mAlign, mFirst});
@@ -72,18 +85,8 @@ public:
     float getTime() const override { return time; }
 
     /** Forgets what was drawn. */
-    void clear();
+    void clear() { static_cast<Drawing&>(*this) = {}; }
 
-    std::vector<Area> boxes;
-    std::vector<mathbase::Vector4f> boxColors;
-    std::vector<mathbase::Vector4f> boxEndColors;
-    std::vector<Area> borders;
-    std::vector<Area> images;
-    std::vector<Line> lines;
-    std::vector<Area> circles;
-    std::vector<mathbase::Vector4f> circleColors;
-    std::vector<Area> clips;
-    std::vector<Text> texts;
     float time = 0.0f; // seconds
 
 private:
