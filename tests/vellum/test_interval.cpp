@@ -6,34 +6,28 @@ namespace zavex::vellum::test {
 
 namespace {
 
-constexpr struct EaseCase {
-    const char* name;
-    float from;
-    float to;
-    float rate;    // transitions per second; the duration is 0.3 seconds where it is not positive
-    float elapsed; // seconds since the first `get` of the transition
-    float expected;
-} EASE_CASES[] = {
-    {"UpAtTheStart",   0.0f, 1.0f,  0.0f,  0.0f,  0.0f   },
-    {"UpHalfway",      0.0f, 1.0f,  0.0f,  0.15f, 0.7071f},
-    {"UpAtTheEnd",     0.0f, 1.0f,  0.0f,  0.3f,  1.0f   },
-    {"DownAtTheStart", 8.0f, -2.0f, 0.0f,  0.0f,  8.0f   },
-    {"DownAThird",     8.0f, -2.0f, 0.0f,  0.1f,  3.0f   },
-    {"SlowerHalfway",  0.0f, 1.0f,  0.25f, 2.0f,  0.7071f},
-    {"ClockWentBack",  3.0f, 5.0f,  0.0f,  -1.0f, 3.0f   },
+// From, to, transitions per second (0.3 seconds long where that is not positive), seconds since the
+// first `get` of the transition, and what it gives then.
+constexpr float EASES[][5] = {
+    {0.0f, 1.0f,  0.0f,  0.0f,  0.0f   },
+    {0.0f, 1.0f,  0.0f,  0.15f, 0.7071f},
+    {0.0f, 1.0f,  0.0f,  0.3f,  1.0f   },
+    {8.0f, -2.0f, 0.0f,  0.1f,  3.0f   },
+    {0.0f, 1.0f,  0.25f, 2.0f,  0.7071f},
+    {3.0f, 5.0f,  0.0f,  -1.0f, 3.0f   }, // the clock went back
 };
 
-TEST(IntervalEase, IsPartOfTheWay)
+TEST(Interval, EasesPartOfTheWay)
 {
-    for (const EaseCase& row : EASE_CASES) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [from, to, rate, elapsed, expected] : EASES) {
+        SCOPED_TRACE(testing::Message() << from << " to " << to << " after " << elapsed);
         Interval interval;
-        interval.setSpeed(row.rate);
-        interval.set(row.from, true);
-        EXPECT_EQ(interval.get(2.0f, false), row.from);
-        interval.set(row.to, false);
-        EXPECT_EQ(interval.get(4.0f, false), row.from) << "starts when it is first asked";
-        EXPECT_NEAR(interval.get(4.0f + row.elapsed, false), row.expected, 1e-4f);
+        interval.setSpeed(rate);
+        interval.set(from, true);
+        EXPECT_EQ(interval.get(2.0f, false), from);
+        interval.set(to, false);
+        EXPECT_EQ(interval.get(4.0f, false), from) << "starts when it is first asked";
+        EXPECT_NEAR(interval.get(4.0f + elapsed, false), expected, 1e-4f);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "vellum/user.h"
 #include "vellum/vel_button.h"
 #include "vellum/vel_color_chooser.h"
+#include "vellum/vel_context.h"
 #include "vellum/vel_dropdown.h"
 #include "vellum/vel_knob.h"
 #include "vellum/vel_radio_button.h"
@@ -207,6 +208,104 @@ TEST(TreeView, NestsWithoutEnd)
     bench.control.setArea(Area(0, 0, 100, 62));
     bench.screen.redraw();
     EXPECT_EQ(bench.screen.render.texts.back().text, "at the top") << "resizing keeps the place";
+}
+
+/** The titles are "file" at x 5..29, "edit" at 44..68; the menu of "file" is at (5, 20). */
+std::string bar(const std::string& colors)
+{
+    return "<menubar>" + colors + R"(<area width="400" height="20"/>
+        <item caption="file"><item caption="quit"/><item caption="recent"><item caption="a.xml"/>
+        </item></item><item caption="edit"><color name="text.color" first="0000ff"/>
+        <item caption="undo"/></item></menubar>)";
+}
+
+TEST(MenuBar, SharesNoEventWithOthersUntilAnyButtonClosedItsMenu)
+{
+    Bench bench(bar(""));
+    Probe& below = addProbe(bench.screen, "below", Area(0, 20, 400, 300));
+    bench.user.does("click 10,10; down 10,30; up");
+    EXPECT_EQ(below.count(Event::MOUSE_UP), 0) << "seen by the bar and its menu alone";
+    bench.user.does("click 10,10; right 300,200; move 301,200; down");
+    EXPECT_EQ(below.count(Event::MOUSE_DOWN), 1) << "the next press alone";
+}
+
+/** The colour that the first text `caption` was drawn in. */
+mathbase::Vector4f colorOf(const RecordingRender& render, const std::string& caption)
+{
+    for (const RecordingRender::Text& text : render.texts)
+        if (text.text == caption)
+            return text.color;
+    ADD_FAILURE() << caption << " was not drawn";
+    return {};
+}
+
+TEST(MenuBar, GivesItsColoursToMenusThatHaveNoneOfTheirOwn)
+{
+    Bench bench(bar("<color name='text.color' first='ff0000'/>"
+                    "<color name='back.color' first='00ff00'/>"));
+    const auto colorIn = [&](const char* steps, const std::string& caption) {
+        bench.user.does(steps);
+        Context& menu = *bench.screen.getOpen();
+        bench.screen.render.clear();
+        menu.draw(menu.getArea(), bench.screen.getArea(), bench.screen.getArea());
+        return colorOf(bench.screen.render, caption);
+    };
+    EXPECT_EQ(colorIn("down 10,10", "quit"), mathbase::Vector4f(1, 0, 0, 1));
+    EXPECT_EQ(colorIn("move 10,45", "recent"), mathbase::Vector4f(0, 1, 0, 1)) << "selected";
+    EXPECT_EQ(colorIn("", "a.xml"), mathbase::Vector4f(1, 0, 0, 1)) << "submenu";
+    EXPECT_EQ(colorIn("move 50,10", "undo"), mathbase::Vector4f(0, 0, 1, 1));
+}
+
+TEST(MenuBar, WritesTheMarkedTitleAsAMarkedRow)
+{
+    Bench bench(bar("<color name='text.color' first='ff0000'/>"
+                    "<color name='text.highlight' first='ffffff' second='0000ff'/>"));
+    bench.user.does("move 10,10");
+    bench.screen.redraw();
+    EXPECT_EQ(colorOf(bench.screen.render, "file"), mathbase::Vector4f(0, 0, 1, 1));
+    EXPECT_EQ(colorOf(bench.screen.render, "edit"), mathbase::Vector4f(1, 0, 0, 1));
+}
+
+const std::string WINDOW = "<window><area x='50' y='40' w='200' h='150'/></window>";
+
+TEST(Window, FollowsThePointerOnAScrolledParent)
+{
+    Bench bench(WINDOW);
+    bench.screen.setOffset(Vector2f(10, 5));
+    bench.user.does("down 100,50; move 20,70");
+    EXPECT_EQ(text(bench.control.getArea() + bench.screen.getOffset()), "0 60 200 210");
+}
+
+TEST(Window, DragsByTheLeftButtonOnAnActiveCaptionUntilItIsReleasedOrHidden)
+{
+    Bench bench(WINDOW);
+    bench.user.does("right 100,50; move 110,60; rightup");
+    bench.control.getOrder(0)->setInactive(true);
+    bench.user.does("down 100,50; move 110,60; up; double 100,50; up");
+    EXPECT_EQ(text(bench.control.getArea()), "50 40 250 190");
+    bench.control.getOrder(0)->setInactive(false);
+    bench.user.does("down 100,50; move 390,290; rightup; move 110,50; hide it; show it; move 9,9");
+    EXPECT_EQ(text(bench.control.getArea()), "60 40 260 190");
+    EXPECT_EQ(bench.observer.text(), "");
+}
+
+TEST(Window, ResizesItsContentWithIt)
+{
+    Bench bench(WINDOW);
+    bench.user.does("double 100,50");
+    EXPECT_EQ(text(bench.control.getOrder(1)->getArea()), "0 26 400 300");
+    bench.user.does("up; double 100,10");
+    EXPECT_EQ(text(bench.control.getOrder(1)->getArea()), "0 26 200 150");
+}
+
+TEST(Window, CutsItsCaptionToItsBar)
+{
+    Bench bench(WINDOW);
+    bench.control.setCaption("a caption far too long for a window that is two hundred pixels wide");
+    bench.screen.redraw();
+    ASSERT_EQ(bench.screen.render.texts.size(), 1u);
+    EXPECT_EQ(bench.screen.render.texts[0].position, Vector2f(58, 53));
+    EXPECT_EQ(bench.screen.render.texts[0].text.size(), 30u) << "184 pixels, 6 a letter";
 }
 
 } // namespace
