@@ -246,12 +246,14 @@ void Keyboard::press(const std::string& keys) const
     runOnScreen(mScreen, command);
 }
 
+double demoTimeIn(const OutputLine& line)
+{
+    return std::strtod(line.text.c_str() + line.text.rfind(' '), nullptr);
+}
+
 Files record(const TemporaryFolder& show, const VirtualScreen& screen)
 {
-    Program program(show.path(), screen,
-                    {
-                        std::pair{"CADENZA_SEED", "7"}
-    });
+    Program program(show.path(), screen, variable("CADENZA_SEED", "7"));
     if (program.waitForEnd(240.0) != 0)
         throw Exception("The recording does not end well:\n%s", program.output().c_str());
     return filesIn(show, "frames");
@@ -281,9 +283,7 @@ std::string runProgram(const std::vector<std::string>& arguments, const Environm
 
 std::string runOnScreen(const VirtualScreen& screen, const std::vector<std::string>& arguments)
 {
-    return runProgram(arguments, {
-                                     std::pair{"DISPLAY", screen.display()}
-    });
+    return runProgram(arguments, variable("DISPLAY", screen.display()));
 }
 
 } // namespace zavex::test

@@ -14,6 +14,13 @@ namespace zavex::test {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
+inline Environment variable(const std::string& name, const std::string& value)
+{
+    return {
+        std::pair{name, value}
+    };
+}
+
 /** Files by name, in order, and what they hold. */
 using Files = std::vector<std::pair<std::string, std::string>>;
 
@@ -125,6 +132,9 @@ public:
 private:
     const VirtualScreen& mScreen;
 };
+
+/** The demo time that a line ends with, seconds; P logs one. */
+double demoTimeIn(const OutputLine& line);
 
 /**
  * Lets the show in a folder record the frames that its setup file asks for into "frames", from a

@@ -59,10 +59,7 @@ TEST_P(BadInputs, EndWithOneClearErrorAndLoseNothing)
     const auto before = show.scripts();
 
     const VirtualScreen screen;
-    Program program(show.path(),
-                    {
-                        std::pair{"DISPLAY", input.hasScreen ? screen.display() : ""}
-    });
+    Program program(show.path(), variable("DISPLAY", input.hasScreen ? screen.display() : ""));
     EXPECT_EQ(program.waitForEnd(), 1) << program.output();
     for (const char* part : input.said)
         EXPECT_NE(program.output().find(part), std::string::npos) << part << "\n"
@@ -94,10 +91,7 @@ TEST_P(WithoutMusic, TheShowGoesOn)
     const ShowCopy show(R"(<display width="160" height="120" title="silent"/><music filename=")" +
                         std::string(GetParam().song) + "\"/>");
     const VirtualScreen screen;
-    Program program(show.path(), screen,
-                    {
-                        std::pair{"ALSOFT_DRIVERS", GetParam().drivers}
-    });
+    Program program(show.path(), screen, variable("ALSOFT_DRIVERS", GetParam().drivers));
     const Keyboard keyboard(screen, "silent");
     EXPECT_GE(program.waitForLine(GetParam().said), 0) << program.output();
     EXPECT_GE(program.waitForLine("---"), 0) << program.output();

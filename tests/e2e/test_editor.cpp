@@ -190,10 +190,7 @@ struct Editor : testing::Test {
             const std::size_t from = program.lines().size();
             keyboard.press("p");
             const int line = program.waitForLine("[onKeyDown], ", from);
-            if (line < 0)
-                return -1.0;
-            const std::string& text = program.lines()[static_cast<std::size_t>(line)].text;
-            return std::strtod(text.c_str() + text.rfind(' '), nullptr);
+            return line < 0 ? -1.0 : demoTimeIn(program.lines()[static_cast<std::size_t>(line)]);
         }
 
         /** Returns to the start marker. */

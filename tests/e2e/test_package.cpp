@@ -30,9 +30,7 @@ TEST(Package, ShowsTheSameWithItsScriptsBesideOneArchive)
         R"(<dump name="frames/shot.png" rate="0.05" length="160"/><music/>)";
     const PackagedShow package(sections);
     EXPECT_EQ(package.files().size(), filesIn(package, "script").size() + 2);
-    const PackagedShow elsewhere("", {
-                                         {"TZ", "XYZ-9"}
-    });
+    const PackagedShow elsewhere("", variable("TZ", "XYZ-9"));
     EXPECT_TRUE(package.read("demo.zip") == elsewhere.read("demo.zip"));
     constexpr std::size_t DATE = 12; // offset of the first file's date in the archive
     EXPECT_EQ(package.read("demo.zip").substr(DATE, 2),
@@ -54,10 +52,7 @@ TEST(Package, PlaysTheArchivesSongButNotItsScripts)
     const PackagedShow package(R"(<display width="160" height="120" title="package"/>)");
     fs::remove(package.path("script/flash.flash.xml"));
     const VirtualScreen screen;
-    Program program(package.path(), screen,
-                    {
-                        std::pair{"ALSOFT_DRIVERS", "null"}
-    });
+    Program program(package.path(), screen, variable("ALSOFT_DRIVERS", "null"));
     ASSERT_GE(program.waitForLine("---"), 0) << program.output();
     const Keyboard keyboard(screen, "package");
     keyboard.press("Escape");
