@@ -1,99 +1,38 @@
 #include "e2e/program.h"
+#include "support/case_name.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cmath>
 #include <csignal>
-#include <cstdlib>
-#include <ostream>
 #include <string>
 #include <thread>
 
 namespace zavex::test {
 namespace {
 
-constexpr const char* SILENT_SHOW =
-    R"(<time start="2"/><display width="480" height="120" title="playback"/>)"
-    R"(<osd show="on" location="top" delay="2"/><music mute="nosound"/>)";
-
-/** The show, playing on a screen of its own, with the keyboard in its window. */
-class Playback : public testing::Test {
-protected:
-    /** Keys that are pressed before the first frame may find nobody. */
-    void SetUp() override { ASSERT_GE(mProgram.waitForLine("---"), 0) << mProgram.output(); }
-
-    /** The demo time as the program logs it when P is pressed. */
-    double demoTime()
-    {
-        const std::size_t from = mProgram.lines().size();
-        mKeyboard.press("p");
-        const int line = mProgram.waitForLine("[onKeyDown], ", from);
-        EXPECT_GE(line, 0) << mProgram.output();
-        if (line < 0)
-            return -1.0;
-        const std::string& text = mProgram.lines()[static_cast<std::size_t>(line)].text;
-        return std::strtod(text.c_str() + text.rfind(' '), nullptr);
-    }
-
-    /** Whether the demo time comes within a tenth of a millisecond of `expected`: a key pressed
-        while time stands still acts on the next frame. */
-    bool timeBecomes(double expected)
-    {
-        double time = demoTime();
-        for (int attempt = 0; attempt < 50 && std::abs(time - expected) > 1e-4; ++attempt)
-            time = demoTime();
-        return std::abs(time - expected) <= 1e-4;
-    }
-
-    VirtualScreen mScreen;
-    ShowCopy mShow{SILENT_SHOW};
-    Program mProgram{mShow.path(), {{"DISPLAY", mScreen.display()}}};
-    Keyboard mKeyboard{mScreen, "playback"};
-};
-
-TEST_F(Playback, KeysReachIt)
+TEST(Playback, GoesToFullScreenAndEscapeLeavesUntouchedScriptsAsTheyWere)
 {
-    EXPECT_GE(demoTime(), 2.0);
-    mKeyboard.press("space");
-    double paused = demoTime();
-    for (double before = -1.0; before != paused; paused = demoTime()) // a frame has to see it
-        before = paused;
-    mProgram.listen(0.3);
-    EXPECT_EQ(demoTime(), paused);
-
-    mKeyboard.press("ctrl+t");
-    mKeyboard.press("Right");
-    EXPECT_TRUE(timeBecomes(paused + 5.0));
-    mKeyboard.press("t");
-    EXPECT_TRUE(timeBecomes(paused));
-    mKeyboard.press("alt+t");
-    EXPECT_TRUE(timeBecomes(0.0));
-
-    mKeyboard.press("space");
-    const double resumed = demoTime();
-    mProgram.listen(2.0);
-    EXPECT_GT(demoTime(), resumed);
-    mKeyboard.press("q");
-    EXPECT_EQ(mProgram.waitForEnd(), 0) << mProgram.output();
-}
-
-TEST_F(Playback, GoesToFullScreenAndEscapeLeavesUntouchedScriptsAsTheyWere)
-{
-    const auto before = mShow.scripts();
+    const VirtualScreen screen;
+    const ShowCopy show(
+        R"(<display width="480" height="120" title="playback"/><music mute="nosound"/>)");
+    const Files before = show.scripts();
     EXPECT_GE(before.size(), 5u);
-    mKeyboard.press("alt+Return");
-    EXPECT_GE(mProgram.waitForLine("restoreResources"), 0) << mProgram.output();
+    Program program(show.path(), screen);
+    // Keys that are pressed before the first frame may find nobody.
+    ASSERT_GE(program.waitForLine("---"), 0) << program.output();
+    Keyboard(screen, "playback").press("alt+Return");
+    EXPECT_GE(program.waitForLine("restoreResources"), 0) << program.output();
     // The window is another one, and gets the keyboard when it is there.
     int answer = -1;
     for (int attempt = 0; attempt < 20 && answer < 0; ++attempt) {
-        const std::size_t from = mProgram.lines().size();
-        Keyboard(mScreen, "playback").press("p");
-        answer = mProgram.waitForLine("[onKeyDown], ", from, 1.0);
+        const std::size_t from = program.lines().size();
+        Keyboard(screen, "playback").press("p");
+        answer = program.waitForLine("[onKeyDown], ", from, 1.0);
     }
-    mKeyboard.press("Escape");
-    EXPECT_EQ(mProgram.waitForEnd(), 0) << mProgram.output();
-    EXPECT_EQ(mShow.scripts(), before);
+    Keyboard(screen, "playback").press("Escape");
+    EXPECT_EQ(program.waitForEnd(), 0) << program.output();
+    EXPECT_EQ(show.scripts(), before);
 }
 
 /** How a run ends that is not ended by a key. */
@@ -129,20 +68,12 @@ void signalTwice(const Program& program, const VirtualScreen& screen)
 
 void destroyWindow(const Program&, const VirtualScreen& screen)
 {
-    runProgram(
-        {
-            "xdotool", "search", "--name", "ends", "windowclose"
-    },
-        {{"DISPLAY", screen.display()}});
+    runOnScreen(screen, {"xdotool", "search", "--name", "ends", "windowclose"});
 }
 
 void resizeWindow(const Program&, const VirtualScreen& screen)
 {
-    runProgram(
-        {
-            "xdotool", "search", "--name", "ends", "windowsize", "90", "70"
-    },
-        {{"DISPLAY", screen.display()}});
+    runOnScreen(screen, {"xdotool", "search", "--name", "ends", "windowsize", "90", "70"});
 }
 
 void endScreen(const Program&, const VirtualScreen& screen)
@@ -179,9 +110,7 @@ TEST_P(End, LosesNothing)
             R"(<osd show="on" location="top" delay="2"/><music mute="nosound"/>)" + row.sections +
             "</demo>");
     const Files scripts = show.scripts();
-    Program program(show.path(), {
-                                     {"DISPLAY", screen.display()}
-    });
+    Program program(show.path(), screen);
     ASSERT_GE(program.waitForLine(row.moment), 0) << program.output();
     if (row.keys) {
         const Keyboard keyboard(screen, "ends");
@@ -200,8 +129,7 @@ TEST_P(End, LosesNothing)
     kill(screen.pid(), SIGCONT);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, End, testing::ValuesIn(END_CASES),
-                         [](const auto& each) { return std::string{each.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Cases, End, testing::ValuesIn(END_CASES), caseName);
 
 } // namespace
 } // namespace zavex::test
