@@ -135,8 +135,7 @@ struct Reading {
 
 Reading readingOf(const OutputLine& line)
 {
-    return {std::strtod(line.text.c_str() + line.text.rfind(' '), nullptr),
-            std::chrono::duration<double>(line.when.time_since_epoch()).count()};
+    return {demoTimeIn(line), std::chrono::duration<double>(line.when.time_since_epoch()).count()};
 }
 
 /** The program on a sound server and a screen of its own, and what is heard of it. */
@@ -158,9 +157,7 @@ protected:
     /** Returns when the show has started. */
     void start(const ShowCopy& show)
     {
-        Environment environment = mServer->environment();
-        environment.emplace_back("DISPLAY", mScreen.display());
-        mProgram.emplace(show.path(), environment);
+        mProgram.emplace(show.path(), mScreen, mServer->environment());
         mStarted = readingOf(lineWith("---", 0)).when;
         mKeyboard.emplace(mScreen, "sound");
     }
@@ -204,12 +201,8 @@ protected:
         std::size_t from = mProgram->lines().size();
         // Typed beside the reading, so that a line is read as soon as it is there.
         const auto typing = std::async(std::launch::async, [this] {
-            runProgram(
-                {
-                    "xdotool", "key", "--repeat", std::to_string(COUNT), "--repeat-delay", "10",
-                    "--delay", "0", "p"
-            },
-                {{"DISPLAY", mScreen.display()}});
+            runOnScreen(mScreen, {"xdotool", "key", "--repeat", std::to_string(COUNT),
+                                  "--repeat-delay", "10", "--delay", "0", "p"});
         });
         std::vector<Reading> readings;
         while (readings.size() < COUNT) {
@@ -315,11 +308,7 @@ TEST_F(Sound, IsTheSongFromItsStartAndNothingBefore)
 /** Has the program's window on `screen` look as a window manager leaves it that iconifies it. */
 void setIconified(const VirtualScreen& screen, bool isIconified)
 {
-    const std::string window = runProgram(
-        {
-            "xdotool", "search", "--name", "sound"
-    },
-        {{"DISPLAY", screen.display()}});
+    const std::string window = runOnScreen(screen, {"xdotool", "search", "--name", "sound"});
     const std::unique_ptr<Display, int (*)(Display*)> server(XOpenDisplay(screen.display().c_str()),
                                                              XCloseDisplay);
     const Atom state = XInternAtom(server.get(), "WM_STATE", False);
@@ -350,13 +339,12 @@ struct SyncCase {
 };
 
 const SyncCase SYNC_CASES[] = {
-    {"TheStart",      "",              0.0, {},                          nullptr},
-    {"ASeek",         "",              1.0, {"Right"},                   nullptr},
-    {"ASeekBack",     R"(start="7")",  1.0, {"Left"},                    nullptr},
-    {"ASeekInAPause", "",              1.0, {"space", "Right", "space"}, nullptr},
-    {"ALoop",         R"(start="10")", 2.3, {},                          nullptr},
-    {"AHalt",         "",              1.0, {},                          stop   },
-    {"AnAbsence",     "",              1.0, {},                          iconify},
+    {"TheStart",      "",             0.0, {},                          nullptr},
+    {"ASeek",         "",             1.0, {"Right"},                   nullptr},
+    {"ASeekBack",     R"(start="7")", 1.0, {"Left"},                    nullptr},
+    {"ASeekInAPause", "",             1.0, {"space", "Right", "space"}, nullptr},
+    {"AHalt",         "",             1.0, {},                          stop   },
+    {"AnAbsence",     "",             1.0, {},                          iconify},
 };
 
 class SoundAfter : public Sound, public testing::WithParamInterface<SyncCase> {
@@ -469,26 +457,14 @@ TEST_F(Sound, EndsTheProgramAtItsEndWhenItDoesNotLoop)
     }
 }
 
-/** What befalls the sound server. */
-struct OutageCase {
-    const char* name;
-    int signal;
-
-    friend void PrintTo(const OutageCase& outage, std::ostream* out) { *out << outage.name; }
-};
-
-constexpr OutageCase OUTAGE_CASES[] = {
-    {"ItIsKilled", SIGKILL},
-    {"ItHangs",    SIGSTOP},
-};
-
-class SoundOutage : public Sound, public testing::WithParamInterface<OutageCase> {
+/** The sound server gets a signal: it ends, or hangs. */
+class SoundOutage : public Sound, public testing::WithParamInterface<int> {
 protected:
     /** Brings the server back; returns when it plays something. */
     void bringBack()
     {
         constexpr double LIMIT = 30.0; // seconds; generous: an attempt to open may be under way
-        if (GetParam().signal == SIGSTOP)
+        if (GetParam() == SIGSTOP)
             mServer->signal(SIGCONT);
         else
             mServer->restart();
@@ -508,7 +484,7 @@ TEST_P(SoundOutage, IsSilenceInAShowThatGoesOn)
     const NoiseShow show(R"(loop="on")");
     recordFromStart(show);
     listenUntil(mStarted + 1.0);
-    mServer->signal(GetParam().signal);
+    mServer->signal(GetParam());
     for (const char* key : {"Left", "space", "Right", "Left", "space"})
         mKeyboard->press(key);
     const Reading first = readDemoTime(steadySeconds() + LATER);
@@ -527,12 +503,12 @@ TEST_P(SoundOutage, LetsTheShowEnd)
     constexpr double START = 9.0; // seconds
     const NoiseShow show(R"(start="9")");
     start(show);
-    mServer->signal(GetParam().signal);
+    mServer->signal(GetParam());
     EXPECT_EQ(mProgram->waitForEnd(), 0) << mProgram->output();
     EXPECT_GT(steadySeconds() - mStarted, SONG_SECONDS - START - REACH);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, SoundOutage, testing::ValuesIn(OUTAGE_CASES), test::caseName);
+INSTANTIATE_TEST_SUITE_P(Signals, SoundOutage, testing::Values(SIGKILL, SIGSTOP));
 
 } // namespace
 } // namespace zavex::test
