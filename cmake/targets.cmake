@@ -50,13 +50,13 @@ function(cadenza_test_support name)
     target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE cadenza_flags)
 endfunction()
 
-# cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>] [SERIAL])
+# cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl share the pointer,
 # keys and focus of the virtual screen that ./test provides; those labelled e2e have screens of their own
-# but wait for what a program does in time. One of them runs at a time.
-# SERIAL lets nothing run beside its cases: they measure time.
+# but wait for what a program does in time. One of them runs at a time, and one of those labelled sound,
+# which mostly wait for what is played.
 function(cadenza_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "" "SOURCES;LINK;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;LABELS")
     add_executable(test_${name} ${arg_SOURCES})
     set_target_properties(test_${name} PROPERTIES CXX_EXTENSIONS OFF)
     target_compile_definitions(test_${name} PRIVATE
@@ -65,20 +65,18 @@ function(cadenza_test name)
     target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(test_${name} PRIVATE ${arg_LINK} cadenza_flags cadenza_quickly_built GTest::gtest_main)
     cadenza_keep_loaded(test_${name})
-    set(properties TIMEOUT 300)
-    if(arg_SERIAL)
-        list(APPEND properties RUN_SERIAL TRUE)
-    endif()
-    gtest_discover_tests(test_${name} PROPERTIES ${properties} DISCOVERY_MODE PRE_TEST)
+    gtest_discover_tests(test_${name} PROPERTIES TIMEOUT 300 DISCOVERY_MODE PRE_TEST)
     set(labels ${name} ${arg_LABELS})
-    set(screen)
-    if("gl" IN_LIST labels OR "e2e" IN_LIST labels)
-        set(screen "RESOURCE_LOCK screen")
+    set(lock)
+    if("sound" IN_LIST labels)
+        set(lock "RESOURCE_LOCK sound")
+    elseif("gl" IN_LIST labels OR "e2e" IN_LIST labels)
+        set(lock "RESOURCE_LOCK screen")
     endif()
     # A list cannot be handed through the discovery: it would end at its first semicolon.
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake @ONLY CONTENT [[
 if(test_@name@_TESTS)
-    set_tests_properties(${test_@name@_TESTS} PROPERTIES LABELS "@labels@" @screen@)
+    set_tests_properties(${test_@name@_TESTS} PROPERTIES LABELS "@labels@" @lock@)
 endif()
 ]])
     set_property(DIRECTORY APPEND PROPERTY
