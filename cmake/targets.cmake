@@ -14,7 +14,7 @@ if(CADENZA_SANITIZE)
     # -O1 keeps the picture tests bearable under software rendering.
     target_compile_options(cadenza_flags INTERFACE
         -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    # For the cases themselves, behind the flags: they run once, and optimising them takes longer.
+    # For the code of tests and benchmarks, behind the flags: it runs once, and optimising it takes longer.
     target_compile_options(cadenza_quickly_built INTERFACE -O0)
     target_link_options(cadenza_flags INTERFACE -fsanitize=address,undefined)
 endif()
@@ -105,5 +105,5 @@ function(cadenza_bench name)
     add_executable(bench_${name} ${arg_SOURCES})
     set_target_properties(bench_${name} PROPERTIES CXX_EXTENSIONS OFF)
     target_include_directories(bench_${name} PRIVATE ${PROJECT_SOURCE_DIR}/bench)
-    target_link_libraries(bench_${name} PRIVATE ${arg_LINK} cadenza_flags benchmark::benchmark)
+    target_link_libraries(bench_${name} PRIVATE ${arg_LINK} cadenza_flags cadenza_quickly_built benchmark::benchmark)
 endfunction()
