@@ -129,12 +129,6 @@ std::vector<std::pair<std::string, std::string>> PulseServer::environment() cons
     };
 }
 
-void PulseServer::useHere() const
-{
-    for (const auto& [name, value] : environment())
-        setenv(name.c_str(), value.c_str(), 1);
-}
-
 PulseRecording::PulseRecording(const PulseServer& server)
 {
     std::array<int, 2> ends = {};

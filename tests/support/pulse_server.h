@@ -32,9 +32,6 @@ public:
     /** Environment variables, names and values. */
     std::vector<std::pair<std::string, std::string>> environment() const;
 
-    /** Sets them in this process; call it before the sound library is used. */
-    void useHere() const;
-
     /** Sends it a signal, such as SIGSTOP; it may end by that. */
     void signal(int number) const;
 
