@@ -6,10 +6,11 @@
 #include "cadenza/cad_plugin_trigger.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace zavex::test {
 
-/** An effect with a plugin of every kind that notes when it is drawn. */
+/** An effect with a plugin of every kind that notes what is asked of it. */
 class ProbeEffect final : public cadenza::Effect {
 public:
     struct Drawn {
@@ -30,16 +31,21 @@ public:
     }
 
     void setup() override { ++setups; }
+    void rehearse() override { rehearsals += draws == 0 && setups == 1 ? 1 : 100; }
     void draw(float time, float delta, float progress) override
     {
         ++draws;
         last = {time, delta, progress, curve.get(time), beat.get(time)};
+        if (onDraw)
+            onDraw();
     }
     using Effect::draw;
 
     int setups = 0;
+    int rehearsals = 0; // in their time, between the set-up and the first frame
     int draws = 0;
     Drawn last;
+    std::function<void()> onDraw;
     cadenza::Spline curve;
     cadenza::Trigger beat;
     cadenza::Color color;
