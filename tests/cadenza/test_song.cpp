@@ -1,68 +1,56 @@
-// The application with a song on a silent sound device.
+// A song on the sound library's silent device, which runs at a real one's pace.
 
-#include "cadenza/open_cadenza.h"
-#include "cadenza/scratch.h"
-#include "display/dis_event.h"
+#include "am/am_fixture.h"
+#include "cadenza/cad_music.h"
+#include "cadenza/stage.h"
 #include "support/sound_file.h"
 
-#include <gtest/gtest.h>
-
+#include <chrono>
 #include <cstdlib>
-#include <memory>
 #include <string>
+#include <thread>
 #include <utility>
-#include <vector>
 
 namespace zavex::cadenza {
 namespace {
 
-using test::OpenCadenza;
-using test::writeText;
-
 constexpr int SAMPLE_RATE = 44100;
 
-std::string silence(int frames)
+std::string noise(int frames, int channels = 2)
 {
-    const std::vector<float> samples(static_cast<std::size_t>(frames), 0.0f);
-    const auto bytes = test::encodeSound(test::SoundFormat::WAV, 1, SAMPLE_RATE, samples);
+    const auto samples = test::makeNoise(static_cast<std::size_t>(frames * channels));
+    const auto bytes = test::encodeSound(test::SoundFormat::WAV, channels, SAMPLE_RATE, samples);
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-class Song : public testing::Test {
+class Song : public test::Stage {
 protected:
-    Song()
-    {
-        setenv("ALSOFT_DRIVERS", "null", 1);
-        writeText("song.wav", silence(2 * SAMPLE_RATE));
-    }
+    Song() { setenv("ALSOFT_DRIVERS", "null", 1); }
 
-    ~Song() override { cadenza.reset(); }
-
-    /** Opens the song, which then stands still. */
-    void open(const std::string& loop)
+    /** Opens a song of two seconds, which then stands still. */
+    void open()
     {
-        writeText("setup.xml", "<demo><time loop=\"" + loop +
-                                   "\"/><osd show=\"off\"/><music filename=\"song.wav\"/></demo>");
-        cadenza = std::make_unique<OpenCadenza>();
-        cadenza->setup(-1.0f);
+        test::writeText("song.wav", noise(2 * SAMPLE_RATE));
+        start(R"(<osd show="off"/><music filename="song.wav"/>)");
         cadenza->openDevices();
         ASSERT_FALSE(cadenza->mNosound);
     }
 
-    void pressSpace()
+    /** What a file that is no song says on standard output. */
+    std::string refusal(const std::string& content)
     {
-        display::KeyEvent space;
-        space.key = display::KEY_SPACE;
-        cadenza->onKeyDown(space);
+        testing::internal::CaptureStdout();
+        EXPECT_FALSE(music.setup(test::makeFile("song", content)));
+        std::fflush(stdout);
+        return testing::internal::GetCapturedStdout();
     }
 
-    test::ScratchFolder folder;
-    std::unique_ptr<OpenCadenza> cadenza;
+    Music music;
 };
 
 TEST_F(Song, MovesWithTheDemoToASampleWithinIt)
 {
-    open("on");
+    open();
     for (const auto& [time, expected] : {
              std::pair{1.00001f, 1.0f},
              {1e9f,     2.0f},
@@ -73,30 +61,33 @@ TEST_F(Song, MovesWithTheDemoToASampleWithinIt)
         EXPECT_EQ(cadenza->mMusicTime, expected) << time;
         EXPECT_EQ(cadenza->mOsdTime, expected) << time;
     }
-}
-
-/** Quietly, too: the sound library complains of a device that is left open. */
-TEST_F(Song, EndsTheProgramAtItsEndWhenItDoesNot)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            open("off");
-            cadenza->onDraw();
-        },
-        testing::ExitedWithCode(0), "^$");
-}
-
-TEST_F(Song, DoesNotEndWhilePaused)
-{
-    open("off");
     cadenza->setTime(1.5f);
-    pressSpace();
-    cadenza->setTime(1.5f);
-    cadenza->onDraw();
-
-    EXPECT_EQ(cadenza->getSystemTime(), 1.5f);
+    press(display::KEY_SPACE);
+    drawAt(1.5f);
+    EXPECT_EQ(cadenza->getSystemTime(), 1.5f) << "ended while paused";
     EXPECT_EQ(cadenza->mMusicTime, 1.5f);
+}
+
+TEST_F(Song, KeepsItsFileAsLongAsItPlays)
+{
+    am::File file = test::makeFile("song", noise(SAMPLE_RATE));
+    ASSERT_TRUE(music.setup(file));
+    file.release();
+    music.setTime(0.9f);
+    music.play();
+    while (music.isPlaying())
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    EXPECT_EQ(music.getTime(), 1.0f);
+}
+
+TEST_F(Song, ThatCannotBePlayedSaysWhy)
+{
+    EXPECT_EQ(refusal("this is not a song"), "Could not open file\n");
+    EXPECT_EQ(refusal(""), "Could not open file\n");
+    EXPECT_EQ(refusal(noise(100, 3)), "Could not open sound!, muting\n");
+    EXPECT_TRUE(test::logLines().empty());
+    EXPECT_EQ(test::thrownMessage([&] { Music().play(); }), "mSound");
+    EXPECT_EQ(test::thrownMessage([&] { music.setup(am::File()); }), "!file.isNull()");
 }
 
 } // namespace
