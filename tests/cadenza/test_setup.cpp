@@ -1,151 +1,70 @@
-#include "cadenza/open_cadenza.h"
-#include "cadenza/scratch.h"
-#include "support/log_capture.h"
+#include "cadenza/cad_log_line.h"
+#include "cadenza/stage.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
+#include <filesystem>
 #include <string>
 #include <utility>
 
 namespace zavex::cadenza {
 namespace {
 
-using display::WindowMode;
 using test::OpenCadenza;
 using test::thrownMessage;
 using test::writeText;
 
-class Setup : public testing::Test {
+class Setup : public test::Stage {
 protected:
-    Setup() { test::clearLog(); }
-
-    /** A fresh application with these sections in its setup file. */
-    OpenCadenza& configure(const std::string& sections)
-    {
-        writeText("setup.xml", "<demo>" + sections + "<unknown a=\"1\"/></demo>");
-        cadenza.reset();
-        cadenza = std::make_unique<OpenCadenza>();
-        cadenza->setup(-1.0f);
-        EXPECT_TRUE(cadenza->mSetup);
-        return *cadenza;
-    }
-
     static std::string failure()
     {
         return thrownMessage([] { OpenCadenza().setup(-1.0f); });
     }
-
-    test::ScratchFolder folder;
-    std::unique_ptr<OpenCadenza> cadenza;
 };
 
-// clang-format off
-constexpr struct SectionCase {
-    const char* sections;
-    bool (*holds)(const OpenCadenza& it);
-} SECTION_CASES[] = {
-    {R"(<time start="12.5" loop="on" mode="vsync"/>)",
-     [](auto& it) { return it.mStartTime == 12.5f && it.mLoop && it.mFpsMode == WindowMode::FPS_VSYNC; }},
-    {R"(<time loop="On"/>)", [](auto& it) { return !it.mLoop; }},
-    {R"(<time mode="vsync" start="3" loop="on"/><time/>)",
-     [](auto& it) { return it.mStartTime == 0.0f && !it.mLoop && it.mFpsMode == WindowMode::FPS_VARIABLE; }},
-    {R"(<display width="0x400" height="01400" fullscreen="on" title="a b"/>)",
-     [](auto& it) { return it.mFoundDisplay && it.mWidth == 1024 && it.mHeight == 768 && it.mFullscreen && it.mTitle == "a b"; }},
-    {"<display/>", [](auto& it) { return it.mFoundDisplay && it.mWidth == 0 && !it.mFullscreen; }},
-    {R"(<osd show="on" location="middle" delay="3.5"/>)",
-     [](auto& it) { return it.mOsd && it.mOsdLocation == 1 && it.mOsdDelay == 3.5f; }},
-    {R"(<osd location="bottom" delay="0"/>)",
-     [](auto& it) { return !it.mOsd && it.mOsdLocation == 2 && it.mOsdDelay == 2.0f; }},
-    {R"(<osd show="on" location="bottom"/><osd location="left"/>)", [](auto& it) { return it.mOsdLocation == 0; }},
-    {R"(<osd show="off"/><osd show="on"/>)", [](auto& it) { return !it.mOsd; }},
-    {R"(<music mute="nosound"/><music filename="b.ogg" mute="off"/>)",
-     [](auto& it) { return it.mNosound && !it.mMuted && it.mMusicFilename == "b.ogg"; }},
-    {R"(<music filename="a.ogg" mute="on"/>)", [](auto& it) { return !it.mNosound && it.mMuted; }},
-};
-// clang-format on
-
-TEST_F(Setup, SectionsSayHowTheShowRuns)
+TEST_F(Setup, SaysWhichArchivesItAddsAndWhatItRecords)
 {
-    for (const SectionCase& row : SECTION_CASES)
-        EXPECT_TRUE(row.holds(configure(row.sections))) << row.sections;
-}
-
-TEST_F(Setup, ArchivesAndTheLogConsoleAreAskedFor)
-{
-    EXPECT_TRUE(configure(R"(<archive path="data"/><archive/><log console="on"/>)").mLogConsole);
-    EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: data\n"), 1);
-    EXPECT_EQ(test::countLogged("log", "Cadenza: Adding archive: \n"), 1);
-}
-
-TEST_F(Setup, DumpRecordsSilently)
-{
-    configure(R"(<dump/><music filename="a.ogg"/>)");
-    EXPECT_NE(cadenza->mDumpVideo, nullptr);
-    EXPECT_EQ(cadenza->mDumpRate, 60.0f);
-    EXPECT_TRUE(cadenza->mNosound);
-    EXPECT_EQ(test::countLogged("log", "Dumping to 'untitled' (rate='60.000000'fps)"), 1);
-
-    configure(R"(<dump name="film/a.png" rate="29.97"/>)");
-    EXPECT_EQ(cadenza->mDumpRate, 29.97f);
+    start(R"(<archive path="data"/><archive/><dump/>)");
+    start(R"(<dump name="film/a.png" rate="29.97"/>)");
     EXPECT_EQ(cadenza->mDumpVideo->getFormat().frameRate, 29);
     EXPECT_EQ(cadenza->mDumpVideo->getFormat().frameRateBase, 1);
-    EXPECT_FALSE(cadenza->mNosound);
-    EXPECT_EQ(test::countLogged("log", "Dumping to 'film/a.png' (rate='29.969999'fps)"), 1);
-
-    EXPECT_TRUE(configure(R"(<music mute="off"/><dump name="a.png"/>)").mNosound);
+    for (const char* said :
+         {"Cadenza: Adding archive: data\n", "Cadenza: Adding archive: \n",
+          "there is no archive 'data'", "Dumping to 'untitled' (rate='60.000000'fps)",
+          "Dumping to 'film/a.png' (rate='29.969999'fps)"})
+        EXPECT_EQ(test::countLogged("log", said), 1) << said;
 }
 
-TEST_F(Setup, ADumpThatLeavesTheFolderIsAnnouncedWithItsFullPath)
+TEST_F(Setup, OfADumpThatLeavesTheFolderAnnouncesItsFullPath)
 {
-    const std::filesystem::path here = std::filesystem::current_path();
     std::filesystem::create_directory_symlink("..", "link");
-    const std::string outside = (here.parent_path() / "a.000000.png").string();
-    const struct {
-        const char* name;
-        std::string announced; // empty: nothing
-    } rows[] = {
-        {"a.png",       ""     },
-        {"new/b/a.png", ""     },
-        {"/new/a.png",  ""     },
-        {"../a.png",    outside},
-        {"link/a.png",  outside},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    const std::string outside = (folder.path().parent_path() / "a.000000.png").string();
+    for (const auto& [name, announced] : {
+             std::pair<const char*, std::string>{"a.png",       ""     },
+             {"new/b/a.png", ""     },
+             {"/new/a.png",  ""     },
+             {"../a.png",    outside},
+             {"link/a.png",  outside},
+    }) {
+        SCOPED_TRACE(name);
         testing::internal::CaptureStderr();
-        configure(std::string("<archive path='../'/><dump name='") + row.name + "'/>");
+        start(std::string("<archive path='../'/><dump name='") + name + "'/>");
         const std::string said = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(said.empty(), row.announced.empty()) << said;
-        EXPECT_NE(said.find(row.announced), std::string::npos) << said;
+        EXPECT_EQ(said.empty(), announced.empty()) << said;
+        EXPECT_NE(said.find(announced), std::string::npos) << said;
     }
 }
 
-TEST_F(Setup, FileLocalOneIsReadAlone)
+TEST_F(Setup, ReadsTheLocalFileAloneAndOnce)
 {
-    writeText("setup.xml", R"(<demo><time start="5"/><display/></demo>)");
-    writeText("setup.local.xml", R"(<demo><log console="on"/></demo>)");
-    OpenCadenza show;
-    show.setup(-1.0f);
+    writeText("setup.local.xml", R"(<demo><time start="5"/></demo>)");
+    start("<display/>");
+    writeText("setup.local.xml", R"(<demo><time start="6"/></demo>)");
+    cadenza->setup(2.0f);
 
-    EXPECT_TRUE(show.mLogConsole);
-    EXPECT_FALSE(show.mFoundDisplay);
-    EXPECT_EQ(show.getStartTime(), 0.0f);
+    EXPECT_EQ(cadenza->getStartTime(), 5.0f);
+    EXPECT_EQ(runFailure(), "Could not open the file ''!") << "there is a display";
 }
 
-TEST_F(Setup, FileIsReadOnceButTheAspectIsTaken)
-{
-    writeText("setup.xml", R"(<demo><time start="5"/></demo>)");
-    OpenCadenza show;
-    show.setup(-1.0f);
-    writeText("setup.xml", R"(<demo><time start="6"/></demo>)");
-    show.setup(2.0f);
-
-    EXPECT_EQ(show.getStartTime(), 5.0f);
-    EXPECT_EQ(show.mAspect, 2.0f);
-}
-
-TEST_F(Setup, FileThatIsBrokenSaysWhatIsWrongAndWhere)
+TEST_F(Setup, SaysWhatIsWrongAndWhere)
 {
     const std::string rate =
         "setup.xml: the dump rate must be positive and at most 1000000, found ";
@@ -166,16 +85,50 @@ TEST_F(Setup, FileThatIsBrokenSaysWhatIsWrongAndWhere)
     EXPECT_NE(failure().find("setup.local.xml: "), std::string::npos) << failure();
 }
 
-TEST_F(Setup, FileOfAnotherRootConfiguresNothingAndCannotRun)
+TEST_F(Setup, OfAShowThatCannotRunSaysSoWhenItIsToRun)
 {
+    for (const auto& [sections, said] : {
+             std::pair{R"(<display width="0x400" height="-010"/><music mute="nosound"/>)",
+                       "setup.xml: display width and height must be positive, found 1024 x -8"},
+             {R"(<music filename="a.ogg"/><music filename="b.ogg"/>)",
+                       "Could not open the file 'b.ogg'!"                                     },
+    }) {
+        start(sections);
+        EXPECT_EQ(runFailure(), said);
+    }
     writeText("setup.xml", R"(<show><time start="5"/><display/></show>)");
+    cadenza.reset();
     OpenCadenza show;
     show.setup(-1.0f);
-
-    EXPECT_FALSE(show.mSetup);
     EXPECT_EQ(show.getStartTime(), 0.0f);
-    const std::string message = thrownMessage([&show] { show.run(); });
-    EXPECT_NE(message.find("setup.xml: the root element is not 'demo'"), std::string::npos);
+    EXPECT_EQ(thrownMessage([&show] { show.run(); }),
+              "setup.xml: the root element is not 'demo', nothing is configured");
+}
+
+TEST(LogLine, ShowsTypeFunctionMessageAndPlace)
+{
+    constexpr struct {
+        const char* file;
+        const char* function;
+        const char* message;
+        const char* line;
+    } CASES[] = {
+        {"main.cpp",              "setup",             "hi",          "[log][setup], hi (main.cpp:7)\n"   },
+        {"/src/cadenza/main.cpp", "zavex::cadenza::f", "",            "[log][cadenza::f],  (main.cpp:7)\n"},
+        {"c:\\src\\main.cpp",     "f<zavex::X>",       "No sound!\n",
+         "[log][f<zavex::X>], No sound!\n (main.cpp:7)\n"                                                 },
+        {"a/b\\c:main.cpp",       "f",                 "100%d",       "[log][f], 100%d (main.cpp:7)\n"    },
+    };
+    for (const auto& [file, function, message, line] : CASES) {
+        LogData data;
+        data.type = "log";
+        data.domain = "app";
+        data.line = 7;
+        data.file = file;
+        data.function = function;
+        data.message = message;
+        EXPECT_EQ(logLine(data), line);
+    }
 }
 
 } // namespace
