@@ -25,4 +25,7 @@ public:
 /** The factory that `Control::load` asks for children. */
 extern ControlFactory controlFactory;
 
+/** Makes all control types known to `controlFactory`; does nothing the second time. */
+void registerControls();
+
 } // namespace zavex::vellum

@@ -1,39 +1,6 @@
 #include "vellum/vel_vellum.h"
 
-#include "vellum/vel_box.h"
-#include "vellum/vel_box_frame.h"
-#include "vellum/vel_box_view.h"
-#include "vellum/vel_button.h"
-#include "vellum/vel_caption.h"
-#include "vellum/vel_checkbox.h"
-#include "vellum/vel_color_chooser.h"
-#include "vellum/vel_container.h"
-#include "vellum/vel_context.h"
 #include "vellum/vel_control_factory.h"
-#include "vellum/vel_dropdown.h"
-#include "vellum/vel_flow.h"
-#include "vellum/vel_frame.h"
-#include "vellum/vel_image.h"
-#include "vellum/vel_knob.h"
-#include "vellum/vel_label.h"
-#include "vellum/vel_layout_stack.h"
-#include "vellum/vel_menu.h"
-#include "vellum/vel_menu_bar.h"
-#include "vellum/vel_panel.h"
-#include "vellum/vel_panel_frame.h"
-#include "vellum/vel_radio_button.h"
-#include "vellum/vel_ruler.h"
-#include "vellum/vel_scrollbars.h"
-#include "vellum/vel_slider.h"
-#include "vellum/vel_spline.h"
-#include "vellum/vel_stat.h"
-#include "vellum/vel_tab_caption.h"
-#include "vellum/vel_tab_frame.h"
-#include "vellum/vel_tab_view.h"
-#include "vellum/vel_text_input.h"
-#include "vellum/vel_tree_view.h"
-#include "vellum/vel_window.h"
-#include "vellum/vel_window_frame.h"
 
 #include "am/am.h"
 #include "common/zvx_system.h"
@@ -57,12 +24,6 @@ using mathbase::Vector2f;
 namespace {
 
 constexpr const char* ROOT_ELEMENT = "vellum";
-
-template <typename... Controls>
-void registerPrototypes(ControlFactory& factory)
-{
-    (factory.addControlType(new Controls), ...);
-}
 
 /** A document of the display's archive; null when there is no such file. */
 std::unique_ptr<xml::XmlParser> readDocument(display::DisplayGL& display,
@@ -112,19 +73,6 @@ Event charEvent(const char* type, const display::CharEvent& character)
 }
 
 } // namespace
-
-/** The registry is the program's: the first call fills it for all. */
-void registerControls()
-{
-    [[maybe_unused]] static const bool registered = [] {
-        registerPrototypes<Box, BoxFrame, BoxView, Button, Caption, Checkbox, ColorChooser,
-                           Container, Context, Dropdown, Flow, Frame, Image, Knob, Label,
-                           LayoutStack, Menu, MenuBar, Panel, PanelFrame, RadioButton, Ruler,
-                           Scrollbars, Slider, Spline, Stat, TabView, TabCaption, TabFrame,
-                           TextInput, TreeView, Window, WindowFrame, Workspace>(controlFactory);
-        return true;
-    }();
-}
 
 Vellum::Vellum(display::DisplayGL* newDisplay) : Listener(newDisplay)
 {

@@ -16,9 +16,6 @@ class XmlParser;
 
 namespace zavex::vellum {
 
-/** Makes all control types known to `controlFactory`; does nothing the second time. */
-void registerControls();
-
 /**
  * A GUI on a display: turns the display's input into events for a tree of controls, draws the tree
  * in every frame and keeps it as large as the window.

@@ -4,7 +4,8 @@
 #include "common/zvx_system.h"
 #include "fuzz/fuzz_target.h"
 #include "vellum/probe.h"
-#include "vellum/vel_vellum.h"
+#include "vellum/vel_context.h"
+#include "vellum/vel_control_factory.h"
 #include "xml/xml_parser.h"
 
 #include <algorithm>
