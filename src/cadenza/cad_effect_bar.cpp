@@ -84,9 +84,8 @@ void Effect::draw(Area area, Area parent, Area clip)
     Area inside = header;
     inside.expand(-HEADER_MARGIN);
 
-    vellum::fillBox(render, {mStyle.mCaption.mBorder1, mStyle.mCaption.mBorder2}, area);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    vellum::fillBox(render, vellum::borderOf(mStyle.mCaption), area);
+    vellum::drawBorder(render, vellum::borderOf(mStyle.mBack), area);
     render.drawBox(header, vellum::Render::GRADIENT_VERTICAL);
     drawHeader(inside);
 
@@ -236,35 +235,22 @@ void Effect::showLanes()
 /** The header's colours say whether the effect is locked, off or the one clicked last. */
 void Effect::drawHeader(const Area& inside)
 {
-    using vellum::fillBox;
     vellum::Render& render = getRender();
-    if (mLocked)
-        fillBox(render, {mStyle.mCaption.mInactive1, mStyle.mCaption.mInactive2}, inside);
-    else if (getInactive())
-        fillBox(render, {mStyle.mBack.mInactive1, mStyle.mBack.mInactive2}, inside);
-    else if (isFocusedBar())
-        fillBox(render, {mStyle.mBack.mPushed1, mStyle.mBack.mPushed2}, inside);
-    else
-        fillBox(render, {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, inside);
-
-    if (mMouseOverIndex != HEADER)
-        return;
-    if (mMouseDown)
-        fillBox(render, {mStyle.mBack.mPushed1, mStyle.mBack.mPushed2}, inside);
-    else
-        fillBox(render, {mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2}, inside);
+    vellum::Look look = isFocusedBar() ? vellum::Look::PRESSED : vellum::Look::NORMAL;
+    if (mLocked || getInactive())
+        look = vellum::Look::INACTIVE;
+    vellum::fillBox(render, vellum::pairOf(mLocked ? mStyle.mCaption : mStyle.mBack, look), inside);
+    if (mMouseOverIndex == HEADER)
+        vellum::fillBox(render, vellum::pairOf(mStyle.mBack, vellum::partLook(true, mMouseDown)),
+                        inside);
 }
 
 void Effect::drawHandle(const Area& area, Grip grip)
 {
-    using vellum::fillBox;
-    const style::colorInfo& marks = mStyle.mCaption;
-    if (mMouseOverIndex != grip)
-        fillBox(getRender(), {marks.mColor1, marks.mColor2}, area);
-    else if (mMouseDown)
-        fillBox(getRender(), {marks.mPushed1, marks.mPushed2}, area);
-    else
-        fillBox(getRender(), {marks.mHighlight1, marks.mHighlight2}, area);
+    vellum::fillBox(
+        getRender(),
+        vellum::pairOf(mStyle.mCaption, vellum::partLook(mMouseOverIndex == grip, mMouseDown)),
+        area);
 }
 
 /** The name moves to the left where the bar is cut off on the right, so that it can be read. */

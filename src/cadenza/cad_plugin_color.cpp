@@ -161,8 +161,7 @@ void Color::draw(Area area, Area /*parent*/, Area clip)
     drawSwatches(area, clip);
 
     vellum::Render& render = getRender();
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    vellum::drawBorder(render, vellum::borderOf(mStyle.mBack), area);
     drawKeys(area, clip);
 
     render.setColor(mStyle.mText.mColor1, mStyle.mText.mColor1);

@@ -282,8 +282,7 @@ void Trigger::drawBack(const Area& area)
     }
     vellum::Render& render = getRender();
     vellum::fillBox(render, {first, second}, area);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    vellum::drawBorder(render, vellum::borderOf(mStyle.mBack), area);
 }
 
 /** Where bars lie closer than pixels do, not every one is drawn. */
@@ -295,18 +294,11 @@ void Trigger::drawBars(const ActionData& action, const Area& area, const Area& c
     for (std::int64_t j = bars.first; j < bars.end; j += bars.step) {
         const float time = action.mStart + static_cast<float>(j) * delay;
         const float x = area.mMin.x + toPixels(time);
-        vellum::fillBox(getRender(), barColors(j <= highlight && highlight < j + bars.step),
+        const bool isHighlighted = j <= highlight && highlight < j + bars.step;
+        vellum::fillBox(getRender(),
+                        vellum::pairOf(mStyle.mCaption, vellum::partLook(isHighlighted, mPushed)),
                         {x, area.mMin.y + 1.0f, x + BAR_WIDTH, area.mMax.y - 1.0f});
     }
-}
-
-vellum::ColorPair Trigger::barColors(bool isHighlighted) const
-{
-    const style::colorInfo& bars = mStyle.mCaption;
-    if (!isHighlighted)
-        return {bars.mColor1, bars.mColor2};
-    return mPushed ? vellum::ColorPair{bars.mPushed1, bars.mPushed2}
-                   : vellum::ColorPair{bars.mHighlight1, bars.mHighlight2};
 }
 
 } // namespace zavex::cadenza

@@ -70,7 +70,6 @@ private:
 
     void drawBack(const Area& area);
     void drawBars(const ActionData& action, const Area& area, const Area& clip);
-    vellum::ColorPair barColors(bool isHighlighted) const;
 
     std::vector<std::unique_ptr<ActionData>> mAction;
     float mLastTime = 0.0f;               // of the latest update, seconds

@@ -70,17 +70,15 @@ int Button::handleEvent(Event& event)
 
 void Button::draw(Area area, Area parent, Area clip)
 {
-    fillBox(getRender(), {mStyle.mBack.mBorder1, mStyle.mBack.mBorder2}, clip);
+    fillBox(getRender(), borderOf(mStyle.mBack), clip);
     Area inner = clip;
     inner.expand(-1.0f);
     if (inner.getWidth() > 0.0f && inner.getHeight() > 0.0f) {
         drawFace(inner);
         drawCaption(area.getCenter());
     }
-    if (hasKeyboardFocus(*this) && mStyle.mCaption.mBorder1.w > 0.0f) {
-        getRender().setColor(mStyle.mCaption.mBorder1, mStyle.mCaption.mBorder2);
-        getRender().drawBorder(clip);
-    }
+    if (hasKeyboardFocus(*this) && mStyle.mCaption.mBorder1.w > 0.0f)
+        drawBorder(getRender(), borderOf(mStyle.mCaption), clip);
     Control::draw(area, parent, clip);
 }
 
@@ -126,14 +124,13 @@ bool Button::looksPushed() const
 
 void Button::drawFace(const Area& face)
 {
-    const style::colorInfo& back = mStyle.mBack;
-    if (looksPushed())
-        fillBox(getRender(), {back.mPushed1, back.mPushed2},
+    if (looksPushed()) {
+        fillBox(getRender(), pairOf(mStyle.mBack, Look::PRESSED),
                 {face.mMin + PUSHED_OFFSET, face.mMax});
-    else if (mMouseOver && !mInactive)
-        fillBox(getRender(), {back.mHighlight1, back.mHighlight2}, face);
-    else
-        fillBox(getRender(), {back.mColor1, back.mColor2}, face);
+        return;
+    }
+    const Look look = mMouseOver && !mInactive ? Look::HOVERED : Look::NORMAL;
+    fillBox(getRender(), pairOf(mStyle.mBack, look), face);
 }
 
 void Button::drawCaption(Vector2f center)

@@ -36,7 +36,7 @@ void ColorChooser::load(xml::IteratorConst& element)
 
 void ColorChooser::draw(Area area, Area parent, Area clip)
 {
-    fillBox(getRender(), {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
+    fillBox(getRender(), pairOf(mStyle.mBack), area);
     Flow::draw(area, parent, clip);
 }
 

@@ -82,10 +82,8 @@ int Context::handleEvent(Event& event)
 void Context::draw(Area area, Area, Area clip)
 {
     Render& render = getRender();
-    render.setColor(mStyle.mBack.mColor1, mStyle.mBack.mColor2);
-    render.drawBox(area, Render::GRADIENT_VERTICAL);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    fillBox(render, pairOf(mStyle.mBack), area);
+    drawBorder(render, borderOf(mStyle.mBack), area);
     for (std::int32_t i = 0; i < getChildCount(); ++i)
         drawRow(area, i);
     render.setAlign(display::Font::ALIGN_CENTER);
@@ -308,10 +306,8 @@ void Context::drawRow(const Area& area, std::int32_t index)
     const float middle = top + ROW_HEIGHT / 2.0f;
     if (right <= left)
         return; // narrower than its own border
-    if (index == mSelected) {
-        render.setColor(mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2);
-        render.drawBox(Area(left, top, right, top + ROW_HEIGHT), Render::GRADIENT_VERTICAL);
-    }
+    if (index == mSelected)
+        fillBox(render, pairOf(mStyle.mBack, Look::HOVERED), {left, top, right, top + ROW_HEIGHT});
 
     const style::Color& color = rowColor(option, index);
     render.setColor(color, color);

@@ -1,6 +1,6 @@
 #include "vellum/vel_layout_stack.h"
 
-#include "vellum/vel_render.h"
+#include "vellum/vel_look.h"
 
 #include "xml/xml_iteratorconst.h"
 
@@ -37,9 +37,7 @@ void LayoutStack::deleteControl(unsigned index)
 
 void LayoutStack::draw(Area area, Area parent, Area clip)
 {
-    Render& render = getRender();
-    render.setColor(mStyle.mBack.mColor1, mStyle.mBack.mColor2);
-    render.drawBox(area, Render::GRADIENT_VERTICAL);
+    fillBox(getRender(), pairOf(mStyle.mBack), area);
     Control::draw(area, parent, clip);
 }
 

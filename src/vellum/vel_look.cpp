@@ -24,7 +24,9 @@ void setFlat(style::Color& first, style::Color& second, unsigned code)
     first = second = rgb(code);
 }
 
-ColorPair ownPair(const style::colorInfo& set, Look look)
+} // namespace
+
+ColorPair pairOf(const style::colorInfo& set, Look look)
 {
     switch (look) {
         case Look::HOVERED: return {set.mHighlight1, set.mHighlight2};
@@ -34,12 +36,22 @@ ColorPair ownPair(const style::colorInfo& set, Look look)
     }
 }
 
-} // namespace
-
 ColorPair pick(const style::colorInfo& set, Look look)
 {
-    const ColorPair pair = ownPair(set, look);
-    return pair.first.w != 0.0f ? pair : ColorPair{set.mColor1, set.mColor2};
+    const ColorPair pair = pairOf(set, look);
+    return pair.first.w != 0.0f ? pair : pairOf(set);
+}
+
+ColorPair borderOf(const style::colorInfo& set)
+{
+    return {set.mBorder1, set.mBorder2};
+}
+
+Look partLook(bool pointedAt, bool held)
+{
+    if (!pointedAt)
+        return Look::NORMAL;
+    return held ? Look::PRESSED : Look::HOVERED;
 }
 
 style widgetStyle()
@@ -89,6 +101,12 @@ void fillBox(Render& render, const ColorPair& colors, const Render::Area& area, 
     render.drawBox(area, gradient);
 }
 
+void drawBorder(Render& render, const ColorPair& colors, const Render::Area& area)
+{
+    render.setColor(colors.first, colors.second);
+    render.drawBorder(area);
+}
+
 void fillCircle(Render& render, const ColorPair& colors, const Render::Area& area)
 {
     render.setColor(colors.first, colors.second);
@@ -98,8 +116,7 @@ void fillCircle(Render& render, const ColorPair& colors, const Render::Area& are
 void drawField(Render& render, const style& colors, const Render::Area& area, Look look,
                bool focused)
 {
-    const style::colorInfo& border = focused ? colors.mCaption : colors.mBack;
-    fillBox(render, {border.mBorder1, border.mBorder2}, area);
+    fillBox(render, borderOf(focused ? colors.mCaption : colors.mBack), area);
 
     Render::Area body = area;
     body.expand(-1.0f);

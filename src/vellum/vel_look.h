@@ -20,11 +20,17 @@ struct ColorPair {
     const style::Color& second;
 };
 
-/**
- * The pair of a set that belongs to a look: `mColor`, `mHighlight`, `mPushed` or `mInactive`. Where
- * the first colour of that pair is wholly transparent it is `mColor`.
- */
+/** The pair of a set that belongs to a look: `mColor`, `mHighlight`, `mPushed` or `mInactive`. */
+ColorPair pairOf(const style::colorInfo& set, Look look = Look::NORMAL);
+
+/** As `pairOf`; where the first colour of that pair is wholly transparent it is `mColor`. */
 ColorPair pick(const style::colorInfo& set, Look look);
+
+/** The `mBorder` pair of a set. */
+ColorPair borderOf(const style::colorInfo& set);
+
+/** The look of a part of a control: it is pressed where the pointer is on it and it is held. */
+Look partLook(bool pointedAt, bool held);
 
 /**
  * The colours that value widgets start with: dark bodies (`mBack`), cyan marks whose border is the
@@ -41,6 +47,9 @@ bool isShown(const Control& control);
 /** A box in a pair of colours. @param gradient  A `Render::Gradient`. */
 void fillBox(Render& render, const ColorPair& colors, const Render::Area& area,
              int gradient = Render::GRADIENT_VERTICAL);
+
+/** The outline of a box in a pair of colours. */
+void drawBorder(Render& render, const ColorPair& colors, const Render::Area& area);
 
 /** The ellipse inscribed in `area`, in the first colour. */
 void fillCircle(Render& render, const ColorPair& colors, const Render::Area& area);

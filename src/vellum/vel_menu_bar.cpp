@@ -162,11 +162,8 @@ void MenuBar::drawTitle(std::size_t index, const Area& area)
     const Look look = mInactive ? Look::INACTIVE : marked ? Look::HOVERED : Look::NORMAL;
     if (marked) {
         const float margin = std::min(mBarOffset, mBarSpacing / 2.0f);
-        const ColorPair body = pick(mStyle.mBack, mClicked ? Look::PRESSED : look);
-        render.setColor(body.first, body.second);
-        render.drawBox(
-            Area(title.mMin.x - margin, title.mMin.y, title.mMax.x + margin, title.mMax.y),
-            Render::GRADIENT_VERTICAL);
+        fillBox(render, pick(mStyle.mBack, mClicked ? Look::PRESSED : look),
+                {title.mMin.x - margin, title.mMin.y, title.mMax.x + margin, title.mMax.y});
     }
     // As a row of a menu: text on the mark has a colour of its own, where there is one.
     const ColorPair text = pick(mStyle.mText, mInactive ? Look::INACTIVE : Look::NORMAL);

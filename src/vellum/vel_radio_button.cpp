@@ -161,8 +161,7 @@ void RadioButton::choose(int index)
 void RadioButton::drawMark(const Area& box, Look look, bool checked, bool focused)
 {
     Render& render = getRender();
-    const style::colorInfo& border = focused ? mStyle.mCaption : mStyle.mBack;
-    fillCircle(render, {border.mBorder1, border.mBorder2}, box);
+    fillCircle(render, borderOf(focused ? mStyle.mCaption : mStyle.mBack), box);
     fillCircle(render, pick(mStyle.mBack, look), shrunk(box, 1.0f));
     if (checked)
         fillCircle(render, pick(mStyle.mCaption, look), shrunk(box, DOT_INSET));

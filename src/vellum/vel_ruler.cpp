@@ -105,8 +105,7 @@ int Ruler::handleEvent(Event& event)
 
 void Ruler::draw(Area area, Area parent, Area clip)
 {
-    const style::colorInfo& back = mStyle.mBack;
-    fillBox(getRender(), {back.mColor1, back.mColor2}, area);
+    fillBox(getRender(), pairOf(mStyle.mBack), area);
 
     const float step = mInterval / mScale;
     forEachTick(area, clip, step / mSubIntervals,
@@ -153,7 +152,7 @@ void Ruler::setShadow2(float x)
 void Ruler::drawTick(const Area& area, float x, float top)
 {
     const float center = area.mMin.x + x;
-    fillBox(getRender(), {mStyle.mBack.mInactive1, mStyle.mBack.mInactive2},
+    fillBox(getRender(), pairOf(mStyle.mBack, Look::INACTIVE),
             {center - 1.0f, area.mMin.y + top * mHeight, center + 1.0f, area.mMin.y + mHeight});
 }
 
@@ -184,13 +183,12 @@ void Ruler::drawMarkers(const Area& area)
         const float left = area.mMin.x + x;
         fillBox(getRender(), colors, {left, area.mMin.y + mHeight, left + 1.0f, area.mMax.y});
     };
-    const style::colorInfo& marks = mStyle.mCaption;
     if (mShadowX > 0.0f)
-        drawLine(mShadowX, {marks.mHighlight1, marks.mHighlight2});
+        drawLine(mShadowX, pairOf(mStyle.mCaption, Look::HOVERED));
     if (mShadowX2 > 0.0f)
-        drawLine(mShadowX2, {marks.mPushed1, marks.mPushed2});
+        drawLine(mShadowX2, pairOf(mStyle.mCaption, Look::PRESSED));
     if (mMouseOver)
-        drawLine(mX, {mStyle.mBack.mHighlight1, mStyle.mBack.mHighlight2});
+        drawLine(mX, pairOf(mStyle.mBack, Look::HOVERED));
 }
 
 /** Where labels have their middle: they stand on their ticks, but do not leave the strip. */

@@ -18,7 +18,7 @@ Control* ScrollbarsFrame::clone()
 
 void ScrollbarsFrame::draw(Area area, Area parent, Area clip)
 {
-    fillBox(getRender(), {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
+    fillBox(getRender(), pairOf(mStyle.mBack), area);
     Control::draw(area, parent, clip);
 }
 

@@ -211,9 +211,8 @@ void Spline::draw(Area area, Area, Area clip)
     if (!m_spline)
         return;
     Render& render = getRender();
-    fillBox(render, {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    fillBox(render, pairOf(mStyle.mBack), area);
+    drawBorder(render, borderOf(mStyle.mBack), area);
 
     setFlatColor(render, mStyle.mText.mColor1);
     render.setAlign(display::Font::ALIGN_LEFT);

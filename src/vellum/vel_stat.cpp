@@ -59,7 +59,7 @@ void Stat::draw(Area area, Area parent, Area clip)
 {
     evaluate();
     mValueMax += (mValueMaxWannabe - mValueMax) * MAXIMUM_EASING;
-    fillBox(getRender(), {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, clip);
+    fillBox(getRender(), pairOf(mStyle.mBack), clip);
     if (mValueMax > 0.0f)
         drawGraph(area, clip);
     if (mCurrent > 0.0f)

@@ -47,10 +47,7 @@ int TabCaption::handleEvent(Event& event)
 
 void TabCaption::draw(Area area, Area parent, Area clip)
 {
-    Render& render = getRender();
-    const ColorPair body = pick(mStyle.mBack, Look::INACTIVE);
-    render.setColor(body.first, body.second);
-    render.drawBox(area, Render::GRADIENT_VERTICAL);
+    fillBox(getRender(), pick(mStyle.mBack, Look::INACTIVE), area);
     const std::int32_t selected = view() ? view()->getSelected() : -1;
     const float common = commonWidth();
     float left = area.mMin.x;
@@ -129,18 +126,12 @@ void TabCaption::show(std::int32_t page)
 void TabCaption::drawTab(std::int32_t page, const Area& tab, bool selected)
 {
     Render& render = getRender();
-    if (selected || page == mHovered) {
-        const ColorPair body = pick(mStyle.mBack, selected ? Look::NORMAL : Look::HOVERED);
-        render.setColor(body.first, body.second);
-        render.drawBox(tab, Render::GRADIENT_VERTICAL);
-    }
-    if (selected) {
-        const ColorPair mark =
-            pick(mStyle.mCaption, hasKeyboardFocus(*this) ? Look::HOVERED : Look::NORMAL);
-        render.setColor(mark.first, mark.second);
-        render.drawBox(Area(tab.mMin.x, tab.mMin.y, tab.mMax.x, tab.mMin.y + MARK_HEIGHT),
-                       Render::GRADIENT_VERTICAL);
-    }
+    if (selected || page == mHovered)
+        fillBox(render, pick(mStyle.mBack, selected ? Look::NORMAL : Look::HOVERED), tab);
+    if (selected)
+        fillBox(render,
+                pick(mStyle.mCaption, hasKeyboardFocus(*this) ? Look::HOVERED : Look::NORMAL),
+                {tab.mMin.x, tab.mMin.y, tab.mMax.x, tab.mMin.y + MARK_HEIGHT});
     drawLabel(view()->getPage(page)->getCaption(),
               {tab.getCenter(), tab.getWidth() - PADDING, display::Font::ALIGN_CENTER},
               mInactive ? Look::INACTIVE : Look::NORMAL);

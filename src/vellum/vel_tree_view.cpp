@@ -296,11 +296,8 @@ void TreeView::drawRow(const Area& area, std::int32_t row)
     Render& render = getRender();
     const std::int32_t item = mRows[static_cast<std::size_t>(row)];
     const bool marked = item == mSelected;
-    if (marked || (row == mHovered && !mInactive)) {
-        const ColorPair body = pick(mStyle.mBack, marked ? Look::PRESSED : Look::HOVERED);
-        render.setColor(body.first, body.second);
-        render.drawBox(area, Render::GRADIENT_VERTICAL);
-    }
+    if (marked || (row == mHovered && !mInactive))
+        fillBox(render, pick(mStyle.mBack, marked ? Look::PRESSED : Look::HOVERED), area);
 
     const ColorPair mark = pick(mStyle.mCaption, mInactive ? Look::INACTIVE : Look::NORMAL);
     render.setColor(mark.first, mark.second);
@@ -332,11 +329,8 @@ void TreeView::drawScrollMark(const Area& area)
     const float height = area.getHeight() - 2.0f * BORDER;
     const float top = area.mMin.y + BORDER + height * static_cast<float>(firstRow()) / rows;
     const float right = area.mMax.x - BORDER;
-    const ColorPair mark = pick(mStyle.mCaption, Look::INACTIVE);
-    Render& render = getRender();
-    render.setColor(mark.first, mark.second);
-    render.drawBox(Area(right - SCROLL_MARK_WIDTH, top, right, top + height * fitting / rows),
-                   Render::GRADIENT_VERTICAL);
+    fillBox(getRender(), pick(mStyle.mCaption, Look::INACTIVE),
+            {right - SCROLL_MARK_WIDTH, top, right, top + height * fitting / rows});
 }
 
 } // namespace zavex::vellum

@@ -78,12 +78,11 @@ void Window::deleteControls()
 void Window::draw(Area area, Area parent, Area clip)
 {
     Render& render = getRender();
-    fillBox(render, {mStyle.mBack.mColor1, mStyle.mBack.mColor2}, area);
+    fillBox(render, pairOf(mStyle.mBack), area);
     Flow::draw(area, parent, clip);
     // Bar and frame reach to the edges: the border goes over them.
     render.setClipArea(clip);
-    render.setColor(mStyle.mBack.mBorder1, mStyle.mBack.mBorder2);
-    render.drawBorder(area);
+    drawBorder(render, borderOf(mStyle.mBack), area);
 }
 
 void Window::moveBy(Vector2f movement)
