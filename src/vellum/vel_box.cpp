@@ -24,8 +24,7 @@ constexpr float TEXT_INSET = 4.0f; // pixels between the edges and the caption
 
 Box::Box() : mFrame(addOwn(std::make_unique<BoxFrame>()))
 {
-    mType = "box";
-    mId = "box";
+    mType = mId = "box";
     mStyle = widgetStyle();
 }
 

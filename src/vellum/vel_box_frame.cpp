@@ -4,8 +4,7 @@ namespace zavex::vellum {
 
 BoxFrame::BoxFrame()
 {
-    mType = "boxframe";
-    mId = "boxframe";
+    mType = mId = "boxframe";
 }
 
 Control* BoxFrame::clone()

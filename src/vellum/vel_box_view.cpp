@@ -19,8 +19,7 @@ constexpr float GRID = 40.0f; // pixels between the lines of the sheet
 
 BoxView::BoxView()
 {
-    mType = "boxview";
-    mId = "boxview";
+    mType = mId = "boxview";
     mStyle = widgetStyle();
 }
 

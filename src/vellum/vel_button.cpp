@@ -21,9 +21,7 @@ constexpr float PUSHED_SHADE = 0.9f;          // brightness of the top of the pu
 
 Button::Button()
 {
-    mType = "button";
-    mId = "button";
-    mCaption = "button";
+    mType = mId = mCaption = "button";
     style::colorInfo& back = mStyle.mBack;
     back.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
     back.mColor2 = style::Color(0.7f, 0.7f, 0.7f, 1.0f);

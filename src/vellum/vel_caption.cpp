@@ -20,8 +20,7 @@ constexpr float MARK_WIDTH = 3.0f; // pixels of the mark at the left edge of the
 
 Caption::Caption()
 {
-    mType = "caption";
-    mId = "caption";
+    mType = mId = "caption";
     mCaption.clear();
     mStyle = widgetStyle();
 }

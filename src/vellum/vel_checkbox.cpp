@@ -10,9 +10,7 @@ constexpr float MARK_INSET = 3.0f; // pixels
 
 Checkbox::Checkbox()
 {
-    mType = "checkbox";
-    mId = "checkbox";
-    mCaption = "checkbox";
+    mType = mId = mCaption = "checkbox";
 }
 
 Control* Checkbox::clone()

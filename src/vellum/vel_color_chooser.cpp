@@ -15,8 +15,7 @@ ColorChooser::ColorChooser()
     : mFrame(addOwn(std::make_unique<ColorChooserFrame>())),
       mStatFrame(addOwn(std::make_unique<ColorChooserStatFrame>()))
 {
-    mType = "colorchooser";
-    mId = "colorchooser";
+    mType = mId = "colorchooser";
     mStyle = widgetStyle();
     setPercent(mFrame, 100.0f);
     setSize(mStatFrame, 0.0f);

@@ -17,8 +17,7 @@ ColorChooserFrame::ColorChooserFrame()
     : mWheel(addOwn(std::make_unique<ColorChooserWheel>())),
       mSlider(addOwn(std::make_unique<Slider>()))
 {
-    mType = "colorchooserframe";
-    mId = "colorchooserframe";
+    mType = mId = "colorchooserframe";
     mDirection = DIRECTION_HORISONTAL;
     setPercent(mWheel, 100.0f);
     setSize(mSlider, SLIDER_WIDTH);

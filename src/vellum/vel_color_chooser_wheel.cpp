@@ -53,8 +53,7 @@ float columnStart(float fieldWidth, int column)
 
 ColorChooserWheel::ColorChooserWheel()
 {
-    mType = "colorchooserwheel";
-    mId = "colorchooserwheel";
+    mType = mId = "colorchooserwheel";
 }
 
 Control* ColorChooserWheel::clone()

@@ -4,8 +4,7 @@ namespace zavex::vellum {
 
 Container::Container()
 {
-    mType = "container";
-    mId = "container";
+    mType = mId = "container";
 }
 
 Control* Container::clone()

@@ -40,9 +40,7 @@ Control::style standardStyle()
 
 Context::Context()
 {
-    mType = "context";
-    mId = "context";
-    mCaption = "context";
+    mType = mId = mCaption = "context";
     mStyle = standardStyle();
 }
 

@@ -55,9 +55,7 @@ void DropdownList::moveMark(std::int32_t rows)
 
 Dropdown::Dropdown()
 {
-    mType = "dropdown";
-    mId = "dropdown";
-    mCaption = "dropdown";
+    mType = mId = mCaption = "dropdown";
     mList.setCaption("dropdown");
 }
 

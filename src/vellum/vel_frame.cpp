@@ -8,8 +8,7 @@ namespace zavex::vellum {
 
 Frame::Frame()
 {
-    mType = "frame";
-    mId = "frame";
+    mType = mId = "frame";
     mStyle = widgetStyle();
 }
 

@@ -47,9 +47,7 @@ Render::Area fittedArea(const Render::Area& area, Vector2f picture)
 
 Image::Image()
 {
-    mType = "image";
-    mId = "image";
-    mCaption = "image";
+    mType = mId = mCaption = "image";
     mStyle = widgetStyle();
 }
 

@@ -54,9 +54,7 @@ void fillSmoothCircle(Render& render, style::Color color, Vector2f centre, float
 
 Knob::Knob()
 {
-    mType = "knob";
-    mId = "knob";
-    mCaption = "knob";
+    mType = mId = mCaption = "knob";
 }
 
 Control* Knob::clone()

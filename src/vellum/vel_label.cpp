@@ -39,9 +39,7 @@ float placeOf(Label::Align align, float low, float high)
 
 Label::Label()
 {
-    mType = "label";
-    mId = "label";
-    mCaption = "label";
+    mType = mId = mCaption = "label";
     mStyle = widgetStyle();
     mStyle.mBack = style::colorInfo{};
 }

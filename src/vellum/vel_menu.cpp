@@ -10,8 +10,7 @@ namespace zavex::vellum {
 
 Menu::Menu() : mFrame(addOwn(std::make_unique<MenuFrame>()))
 {
-    mType = "menu";
-    mId = "menu";
+    mType = mId = "menu";
     setPercent(mFrame, 100.0f);
     Menu::setCaption("menu");
 }

@@ -17,9 +17,7 @@ using mathbase::Vector2f;
 
 MenuBar::MenuBar()
 {
-    mType = "menubar";
-    mId = "menubar";
-    mCaption = "menubar";
+    mType = mId = mCaption = "menubar";
     mStyle = widgetStyle();
 }
 

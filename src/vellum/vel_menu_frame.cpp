@@ -70,8 +70,7 @@ void Rows::openSubmenu(Context& submenu)
 
 MenuFrame::MenuFrame() : mRows(addOwn(std::make_unique<Rows>()))
 {
-    mType = "menuframe";
-    mId = "menuframe";
+    mType = mId = "menuframe";
     mStyle = widgetStyle();
     mRows->setColors(mStyle);
     mRows->setMaximized(true);

@@ -34,8 +34,7 @@ void layOutAgain(Control& parent)
 
 Panel::Panel() : mFrame(addOwn(std::make_unique<PanelFrame>()))
 {
-    mType = "panel";
-    mId = "panel";
+    mType = mId = "panel";
     mStyle = widgetStyle();
 }
 

@@ -6,8 +6,7 @@ namespace zavex::vellum {
 
 PanelFrame::PanelFrame()
 {
-    mType = "panelframe";
-    mId = "panelframe";
+    mType = mId = "panelframe";
     mStyle = widgetStyle();
 }
 

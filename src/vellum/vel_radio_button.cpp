@@ -37,9 +37,7 @@ Render::Area shrunk(Render::Area box, float margin)
 
 RadioButton::RadioButton()
 {
-    mType = "radiobutton";
-    mId = "radiobutton";
-    mCaption = "radiobutton";
+    mType = mId = mCaption = "radiobutton";
 }
 
 Control* RadioButton::clone()

@@ -53,8 +53,7 @@ void forEachTick(const Render::Area& area, const Render::Area& clip, float step,
 
 Ruler::Ruler() : mFrame(addOwn(std::make_unique<Content>()))
 {
-    mType = "ruler";
-    mId = "ruler";
+    mType = mId = "ruler";
     const style::colorInfo text = mStyle.mText;
     mStyle.mBack.mInactive1 = mStyle.mBack.mInactive2 = text.mInactive1;
     mStyle.mBack.mHighlight1 = mStyle.mBack.mHighlight2 = text.mInactive1;

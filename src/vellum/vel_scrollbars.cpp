@@ -43,8 +43,7 @@ struct Scrollbars::Bar {
 
 Scrollbars::Scrollbars() : mFrame(addOwn(std::make_unique<ScrollbarsFrame>()))
 {
-    mType = "scrollbars";
-    mId = "scrollbars";
+    mType = mId = "scrollbars";
     mMaximized = true;
     mStyle = widgetStyle();
     // Tracks lie deeper than the bodies that they border on.

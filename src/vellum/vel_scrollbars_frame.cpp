@@ -6,8 +6,7 @@ namespace zavex::vellum {
 
 ScrollbarsFrame::ScrollbarsFrame()
 {
-    mType = "scrollbarsframe";
-    mId = "scrollbarsframe";
+    mType = mId = "scrollbarsframe";
     mStyle.mBack = style::colorInfo{};
 }
 

@@ -20,9 +20,7 @@ constexpr float PERCENT = 0.01f;
 
 Slider::Slider()
 {
-    mType = "slider";
-    mId = "slider";
-    mCaption = "slider";
+    mType = mId = mCaption = "slider";
 }
 
 Control* Slider::clone()

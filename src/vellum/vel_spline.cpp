@@ -124,8 +124,7 @@ private:
 
 Spline::Spline()
 {
-    mType = "spline";
-    mId = "spline";
+    mType = mId = "spline";
     mStyle = style{};
     mStyle.mBack.mBorder1 = style::Color(0.55f, 0.51f, 0.51f, 1.0f);
     mStyle.mBack.mBorder2 = style::Color(0.31f, 0.31f, 0.41f, 1.0f);

@@ -26,9 +26,7 @@ constexpr int DECIMALS = 2;
 
 Stat::Stat() : mValue(HISTORY, 0.0f)
 {
-    mType = "stat";
-    mId = "stat";
-    mCaption = "stat";
+    mType = mId = mCaption = "stat";
     mStyle.mBack.mColor1 = style::Color(1.0f, 1.0f, 1.0f, 1.0f);
     mStyle.mBack.mColor2 = style::Color(0.7f, 0.7f, 0.7f, 1.0f);
     mStyle.mBack.mHighlight1 = mStyle.mBack.mHighlight2 = style::Color(1.0f, 1.0f, 0.0f, 1.0f);

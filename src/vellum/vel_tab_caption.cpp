@@ -22,9 +22,7 @@ constexpr float MARK_HEIGHT = 2.0f; // pixels of the line above the selected tab
 
 TabCaption::TabCaption()
 {
-    mType = "tabcaption";
-    mId = "tabcaption";
-    mCaption = "tabcaption";
+    mType = mId = mCaption = "tabcaption";
 }
 
 Control* TabCaption::clone()

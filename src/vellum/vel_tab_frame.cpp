@@ -8,9 +8,7 @@ namespace zavex::vellum {
 
 TabFrame::TabFrame()
 {
-    mType = "tabframe";
-    mId = "tabframe";
-    mCaption = "tabframe";
+    mType = mId = mCaption = "tabframe";
     mStyle = widgetStyle();
 }
 

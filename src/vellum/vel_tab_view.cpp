@@ -9,9 +9,7 @@ namespace zavex::vellum {
 
 TabView::TabView() : mTabs(addOwn(std::make_unique<TabCaption>()))
 {
-    mType = "tabview";
-    mId = "tabview";
-    mCaption = "tabview";
+    mType = mId = mCaption = "tabview";
 }
 
 Control* TabView::clone()

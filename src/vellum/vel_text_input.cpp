@@ -44,8 +44,7 @@ Workspace* clipboardOf(Control& control)
 
 TextInput::TextInput()
 {
-    mType = "textinput";
-    mId = "textinput";
+    mType = mId = "textinput";
     mCaption.clear();
 }
 

@@ -31,9 +31,7 @@ constexpr float ROWS_PER_STEP = 3.0f;     // of the wheel
 
 TreeView::TreeView()
 {
-    mType = "treeview";
-    mId = "treeview";
-    mCaption = "treeview";
+    mType = mId = mCaption = "treeview";
 }
 
 Control* TreeView::clone()

@@ -17,8 +17,7 @@ Window::Window()
     : mCaptionbar(addOwn(std::make_unique<Caption>())),
       mFrame(addOwn(std::make_unique<WindowFrame>()))
 {
-    mType = "window";
-    mId = "window";
+    mType = mId = "window";
     mStyle.mBack.mBorder1 = mStyle.mBack.mBorder2 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
     mStyle.mBack.mColor1 = style::Color(0.4f, 1.1f, 0.4f, 1.0f);
     mStyle.mBack.mColor2 = style::Color(0.3f, 0.0f, 0.2f, 1.0f);

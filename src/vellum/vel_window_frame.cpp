@@ -4,8 +4,7 @@ namespace zavex::vellum {
 
 WindowFrame::WindowFrame()
 {
-    mType = "windowframe";
-    mId = "windowframe";
+    mType = mId = "windowframe";
 }
 
 Control* WindowFrame::clone()

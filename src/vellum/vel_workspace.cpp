@@ -24,8 +24,7 @@ const Control::Area ALL(0.0f, 0.0f, EVERYWHERE, EVERYWHERE);
 
 Workspace::Workspace()
 {
-    mType = "workspace";
-    mId = "workspace";
+    mType = mId = "workspace";
 }
 
 Control* Workspace::clone()
