@@ -221,6 +221,9 @@ public:
 
     /** Gives back one hold on a resource; the last one deletes it. Null is ignored. */
     virtual void destroy(const Resource* resource) = 0;
+
+    /** What is drawn into, as `setFBO` took it. */
+    virtual FBO* getFBO() const = 0;
 };
 
 } // namespace zavex::display

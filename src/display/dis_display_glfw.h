@@ -100,6 +100,7 @@ public:
     ShaderSource* createVertexShader(const std::string& file, bool flag) override;
     ShaderSource* createPixelShader(const std::string& file, bool flag) override;
     void destroy(const Resource* resource) override;
+    FBO* getFBO() const override { return mCurrentFBO; }
 
     /** Frees, or builds again, the graphics objects of all resources. The window must be open. */
     void disposeResources();

@@ -11,7 +11,6 @@
 
 namespace zavex::effects {
 
-using display::BlendFactor;
 using display::DisplayObsolete;
 using display::Texture;
 using mathbase::Matrix4x4Col;
@@ -55,25 +54,19 @@ void Ascii::setup()
     mCellSize = {};
 }
 
-void Ascii::draw(float time, float /*delta*/, float /*progress*/)
+void Ascii::drawFrame(float time, float /*delta*/, float /*progress*/)
 {
-    DisplayObsolete::setProject(Matrix4x4Col());
-    ds.setCamera();
+    beginOverlay(ds);
     Matrix4x4Col downwards;
     downwards.setScale(Vector3f(1.0f, -1.0f, 0.0f));
     ds.setTransform(downwards);
 
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
     DisplayObsolete::setTexturing(true);
     mDisplay->setTexture(mTexture, 0);
 
     layOutCells();
     slideCells(time);
     DisplayObsolete::drawQuads(mVertices.data(), mVertices.size());
-
-    mDisplay->setTexture(nullptr, 0);
-    DisplayObsolete::setTexturing(false);
 }
 
 /** The grid has the size of the picture, in the middle of the window. */

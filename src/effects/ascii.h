@@ -14,7 +14,7 @@ namespace zavex::effects {
  * The end picture, cut into a grid of character cells that slide up into their places row by row:
  * each starts below its place by an amount of its own, drawn at `setup`, and later rows by more.
  *
- * A function of time alone. Leaves blending (one, one) on.
+ * A function of time alone.
  */
 class Ascii final : public CommonEffect {
 public:
@@ -28,13 +28,13 @@ public:
     Ascii();
 
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
 
     /** Row by row; null before `setup`. */
     const Char* chars() const { return mChar.get(); }
 
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void leave(DrawingStates& left) const override { left.addLight(); }
     void layOutCells();
     void slideCells(float time);
 

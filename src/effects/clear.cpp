@@ -11,11 +11,16 @@ Clear::Clear()
     addPlugin("color", mColor);
 }
 
-void Clear::draw(float time, float /*delta*/, float /*progress*/)
+void Clear::drawFrame(float time, float /*delta*/, float /*progress*/)
 {
     mDisplay->setFBO(mCommon->mVaddr[0]);
     const mathbase::Vector3f colour = mColor.get(time);
     display::DisplayObsolete::clear({colour.x, colour.y, colour.z, 1.0f}, 1.0f);
+}
+
+void Clear::leave(DrawingStates& left) const
+{
+    left.target = mCommon->mVaddr[0];
 }
 
 } // namespace zavex::effects

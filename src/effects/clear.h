@@ -10,11 +10,10 @@ class Clear final : public CommonEffect {
 public:
     Clear();
 
-    void setup() override {}
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
-
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void leave(DrawingStates& left) const override;
+
     cadenza::Color mColor;
 };
 

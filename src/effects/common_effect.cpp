@@ -10,12 +10,61 @@
 
 namespace zavex::effects {
 
+using display::Immediate;
+
 namespace {
 
 constexpr float FIELD_OF_VIEW = 1.3962634f; // radians, vertical
 constexpr float NEAR_PLANE = 0.1f;
 
 } // namespace
+
+void DrawingStates::addLight()
+{
+    state.blending = true;
+    state.blendSource = display::BlendFactor::ONE;
+    state.blendDestination = display::BlendFactor::ONE;
+}
+
+void CommonEffect::draw(float time, float delta, float progress)
+{
+    const Immediate& immediate = Immediate::live();
+    DrawingStates left{immediate.state(), immediate.color(), mDisplay->getFBO()};
+    beginStates();
+    drawFrame(time, delta, progress);
+    leave(left);
+    putBack(left);
+}
+
+/** Matrices and scissor stay: the one is nobody's, the other keeps the window's margins black. */
+void CommonEffect::beginStates()
+{
+    Immediate& immediate = Immediate::live();
+    const Immediate::State& found = immediate.state();
+    DrawingStates begun{};
+    begun.addLight();
+    begun.state.projection = found.projection;
+    begun.state.modelView = found.modelView;
+    begun.state.scissor = found.scissor;
+    begun.state.scissorTest = found.scissorTest;
+    immediate.change() = begun.state;
+    immediate.setColor(1.0f, 1.0f, 1.0f, 1.0f);
+}
+
+/** Binds first: what is bound is bound by drawing what waits, in the states that it waits for. */
+void CommonEffect::putBack(const DrawingStates& left) const
+{
+    mDisplay->setVBO(nullptr);
+    mDisplay->setIBO(nullptr);
+    mDisplay->setShader(nullptr);
+    mDisplay->setTexture(nullptr, 0);
+    mDisplay->setFBO(left.target);
+
+    Immediate& immediate = Immediate::live();
+    immediate.change() = left.state;
+    const auto& [red, green, blue, alpha] = left.color;
+    immediate.setColor(red, green, blue, alpha);
+}
 
 void CommonEffect::rehearse()
 {
@@ -24,6 +73,7 @@ void CommonEffect::rehearse()
     const float roll = mCommon->roll;
     mDisplay->resetStates();
     mDisplay->setFBO(mCommon->mVaddr[0]);
+    beginStates();
     drawUnseen(0.5f * (mEnd - mStart));
 
     mCommon->clearTargets();
@@ -32,13 +82,24 @@ void CommonEffect::rehearse()
     mCommon->roll = roll;
 }
 
+void CommonEffect::beginOverlay(display::DisplayObsolete& matrices)
+{
+    display::DisplayObsolete::setProject(mathbase::Matrix4x4Col());
+    matrices.setCamera();
+    matrices.setTransform();
+}
+
 void CommonEffect::setPerspective(float farPlane) const
 {
-    const display::WindowMode& mode = mDisplay->getWindowMode();
-    const float aspect = static_cast<float>(mode.width) / static_cast<float>(mode.height);
     mathbase::Matrix4x4Col projection;
-    projection.setProject(FIELD_OF_VIEW, aspect, NEAR_PLANE, farPlane);
+    projection.setProject(FIELD_OF_VIEW, aspect(), NEAR_PLANE, farPlane);
     display::DisplayObsolete::setProject(projection);
+}
+
+float CommonEffect::aspect() const
+{
+    const display::WindowMode& mode = mDisplay->getWindowMode();
+    return static_cast<float>(mode.width) / static_cast<float>(mode.height);
 }
 
 void CommonEffect::drawPictureCentred(display::Texture& picture, float brightness) const

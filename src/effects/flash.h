@@ -11,11 +11,10 @@ class Flash final : public CommonEffect {
 public:
     Flash();
 
-    void setup() override {}
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
-
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void leave(DrawingStates& left) const override { left.addLight(); }
+
     cadenza::Spline mSpline;
     display::DisplayObsolete ds;
 };

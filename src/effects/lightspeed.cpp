@@ -47,7 +47,6 @@ constexpr float VISIBLE_DISTANCE = 20.0f;
 constexpr float PLATE_LIGHT = 25.0f;     // at distance 1
 constexpr float NEAREST_PLATE = 1.0e-3f; // keeps the light of a plate at the camera finite
 constexpr float VOLUME_INTENSITY = 1.4f;
-constexpr float POINT_SIZE = 2.0f; // pixels
 
 } // namespace
 
@@ -83,20 +82,14 @@ void Lightspeed::setup()
     }
 }
 
-void Lightspeed::draw(float time, float delta, float /*progress*/)
+void Lightspeed::drawFrame(float time, float delta, float /*progress*/)
 {
     setPerspective(FAR_PLANE);
     drawStreaks(time, delta);
     drawPlates(time);
 
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
-    DisplayObsolete::setProject(Matrix4x4Col());
-    ds.setCamera();
-    ds.setTransform();
+    beginOverlay(ds);
     drawPictureCentred(*mGreetings, mSplineGreetings.get(time));
-    mDisplay->setTexture(nullptr, 0);
-    DisplayObsolete::setTexturing(false);
 }
 
 /**
@@ -107,11 +100,6 @@ void Lightspeed::drawStreaks(float time, float delta)
 {
     ds.setCamera(Vector3f(0.0f, 0.0f, 0.0f), Vector3f(0.0f, 0.0f, VIEW_DISTANCE), 0.0f);
     ds.setTransform();
-    DisplayObsolete::setDepthTest(false);
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setFaceCulling(false);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
-    DisplayObsolete::setPointSize(POINT_SIZE);
 
     const float brightness = unit(mNotFastEnough.get(time));
     const float spread = 3.0f + 2.0f * mExplode.get(time);

@@ -19,7 +19,7 @@ namespace zavex::effects {
  * middle of the screen.
  *
  * Streaks fly towards the camera while time goes on by less than a second a frame, and come in
- * again at the far end. Everything else is a function of time. Leaves blending (one, one) on.
+ * again at the far end. Everything else is a function of time.
  */
 class Lightspeed final : public CommonEffect {
 public:
@@ -31,14 +31,15 @@ public:
     Lightspeed();
 
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
 
     /** `STREAKS` streaks and `PLATES` plates; null before `setup`. Sizes are not used. */
     const Star* streaks() const { return mStar.get(); }
     const Star* plates() const { return mCube.get(); }
 
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void leave(DrawingStates& left) const override { left.addLight(); }
+
     /** A plate in sight in this frame. */
     struct Plate {
         display::DisplayObsolete::BoxCorners corners; // seen from the world

@@ -13,7 +13,6 @@
 
 namespace zavex::effects {
 
-using display::BlendFactor;
 using display::DisplayObsolete;
 using mathbase::Euler;
 using mathbase::Matrix4x4Col;
@@ -67,7 +66,7 @@ void Plasma::setup()
     mShader->attach("plasma/plasma.vert", "plasma/plasma.frag");
 }
 
-void Plasma::draw(float time, float delta, float /*progress*/)
+void Plasma::drawFrame(float time, float delta, float /*progress*/)
 {
     const float pulse = beat(time);
     advanceCells(time, delta);
@@ -90,11 +89,14 @@ void Plasma::drawScene(float time, float beat)
     drawCells(time, beat);
     drawPanels(time);
     drawInvitation(time);
+}
 
-    mDisplay->setTexture(nullptr, 0);
-    mDisplay->setShader(nullptr);
-    DisplayObsolete::setBlending(false);
-    DisplayObsolete::setTexturing(false);
+void Plasma::leave(DrawingStates& left) const
+{
+    left.addLight();
+    left.state.blending = false;
+    left.state.faceCulling = false;
+    left.target = mCommon->mVaddr[0];
 }
 
 float Plasma::beat(float time)
@@ -133,10 +135,6 @@ void Plasma::drawCells(float time, float beat)
     transform.buildPRS(Vector3f(0.0f, 0.0f, 0.0f), rotation, Vector3f(1.0f, 1.0f, 1.0f));
     ds.setTransform(transform);
 
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
-    DisplayObsolete::setLineWidth(1.0f);
-
     const Vector3f colour = mColor.get(time) * BOX_LIGHT;
     const Vector3f glint(0.02f * beat, 0.02f * beat, 0.2f * beat);
     const float swell = beat + SWELL_AT_REST;
@@ -164,8 +162,6 @@ void Plasma::drawCells(float time, float beat)
 void Plasma::drawPanels(float time)
 {
     mDisplay->setShader(mShader);
-    DisplayObsolete::setFaceCulling(false);
-    DisplayObsolete::setBlending(true);
     DisplayObsolete::setTexturing(true);
 
     const std::array brightness = {mLogo1.get(time), mLogo2.get(time)};
@@ -183,9 +179,7 @@ void Plasma::drawPanels(float time)
 
 void Plasma::drawInvitation(float time)
 {
-    DisplayObsolete::setProject(Matrix4x4Col());
-    ds.setCamera();
-    ds.setTransform();
+    beginOverlay(ds);
     drawPictureCentred(*mInvite, mSplineInvite.get(time));
 }
 

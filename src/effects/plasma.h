@@ -27,13 +27,12 @@ public:
     Plasma();
 
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
-
-protected:
-    void drawUnseen(float time) override;
 
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void drawUnseen(float time) override;
+    void leave(DrawingStates& left) const override;
+
     float beat(float time);
     void advanceCells(float time, float delta);
     void drawScene(float time, float beat);

@@ -5,7 +5,6 @@
 #include "display/dis_shader.h"
 #include "effects/common.h"
 #include "effects/picture_quad.h"
-#include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_random.h"
 
 namespace zavex::effects {
@@ -36,26 +35,27 @@ void PostProcess::setup()
         mDisplay->createShader("postprocess/minify.vert", "postprocess/minify.frag", nullptr);
 }
 
-void PostProcess::draw(float time, float /*delta*/, float /*progress*/)
+void PostProcess::drawFrame(float time, float /*delta*/, float /*progress*/)
 {
     present(time, mathbase::RandomGen_Rand().nextFloat());
 }
 
 void PostProcess::present(float time, float noiseSeed)
 {
-    DisplayObsolete::setProject(mathbase::Matrix4x4Col());
-    ds.setTransform();
-    ds.setCamera();
-    DisplayObsolete::setDepthTest(false);
-    DisplayObsolete::setFaceCulling(false);
+    beginOverlay(ds);
     DisplayObsolete::setBlending(false);
 
     minify();
     blur();
     combine(time, noiseSeed);
+}
 
-    mDisplay->setShader(nullptr);
-    mDisplay->setTexture(nullptr, 0);
+void PostProcess::leave(DrawingStates& left) const
+{
+    left.state.depthTest = false;
+    left.state.faceCulling = false;
+    left.state.blending = false;
+    left.target = nullptr;
 }
 
 /** The texture's first row lands at the top: every pass mirrors its picture. */

@@ -21,13 +21,12 @@ public:
     PostProcess();
 
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
-
-protected:
-    void drawUnseen(float time) override { present(time, 0.0f); }
 
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void drawUnseen(float time) override { present(time, 0.0f); }
+    void leave(DrawingStates& left) const override;
+
     void present(float time, float noiseSeed);
     void drawQuad();
     void minify();

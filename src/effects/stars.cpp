@@ -10,7 +10,6 @@
 
 namespace zavex::effects {
 
-using display::BlendFactor;
 using display::DisplayObsolete;
 using mathbase::Vector3f;
 using mathbase::Vector4f;
@@ -56,16 +55,14 @@ void Stars::setup()
     }
 }
 
-void Stars::draw(float time, float /*delta*/, float /*progress*/)
+void Stars::drawFrame(float time, float /*delta*/, float /*progress*/)
 {
     setPerspective(FAR_PLANE);
     ds.setCamera(mCommon->from, mCommon->to, mCommon->roll);
     ds.setTransform();
     DisplayObsolete::setDepthTest(true);
     DisplayObsolete::setDepthWriting(false);
-    DisplayObsolete::setBlending(true);
     DisplayObsolete::setFaceCulling(true);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
     DisplayObsolete::setPointSize(POINT_SIZE);
 
     const float brightness = unit(mNotFastEnough.get(time));
@@ -74,6 +71,14 @@ void Stars::draw(float time, float /*delta*/, float /*progress*/)
         mVertices[i].color = Vector4f(light.x, light.y, light.z, 1.0f);
     }
     DisplayObsolete::drawPoints(mVertices.data(), mVertices.size());
+}
+
+void Stars::leave(DrawingStates& left) const
+{
+    left.addLight();
+    left.state.depthTest = true;
+    left.state.depthWriting = false;
+    left.state.faceCulling = true;
 }
 
 } // namespace zavex::effects

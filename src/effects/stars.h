@@ -13,8 +13,6 @@ namespace zavex::effects {
 /**
  * A dome of faint points over the scene, seen through the shared camera. No star stands below the
  * horizon; where they stand is drawn once, at `setup`.
- *
- * Leaves depth test, blending (one, one) and face culling on and depth writing off.
  */
 class Stars final : public CommonEffect {
 public:
@@ -25,13 +23,14 @@ public:
     Stars();
 
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
 
     /** `COUNT` stars; null before `setup`. Sizes are not used. */
     const Star* stars() const { return mStar.get(); }
 
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void leave(DrawingStates& left) const override;
+
     std::unique_ptr<Star[]> mStar;
     display::DisplayObsolete ds;
     cadenza::Spline mNotFastEnough;                          // brightness

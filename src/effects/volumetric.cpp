@@ -173,7 +173,7 @@ Volumetric::Stages Volumetric::stagesAt(float closeness)
             getSlice(closeness, 0.2f, 0.5f)};
 }
 
-void Volumetric::draw(float time, float /*delta*/, float progress)
+void Volumetric::drawFrame(float time, float /*delta*/, float progress)
 {
     if (progress < LAST_CAMERA_MOVE)
         moveCamera(time);
@@ -379,11 +379,7 @@ void Volumetric::drawOutlines()
 void Volumetric::drawCredits(float time)
 {
     DisplayObsolete::setTexturing(true);
-    DisplayObsolete::setBlending(true);
-    DisplayObsolete::setBlendFunction(BlendFactor::ONE, BlendFactor::ONE);
-    DisplayObsolete::setProject(Matrix4x4Col());
-    ds.setCamera();
-    ds.setTransform();
+    beginOverlay(ds);
     const display::WindowMode& mode = mDisplay->getWindowMode();
     for (std::size_t i = 0; i < mCredits.size(); ++i) {
         mDisplay->setTexture(mCredits[i], 0);
@@ -394,8 +390,6 @@ void Volumetric::drawCredits(float time)
                                                static_cast<float>(mode.height);
         drawPicture(left, CREDITS_TOP, 1.0f, bottom, mCreditsSpline[i].get(time));
     }
-    mDisplay->setTexture(nullptr, 0);
-    DisplayObsolete::setTexturing(false);
 }
 
 } // namespace zavex::effects

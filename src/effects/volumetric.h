@@ -20,7 +20,7 @@ namespace zavex::effects {
  *
  * The path is (20 x, 20 y, 100 z) of three curves. Houses are placed along it once, at `setup`, and
  * stay where they are when it is edited. Everything else is a function of time, but for the camera,
- * which rests at the end of the span. Leaves blending (one, one) on.
+ * which rests at the end of the span.
  */
 class Volumetric final : public CommonEffect {
 public:
@@ -32,8 +32,6 @@ public:
 
     /** Throws Exception when the driver has no blend equations. */
     void setup() override;
-    void draw(float time, float delta, float progress) override;
-    using Effect::draw;
 
     /** `HOUSES` houses; null before `setup`. Their size is their scale. */
     const Star* houses() const { return mHouse.get(); }
@@ -53,10 +51,11 @@ public:
     /** Where x lies between a and b: 0 up to a, 1 from b on. */
     static float getSlice(float x, float a, float b);
 
-protected:
-    void drawUnseen(float time) override;
-
 private:
+    void drawFrame(float time, float delta, float progress) override;
+    void drawUnseen(float time) override;
+    void leave(DrawingStates& left) const override { left.addLight(); }
+
     /** A piece of the road in this frame: both lanes, seen from the world. */
     struct Segment {
         display::DisplayObsolete::MatrixGL transform;
