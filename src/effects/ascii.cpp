@@ -3,6 +3,7 @@
 #include "display/dis_display.h"
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
+#include "effects/effect_factory.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_random.h"
 
@@ -105,5 +106,7 @@ void Ascii::slideCells(float time)
             corners[corner].position.y = corner < 2 ? top : top + mCellSize.y;
     }
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Ascii>();
 
 } // namespace zavex::effects

@@ -3,6 +3,7 @@
 #include "display/dis_display.h"
 #include "display/dis_display_obsolete.h"
 #include "effects/common.h"
+#include "effects/effect_factory.h"
 
 namespace zavex::effects {
 
@@ -22,5 +23,7 @@ void Clear::leave(DrawingStates& left) const
 {
     left.target = mCommon->mVaddr[0];
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Clear>();
 
 } // namespace zavex::effects

@@ -6,6 +6,10 @@
 
 #include <array>
 
+namespace zavex::cadenza {
+class EffectFactoryBase;
+}
+
 namespace zavex::display {
 class DisplayObsolete;
 class FBO;
@@ -104,5 +108,14 @@ private:
     static void beginStates();
     void putBack(const DrawingStates& left) const;
 };
+
+/**
+ * The factory of an effect of which no more than the name of its class is known: the show needs no
+ * header of it. Its source has "effects/effect_factory.h" and, after the class,
+ *
+ *     template cadenza::EffectFactoryBase& factoryOf<Rings>();
+ */
+template <typename EffectClass>
+cadenza::EffectFactoryBase& factoryOf();
 
 } // namespace zavex::effects

@@ -1,5 +1,7 @@
 #include "effects/flash.h"
 
+#include "effects/effect_factory.h"
+
 namespace zavex::effects {
 
 using display::BlendFactor;
@@ -17,5 +19,7 @@ void Flash::drawFrame(float time, float /*delta*/, float /*progress*/)
     DisplayObsolete::setColor(0.0f, 0.0f, 0.0f, 2.0f * mSpline.get(time));
     DisplayObsolete::drawBox(-1.0f, -1.0f, 1.0f, 1.0f, DisplayObsolete::SOLID);
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Flash>();
 
 } // namespace zavex::effects

@@ -1,6 +1,7 @@
 #include "effects/lightspeed.h"
 
 #include "display/dis_display.h"
+#include "effects/effect_factory.h"
 #include "effects/light_volume.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_quat.h"
@@ -215,5 +216,7 @@ void Lightspeed::drawGreetingsLines()
         });
     }
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Lightspeed>();
 
 } // namespace zavex::effects

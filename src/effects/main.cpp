@@ -1,15 +1,8 @@
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_main.h"
 #include "common/zvx_process.h"
-#include "effects/ascii.h"
-#include "effects/clear.h"
 #include "effects/common.h"
-#include "effects/flash.h"
-#include "effects/lightspeed.h"
-#include "effects/plasma.h"
-#include "effects/postprocess.h"
-#include "effects/stars.h"
-#include "effects/volumetric.h"
+#include "effects/common_effect.h"
 #include "vellum/vel_control_watch.h"
 
 #include <cstdlib>
@@ -17,27 +10,31 @@
 #include <exception>
 #include <new>
 
+namespace zavex::effects {
+
+struct Entry {
+    const char* type;
+    const char* name; // two of one type have two names, and a script each
+    cadenza::EffectFactoryBase& (*factory)();
+};
+
+// The show in the order of drawing. Each class is named here and defined in a source of its own.
+constexpr Entry EFFECTS[] = {
+    {"clear",       "clear",       factoryOf<class Clear>      },
+    {"stars",       "stars",       factoryOf<class Stars>      },
+    {"lightspeed",  "lightspeed",  factoryOf<class Lightspeed> },
+    {"ascii",       "ascii",       factoryOf<class Ascii>      },
+    {"volumetric",  "volumetric",  factoryOf<class Volumetric> },
+    {"flash",       "flash",       factoryOf<class Flash>      },
+    {"plasma",      "plasma",      factoryOf<class Plasma>     },
+    {"postprocess", "postprocess", factoryOf<class PostProcess>},
+};
+
+} // namespace zavex::effects
+
 namespace {
 
 using namespace zavex;
-
-struct EffectEntry {
-    const char* type;
-    const char* name;
-};
-
-// The order of creation is the drawing order of every frame; all but the first share the first.
-constexpr EffectEntry EFFECTS[] = {
-    {"common",      "Common"     },
-    {"clear",       "clear"      },
-    {"stars",       "stars"      },
-    {"lightspeed",  "lightspeed" },
-    {"ascii",       "ascii"      },
-    {"volumetric",  "volumetric" },
-    {"flash",       "flash"      },
-    {"plasma",      "plasma"     },
-    {"postprocess", "postprocess"},
-};
 
 /**
  * The effects that the program has created. Ends the run, then releases those that are on no
@@ -57,9 +54,9 @@ public:
                 delete created.effect;
     }
 
-    cadenza::Effect& add(const EffectEntry& entry)
+    cadenza::Effect& add(const char* type, const char* name)
     {
-        cadenza::Effect* const effect = mDemo.addEffect(entry.type, entry.name);
+        cadenza::Effect* const effect = mDemo.addEffect(type, name);
         return *mCreated.emplace_back(effect).effect;
     }
 
@@ -79,35 +76,17 @@ private:
 bool play()
 {
     cadenza::EffectFactory<effects::Common> common;
-    cadenza::EffectFactory<effects::Clear> clear;
-    cadenza::EffectFactory<effects::Flash> flash;
-    cadenza::EffectFactory<effects::Plasma> plasma;
-    cadenza::EffectFactory<effects::PostProcess> postprocess;
-    cadenza::EffectFactory<effects::Stars> stars;
-    cadenza::EffectFactory<effects::Volumetric> volumetric;
-    cadenza::EffectFactory<effects::Lightspeed> lightspeed;
-    cadenza::EffectFactory<effects::Ascii> ascii;
-
     cadenza::Cadenza demo;
     demo.setup(-1.0f);
     demo.addFactory("common", &common);
-    demo.addFactory("clear", &clear);
-    demo.addFactory("flash", &flash);
-    demo.addFactory("plasma", &plasma);
-    demo.addFactory("postprocess", &postprocess);
-    demo.addFactory("stars", &stars);
-    demo.addFactory("volumetric", &volumetric);
-    demo.addFactory("lightspeed", &lightspeed);
-    demo.addFactory("ascii", &ascii);
+    for (const effects::Entry& entry : effects::EFFECTS)
+        demo.addFactory(entry.type, &entry.factory());
 
-    Effects effects(demo);
-    effects::Common* shared = nullptr;
-    for (const EffectEntry& entry : EFFECTS) {
-        cadenza::Effect& effect = effects.add(entry);
-        if (auto* const sharing = dynamic_cast<effects::CommonEffect*>(&effect))
-            sharing->setCommon(shared);
-        else
-            shared = static_cast<effects::Common*>(&effect);
+    Effects created(demo);
+    auto& shared = static_cast<effects::Common&>(created.add("common", "Common"));
+    for (const effects::Entry& entry : effects::EFFECTS) {
+        cadenza::Effect& effect = created.add(entry.type, entry.name);
+        static_cast<effects::CommonEffect&>(effect).setCommon(&shared);
     }
     demo.run();
     demo.close();

@@ -3,6 +3,7 @@
 #include "display/dis_display.h"
 #include "display/dis_shader.h"
 #include "effects/common.h"
+#include "effects/effect_factory.h"
 #include "effects/picture_quad.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_quat.h"
@@ -182,5 +183,7 @@ void Plasma::drawInvitation(float time)
     beginOverlay(ds);
     drawPictureCentred(*mInvite, mSplineInvite.get(time));
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Plasma>();
 
 } // namespace zavex::effects

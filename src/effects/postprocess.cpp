@@ -4,6 +4,7 @@
 #include "display/dis_fbo.h"
 #include "display/dis_shader.h"
 #include "effects/common.h"
+#include "effects/effect_factory.h"
 #include "effects/picture_quad.h"
 #include "mathbase/mb_random.h"
 
@@ -109,5 +110,7 @@ void PostProcess::combine(float time, float noiseSeed)
     setUniform(*mCombineShader, "glownoise", unit(mGlowNoise.get(time)));
     drawQuad();
 }
+
+template cadenza::EffectFactoryBase& factoryOf<PostProcess>();
 
 } // namespace zavex::effects

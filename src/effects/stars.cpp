@@ -1,6 +1,7 @@
 #include "effects/stars.h"
 
 #include "effects/common.h"
+#include "effects/effect_factory.h"
 #include "mathbase/mb_matrix4x4col.h"
 #include "mathbase/mb_random.h"
 
@@ -80,5 +81,7 @@ void Stars::leave(DrawingStates& left) const
     left.state.depthWriting = false;
     left.state.faceCulling = true;
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Stars>();
 
 } // namespace zavex::effects

@@ -5,6 +5,7 @@
 #include "display/dis_texture.h"
 #include "display/dis_windowmode.h"
 #include "effects/common.h"
+#include "effects/effect_factory.h"
 #include "effects/light_volume.h"
 #include "effects/picture_quad.h"
 #include "mathbase/mb_matrix4x4col.h"
@@ -391,5 +392,7 @@ void Volumetric::drawCredits(float time)
         drawPicture(left, CREDITS_TOP, 1.0f, bottom, mCreditsSpline[i].get(time));
     }
 }
+
+template cadenza::EffectFactoryBase& factoryOf<Volumetric>();
 
 } // namespace zavex::effects
