@@ -36,6 +36,10 @@ void PostProcess::setup()
         mDisplay->createShader("postprocess/minify.vert", "postprocess/minify.frag", nullptr);
 }
 
+/**
+ * The grain begins elsewhere in each frame, as the C generator says. That one frame is like another
+ * of the same seed rests on the editor: the constructor of `Vellum` seeds it with `initialSeed`.
+ */
 void PostProcess::drawFrame(float time, float /*delta*/, float /*progress*/)
 {
     present(time, mathbase::RandomGen_Rand().nextFloat());
