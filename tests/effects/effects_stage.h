@@ -10,34 +10,31 @@
 #include "support/picture.h"
 
 #include <cstdlib>
+#include <memory>
 #include <string>
-#include <type_traits>
 
 namespace zavex::effects {
 
 // Parts of a script file.
 
-/** A curve of one value. */
-inline std::string flat(const std::string& name, float value)
-{
-    return "\t<plugin type=\"spline\" name=\"" + name + "\">\n\t\t<key time=\"0\" value=\"" +
-           std::to_string(value) + "\"/>\n\t</plugin>\n";
-}
-
 /** A curve that goes straight from one value at the effect's start to another at its end. */
 inline std::string ramp(const std::string& name, float from, float to)
 {
-    return "\t<plugin type=\"spline\" name=\"" + name +
-           "\">\n\t\t<attributes type=\"linear\"/>\n\t\t<key time=\"0\" value=\"" +
-           std::to_string(from) + "\"/>\n\t\t<key time=\"1\" value=\"" + std::to_string(to) +
-           "\"/>\n\t</plugin>\n";
+    return "<plugin type='spline' name='" + name + "'><attributes type='linear'/>" +
+           "<key time='0' value='" + std::to_string(from) + "'/><key time='1' value='" +
+           std::to_string(to) + "'/></plugin>";
+}
+
+/** A curve of one value. */
+inline std::string flat(const std::string& name, float value)
+{
+    return ramp(name, value, value);
 }
 
 /** A colour that stays; `values` are the attributes r, g and b. */
 inline std::string colour(const std::string& values, const std::string& name = "color")
 {
-    return "\t<plugin type=\"color\" name=\"" + name + "\">\n\t\t<key time=\"0\" " + values +
-           "/>\n\t</plugin>\n";
+    return "<plugin type='color' name='" + name + "'><key time='0' " + values + "/></plugin>";
 }
 
 /**
@@ -48,7 +45,8 @@ class EffectsStage : public testing::Test {
 protected:
     static constexpr int WIDTH = 320;
     static constexpr int HEIGHT = 240;
-    static constexpr float SPAN = 10.0f; // seconds that each effect lasts
+    static constexpr float SPAN = 10.0f;  // seconds that each effect lasts
+    static constexpr float FRAME = 0.04f; // seconds
 
     EffectsStage()
     {
@@ -56,29 +54,35 @@ protected:
         mArchives.addArchive("./");
         mArchives.addArchive(CADENZA_DEMO_DIR "/");
         mWindow->setArchive(&mArchives);
-        prepare(mCommon, "common", "");
+        mCommon.load(&*mWindow);
+        mCommon.setup();
+        clearTo("");
     }
 
     /** Loads and sets up an effect with these plugins in its script. */
-    template <typename EffectClass>
-    void prepare(EffectClass& effect, const std::string& type, const std::string& plugins,
-                 float span = SPAN)
+    void prepare(CommonEffect& effect, const std::string& plugins, float span = SPAN)
     {
-        test::writeText("script/" + type + "." + type + ".xml",
-                        "<effect>\n\t<time start=\"0\" end=\"" + std::to_string(span) + "\"/>\n" +
-                            plugins + "</effect>\n");
-        effect.setIdentity(type, type);
-        if constexpr (std::is_base_of_v<CommonEffect, EffectClass>)
-            effect.setCommon(&mCommon);
+        test::writeText("script/an.effect.xml", "<effect><time start='0' end='" +
+                                                    std::to_string(span) + "'/>" + plugins +
+                                                    "</effect>");
+        effect.setIdentity("an", "effect");
+        effect.setCommon(&mCommon);
         effect.load(&*mWindow);
-        effect.setupControl();
         effect.setup();
+    }
+
+    /** What a picture begins with from here on; black without `values`. */
+    void clearTo(const std::string& values)
+    {
+        mClear = std::make_unique<Clear>();
+        prepare(*mClear, values.empty() ? "" : colour(values));
     }
 
     /** As in the show: with glow and grain as given, 0 for none. */
     void preparePostProcess(float glow, float noise)
     {
-        prepare(mPostProcess, "postprocess",
+        mPostProcess = std::make_unique<PostProcess>();
+        prepare(*mPostProcess,
                 flat("glow", 2.0f * glow - 1.0f) + flat("glownoise", 2.0f * noise - 1.0f));
     }
 
@@ -87,8 +91,9 @@ protected:
     test::Picture present(Draw draw)
     {
         return test::pictureOf(*mWindow, [&] {
+            step(*mClear, 1.0f, FRAME);
             draw();
-            mPostProcess.draw(1.0f, 0.04f, 0.1f);
+            mPostProcess->draw(1.0f, FRAME, 0.1f);
         });
     }
 
@@ -101,8 +106,8 @@ protected:
     test::ScratchFolder mFolder;
     // Effects stand before the display: it deletes what they hold of it.
     Common mCommon;
-    Clear mClear;
-    PostProcess mPostProcess;
+    std::unique_ptr<Clear> mClear;
+    std::unique_ptr<PostProcess> mPostProcess;
     am::ArchiveManager mArchives;
     test::GlDisplay mWindow{WIDTH, HEIGHT};
 };
