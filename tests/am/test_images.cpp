@@ -14,7 +14,6 @@
 #include <zlib.h>
 
 #include <functional>
-#include <numeric>
 #include <random>
 #include <tuple>
 #include <vector>
@@ -78,20 +77,14 @@ std::string encodeJpeg(int width, int height, bool arithmetic = false, int scans
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, 95, TRUE);
     info.arith_code = arithmetic ? TRUE : FALSE;
-    // One coefficient after another, the first in two steps when there are more scans than those.
-    const auto ofAll = [](int high, int low) {
-        jpeg_scan_info scan{};
-        scan.comps_in_scan = 3;
-        std::iota(std::begin(scan.component_index), std::end(scan.component_index), 0);
-        scan.Ah = high;
-        scan.Al = low;
-        return scan;
-    };
-    std::vector<jpeg_scan_info> script{ofAll(0, scans == 65)};
-    for (int at = 1; at < std::min(scans, 64); ++at)
-        script.push_back({1, {0}, at, at, 0, 0});
-    if (scans == 65)
-        script.push_back(ofAll(1, 0));
+    // All that lies lowest, then one coefficient after another; the 65th scan is of another colour.
+    std::vector<jpeg_scan_info> script(1);
+    script[0].comps_in_scan = 3;
+    std::ranges::copy(std::vector{0, 1, 2}, script[0].component_index);
+    for (int at = 1; at < scans; ++at) {
+        const int coefficient = (at - 1) % 63 + 1;
+        script.push_back({1, {(at - 1) / 63}, coefficient, coefficient, 0, 0});
+    }
     if (scans > 1) {
         info.scan_info = script.data();
         info.num_scans = scans;
