@@ -113,6 +113,14 @@ void lookFromAbove()
     camera.setCamera({3.0f, 4.0f, 5.0f}, {0.0f, 0.0f, 0.0f}, 0.0f);
 }
 
+/** The same; every side shows through the others. */
+void lookThrough()
+{
+    lookFromAbove();
+    Draw::setBlending(true);
+    Draw::setColor(0.6f, 0.4f, 0.2f, 0.4f);
+}
+
 /** The six sides of the box (-1, -1, -1) to (1, 1.5, 1), counter-clockwise from outside. */
 void plainBox()
 {
@@ -177,11 +185,7 @@ constexpr ShapeCase SHAPES[] = {
     {"WireCircle", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, Draw::WIRE); },
      [] { drawPlainly(GL_LINE_LOOP, circle(32, 18.0f, 18.0f)); }},
     {"SolidBox", [] { Draw::drawBox({-1.0f, -1.0f, -1.0f}, {1.0f, 1.5f, 1.0f}); }, plainBox,
-     [] {
-         lookFromAbove();
-         Draw::setBlending(true); // every side shows through the others
-         Draw::setColor(0.6f, 0.4f, 0.2f, 0.4f);
-     }},
+     lookThrough},
     {"BoxAroundItsCentreFacesOutwards",
      [] { Draw::drawBoxAround({0.0f, 0.25f, 0.0f}, {1.0f, 1.25f, 1.0f}); }, plainBox,
      [] {
@@ -195,7 +199,7 @@ constexpr ShapeCase SHAPES[] = {
          transform.setScale(Vector3f(1, 1.25f, 1));
          Draw::drawBox(Draw::boxCorners(transform, {0, 0.2f, 0}, {1, 1, 1}));
      },
-     plainBox, lookFromAbove},
+     plainBox, lookThrough},
     {"BoxOfSixFloatsHidesItsFarSides",
      [] { Draw::drawBox(-1.0f, -1.0f, -1.0f, 1.0f, 1.5f, 1.0f); }, plainBox,
      [] {
