@@ -59,15 +59,6 @@ inline Picture pictureOf(display::DisplayGL& display, const std::function<void()
     return picture;
 }
 
-/** A pixel's colour as 0xRRGGBB; (0, 0) is the top-left one. */
-inline unsigned pixelAt(const Picture& picture, int x, int y)
-{
-    const auto index = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +
-                       static_cast<std::size_t>(x);
-    const std::uint8_t* const rgb = &picture.rgb[index * 3];
-    return static_cast<unsigned>(rgb[0] << 16 | rgb[1] << 8 | rgb[2]);
-}
-
 /** A display with a small window on the virtual screen. */
 class GlDisplay {
 public:

@@ -15,6 +15,15 @@ struct Picture {
     std::vector<std::uint8_t> rgb;
 };
 
+/** A pixel's colour as 0xRRGGBB; (0, 0) is the top-left one. */
+inline unsigned pixelAt(const Picture& picture, int x, int y)
+{
+    const auto index = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +
+                       static_cast<std::size_t>(x);
+    const std::uint8_t* const rgb = &picture.rgb[index * 3];
+    return static_cast<unsigned>(rgb[0] << 16 | rgb[1] << 8 | rgb[2]);
+}
+
 /** How far two pictures are apart, in 0..255. */
 struct PictureDifference {
     double mean = 0.0; // of the channel that differs most on average
