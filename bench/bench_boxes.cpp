@@ -1,6 +1,5 @@
 // Drawing the boxes of plasma: batched, against one glBegin and glEnd for each of them.
 
-#include "common/zvx_system.h"
 #include "display/dis_display.h"
 #include "display/dis_display_obsolete.h"
 #include "display/dis_glinclude.h"
@@ -10,16 +9,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
-
-void zavex::zvx_log_callback(const LogData& data)
-{
-    if (std::string(data.type) == "error")
-        std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -166,11 +158,9 @@ void measure(DisplayGL& display, const Scene& scene, Figures& figures)
 
 } // namespace
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
     const std::unique_ptr<DisplayGL> display(DisplayGL::create());
-    Figures figures;
     for (const Scene& scene : SCENES)
         measure(*display, scene, figures);
-    return figures.exitStatus();
 }

@@ -25,18 +25,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-void zavex::zvx_log_callback(const LogData& data)
-{
-    if (std::string(data.type) == "error")
-        std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -275,22 +267,10 @@ void measure(Figures& figures)
     show.report(figures);
 }
 
-int run()
-{
-    zavex::bench::keepMemory();
-    Figures figures;
-    measure(figures);
-    return figures.exitStatus();
-}
-
 } // namespace
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
-    try {
-        return run();
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "bench_editor: %s\n", exception.what());
-        return EXIT_FAILURE;
-    }
+    keepMemory();
+    measure(figures);
 }

@@ -4,7 +4,6 @@
 #include "cadenza/cad_effect.h"
 #include "cadenza/cad_factory.h"
 #include "cadenza/cad_main.h"
-#include "common/zvx_system.h"
 #include "cpu_cost.h"
 #include "display/dis_display.h"
 #include "effects/ascii.h"
@@ -23,16 +22,9 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <map>
 #include <string>
 #include <vector>
-
-void zavex::zvx_log_callback(const LogData& data)
-{
-    if (std::string(data.type) == "error")
-        std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -115,12 +107,13 @@ private:
     double mFirstFrame = 0.0; // seconds after this object was made
 };
 
-int run()
+} // namespace
+
+void zavex::bench::run(Figures& figures)
 {
-    namespace effects = zavex::effects;
     setenv("CADENZA_SEED", "1", 1);
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 1); // as where the show runs for the first time
-    const zavex::bench::ShowFolder folder(DEMO_FOLDER, SETUP);
+    const ShowFolder folder(DEMO_FOLDER, SETUP);
     Show show;
     show.setup(-1.0f);
     show.add<effects::Common>("common", "Common");
@@ -133,19 +126,5 @@ int run()
     show.add<effects::Plasma>("plasma", "plasma");
     show.add<effects::PostProcess>("postprocess", "postprocess");
     show.run();
-    Figures figures;
     show.report(figures);
-    return figures.exitStatus();
-}
-
-} // namespace
-
-int main()
-{
-    try {
-        return run();
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "bench_first_frames: %s\n", exception.what());
-        return EXIT_FAILURE;
-    }
 }

@@ -21,17 +21,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
-
-void zavex::zvx_log_callback(const LogData& data)
-{
-    if (std::string(data.type) == "error")
-        std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -164,28 +156,16 @@ void measure(DisplayGL& display, Figures& figures)
     figures.report("gallery whole, ours / Dear ImGui", withImgui.ratio.whole, 1.0, Bound::AT_MOST);
 }
 
-int run()
+} // namespace
+
+void zavex::bench::run(Figures& figures)
 {
-    zavex::bench::keepMemory();
-    zavex::am::ArchiveManager archive;
+    keepMemory();
+    am::ArchiveManager archive;
     archive.addArchive(DEMO_FOLDER);
     const std::unique_ptr<DisplayGL> display(DisplayGL::create());
     display->setArchive(&archive);
     display->open(zavex::display::WindowMode("gallery", WIDTH, HEIGHT, false));
-    Figures figures;
     measure(*display, figures);
     display->close();
-    return figures.exitStatus();
-}
-
-} // namespace
-
-int main()
-{
-    try {
-        return run();
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "bench_gallery: %s\n", exception.what());
-        return EXIT_FAILURE;
-    }
 }

@@ -2,18 +2,11 @@
 
 #include "effects/plasma_field.h"
 
-#include "common/zvx_system.h"
 #include "figure.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
-
-namespace zavex {
-
-void zvx_log_callback(const LogData& /*data*/) {}
-
-} // namespace zavex
 
 namespace {
 
@@ -46,7 +39,7 @@ void advancePerCell(std::vector<float>& level, float phase, float fade, float ga
 
 } // namespace
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
     PlasmaField field;
     std::vector<float> expected(PlasmaField::COUNT, 0.0f);
@@ -62,13 +55,10 @@ int main()
     }
 
     float phase = 0.0f;
-    const double ratio = zavex::bench::medianRatio(
+    const double ratio = medianRatio(
         101, [&] { advancePerCell(expected, phase += FRAME, FADE, GAIN); },
         [&] { field.advance(phase, FADE, GAIN); });
 
-    zavex::bench::Figures figures;
-    figures.report("plasma_cells_speedup", ratio, 10.0, zavex::bench::Bound::AT_LEAST);
-    figures.report("plasma_cells_difference", largestDifference, 1e-4,
-                   zavex::bench::Bound::AT_MOST);
-    return figures.exitStatus();
+    figures.report("plasma_cells_speedup", ratio, 10.0, Bound::AT_LEAST);
+    figures.report("plasma_cells_difference", largestDifference, 1e-4, Bound::AT_MOST);
 }

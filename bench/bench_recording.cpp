@@ -17,12 +17,6 @@
 
 #include <png.h>
 
-namespace zavex {
-
-void zvx_log_callback(const LogData& /*data*/) {}
-
-} // namespace zavex
-
 namespace {
 
 using zavex::am::ArchiveManager;
@@ -73,11 +67,11 @@ void writeWithLibrary(const std::string& path, const Image& image)
 
 } // namespace
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
     std::string folder = (std::filesystem::temp_directory_path() / "recording-XXXXXX").string();
     if (mkdtemp(folder.data()) == nullptr)
-        return EXIT_FAILURE;
+        throw Exception("No scratch folder '%s'", folder.c_str());
 
     ArchiveManager archives;
     archives.addArchive(folder);
@@ -91,7 +85,7 @@ int main()
     }
 
     int number = 0;
-    const double ratio = zavex::bench::medianRatio(
+    const double ratio = medianRatio(
         5,
         [&] {
             for (const Image& frame : frames)
@@ -105,9 +99,6 @@ int main()
         });
     std::filesystem::remove_all(folder);
 
-    zavex::bench::Figures figures;
-    figures.report("recording_rate_of_libpng_alone", ratio, 0.8, zavex::bench::Bound::AT_LEAST);
-    figures.report("recording_lost_frames", video->getLostFrames(), 0.0,
-                   zavex::bench::Bound::AT_MOST);
-    return figures.exitStatus();
+    figures.report("recording_rate_of_libpng_alone", ratio, 0.8, Bound::AT_LEAST);
+    figures.report("recording_lost_frames", video->getLostFrames(), 0.0, Bound::AT_MOST);
 }

@@ -16,19 +16,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
-
-void zavex::zvx_log_callback(const LogData& data)
-{
-    if (std::string(data.type) == "error")
-        std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -189,30 +182,18 @@ private:
     effects::Volumetric mVolumetric;
 };
 
-int run()
+} // namespace
+
+void zavex::bench::run(Figures& figures)
 {
     setenv("CADENZA_SEED", "1", 1);
-    bench::keepMemory();
+    keepMemory();
     const ScriptFolder folder;
-    zavex::am::ArchiveManager archive;
+    am::ArchiveManager archive;
     archive.addArchive(DEMO_FOLDER);
     const std::unique_ptr<DisplayGL> display(DisplayGL::create());
     display->setArchive(&archive);
     display->open(zavex::display::WindowMode("scenes", WIDTH, HEIGHT, false));
-    bench::Figures figures;
     Show(*display).measure(figures);
     display->close();
-    return figures.exitStatus();
-}
-
-} // namespace
-
-int main()
-{
-    try {
-        return run();
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "bench_scenes: %s\n", exception.what());
-        return EXIT_FAILURE;
-    }
 }

@@ -92,15 +92,12 @@ private:
 
 } // namespace
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
-    using namespace zavex::bench;
-
     std::vector<Subject> subjects;
     for (const int size : SIZES)
         subjects.emplace_back(size);
 
-    Figures figures;
     figures.report(
         "spline: 10000 keys over 10 keys",
         medianRatio(
@@ -112,5 +109,4 @@ int main()
         figures.report("spline: evaluate over binary search, " + std::to_string(SIZES[i]) + " keys",
                        ratio, 1.0, Bound::AT_MOST);
     }
-    return figures.exitStatus();
 }

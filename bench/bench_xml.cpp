@@ -6,16 +6,10 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
 namespace zavex {
-
-void zvx_log_callback(const LogData& data)
-{
-    std::fprintf(stderr, "%s\n", data.message);
-}
 
 namespace {
 
@@ -83,19 +77,16 @@ std::unique_ptr<TabPrinter> printed(const tinyxml2::XMLDocument& document)
 } // namespace
 } // namespace zavex
 
-int main()
+void zavex::bench::run(Figures& figures)
 {
-    using namespace zavex;
     const std::string text = scriptText();
 
     xml::XmlParser parser;
     parser.parse(text);
     tinyxml2::XMLDocument document(PROCESS_ENTITIES);
     document.Parse(text.data(), text.size());
-    if (written(parser) != text || text != printed(document)->CStr()) {
-        std::fprintf(stderr, "A written document differs from the one that was read.\n");
-        return EXIT_FAILURE;
-    }
+    if (written(parser) != text || text != printed(document)->CStr())
+        throw Exception("A written document differs from the one that was read.");
 
     // Reading includes releasing what was read.
     const auto read = [&] { xml::XmlParser().parse(text); };
@@ -115,12 +106,10 @@ int main()
         printed(own);
     };
 
-    bench::Figures figures;
     const auto ratio = [&](const auto& ours, const auto& peers) {
-        return bench::medianRatio(RUNS, ours, peers);
+        return medianRatio(RUNS, ours, peers);
     };
-    figures.report("xml parse", ratio(read, readByPeer), BOUND, bench::Bound::AT_MOST);
-    figures.report("xml write", ratio(write, writeByPeer), BOUND, bench::Bound::AT_MOST);
-    figures.report("xml parse and write", ratio(both, bothByPeer), BOUND, bench::Bound::AT_MOST);
-    return figures.exitStatus();
+    figures.report("xml parse", ratio(read, readByPeer), BOUND, Bound::AT_MOST);
+    figures.report("xml write", ratio(write, writeByPeer), BOUND, Bound::AT_MOST);
+    figures.report("xml parse and write", ratio(both, bothByPeer), BOUND, Bound::AT_MOST);
 }

@@ -18,7 +18,7 @@ enum class Bound { AT_MOST, AT_LEAST };
 /**
  * Prints the figures of one program and keeps whether all bounds were met.
  *
- * `main` reports each figure and returns `exitStatus()`.
+ * `exitStatus` is the program's.
  */
 class Figures {
 public:
@@ -39,6 +39,9 @@ public:
 private:
     bool mAllMet = true;
 };
+
+/** Measures and reports what the program is for; each has its own. */
+void run(Figures& figures);
 
 /** The seconds that one call of `action` takes. */
 template <typename Action>
