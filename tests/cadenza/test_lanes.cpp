@@ -408,6 +408,7 @@ TEST_F(Timeline, LanesWithoutKeysActionsOrWidthHaveNothingToEdit)
     EXPECT_EQ(saved(*effect), script(COLOR, "0.5 1 0 0"));
 }
 
+// clang-format off
 constexpr struct LookCase {
     const char* name;
     const char* before;
@@ -415,21 +416,16 @@ constexpr struct LookCase {
     const char* boxes; // behind the bar and the box of its header
     const char* text;
 } LOOK_CASES[] = {
-    {"Idle",          "0 0 2 8", "",                         "back.color caption.color caption.color",     "text.color" },
-    {"ClickedLast",   "0 0 2 8", "click 50,10; move 300,10",
-     "back.pushed caption.color caption.color",                                                            "text.pushed"},
-    {"Off",           "1 0 2 8", "",                         "back.inactive caption.color caption.color",  "text.color" },
-    {"LockedAndOff",  "1 1 2 8", "down 50,10; move 250,10",
-     "caption.inactive caption.color caption.color",                                                       "text.pushed"},
-    {"HeaderHovered", "0 0 2 8", "move 50,10",
-     "back.color back.highlight caption.color caption.color",                                              "text.color" },
-    {"HeaderHeld",    "0 0 2 8", "down 50,10; move 250,10",
-     "back.pushed back.pushed caption.color caption.color",                                                "text.color" },
-    {"StartHovered",  "0 0 2 8", "move 25,10",               "back.color caption.highlight caption.color",
-     "text.color"                                                                                                       },
-    {"EndHeld",       "0 0 2 8", "down 75,10; move 275,10",  "back.pushed caption.color caption.pushed",
-     "text.pushed"                                                                                                      },
+    {"Idle",          "0 0 2 8", "",                        "back.color caption.color caption.color",                "text.color"},
+    {"ClickedLast",   "0 0 2 8", "click 50,10; move 300,10", "back.pushed caption.color caption.color",               "text.pushed"},
+    {"Off",           "1 0 2 8", "",                        "back.inactive caption.color caption.color",             "text.color"},
+    {"LockedAndOff",  "1 1 2 8", "down 50,10; move 250,10", "caption.inactive caption.color caption.color",          "text.pushed"},
+    {"HeaderHovered", "0 0 2 8", "move 50,10",              "back.color back.highlight caption.color caption.color", "text.color"},
+    {"HeaderHeld",    "0 0 2 8", "down 50,10; move 250,10", "back.pushed back.pushed caption.color caption.color",   "text.color"},
+    {"StartHovered",  "0 0 2 8", "move 25,10",              "back.color caption.highlight caption.color",            "text.color"},
+    {"EndHeld",       "0 0 2 8", "down 75,10; move 275,10", "back.pushed caption.color caption.pushed",              "text.pushed"},
 };
+// clang-format on
 
 TEST_F(Timeline, BarsTellTheirState)
 {

@@ -3,13 +3,10 @@
 #include "cadenza/cad_log_line.h"
 #include "cadenza/stage.h"
 
-#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <utility>
-
-#include <sys/resource.h>
 
 namespace zavex::cadenza {
 namespace {
@@ -115,22 +112,6 @@ TEST_F(Settings, ThatAllShareAreNeverWritten)
         std::filesystem::copy("setup.xml", LOCAL); // as somebody who wants settings of one's own
     });
     EXPECT_EQ(flat(readText(LOCAL)), R"(<demo><time start="6.00" loop="off"/></demo>)");
-}
-
-TEST_F(Settings, ThatCannotBeWrittenAreReportedAndKept)
-{
-    const std::string before = "<demo><time/></demo>";
-    writeText(LOCAL, before);
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit usual{};
-    getrlimit(RLIMIT_FSIZE, &usual);
-    const rlimit small{4, usual.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    session();
-    setrlimit(RLIMIT_FSIZE, &usual);
-
-    EXPECT_EQ(readText(LOCAL), before);
-    EXPECT_EQ(test::countLogged("error", "Could not save 'setup.local.xml': File too large\n"), 1);
 }
 
 TEST_F(Settings, AreSavedByTheFirstOfTwoProgramsInAFolder)
