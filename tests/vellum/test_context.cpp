@@ -106,17 +106,6 @@ TEST_F(ContextTest, ASubmenuUnfoldsBesideItsRowAndDeliversTheWholePathOnce)
     EXPECT_EQ(root.menu, nullptr);
 }
 
-TEST_F(ContextTest, APressOutsideTheRowsClosesWithoutAChoice)
-{
-    for (const Vector2f point : {Vector2f(60, 30), Vector2f(500, 500)}) {
-        EXPECT_EQ(root.menu, &menu);
-        send(menu, Event::MOUSE_MOVE, point);
-        EXPECT_EQ(send(menu, Event::MOUSE_DOWN, point), 0);
-    }
-    EXPECT_EQ(root.menu, nullptr);
-    EXPECT_EQ(observer.text(), "");
-}
-
 TEST_F(ContextTest, RenamesAndHighlightsRows)
 {
     menu.setOption("first", -1);

@@ -3,7 +3,9 @@
 #include "vellum/vel_button.h"
 #include "vellum/vel_color_chooser.h"
 #include "vellum/vel_dropdown.h"
+#include "vellum/vel_flow.h"
 #include "vellum/vel_knob.h"
+#include "vellum/vel_label.h"
 #include "vellum/vel_menu.h"
 #include "vellum/vel_menu_bar.h"
 #include "vellum/vel_radio_button.h"
@@ -13,6 +15,8 @@
 #include "vellum/vel_text_input.h"
 #include "vellum/vel_tree_view.h"
 #include "vellum/vel_window.h"
+
+#include "display/dis_font.h"
 
 #include <gtest/gtest.h>
 
@@ -49,6 +53,26 @@ std::string stateOf(Dropdown& dropdown, Screen& screen)
 {
     Context* const list = screen.getOpen();
     return dropdown.getValueId() + (list ? " " + text(list->getArea()) : "");
+}
+
+/** The text as it is drawn, where and how it is aligned there. */
+std::string stateOf(Label&, Screen& screen)
+{
+    screen.redraw();
+    const RecordingRender::Text& drawn = screen.render.texts.at(0);
+    return drawn.text + " " + number(drawn.position.x) + " " + number(drawn.position.y) +
+           (drawn.align == display::Font::ALIGN_LEFT    ? ""
+            : drawn.align == display::Font::ALIGN_RIGHT ? " right"
+                                                        : " center");
+}
+
+/** The rectangles of what it holds. */
+std::string stateOf(Flow& flow, Screen&)
+{
+    std::string areas;
+    for (int i = 0; i < flow.getChildCount(); ++i)
+        areas += (i ? ", " : "") + text(flow.getOrder(i)->getArea());
+    return areas;
 }
 
 /** The text with '|' at the cursor and '!' at the selection's other end; what was copied. */
@@ -154,8 +178,9 @@ std::string stateOfAny(Control& control, Screen& screen)
 
 std::string stateOf(Control& control, Screen& screen)
 {
-    return stateOfAny<BoxView, Button, ColorChooser, Dropdown, Knob, Menu, MenuBar, RadioButton,
-                      Scrollbars, Slider, TabView, TextInput, TreeView, Window>(control, screen);
+    return stateOfAny<BoxView, Button, ColorChooser, Dropdown, Knob, Label, Menu, MenuBar,
+                      RadioButton, Scrollbars, Slider, TabView, TextInput, TreeView, Window, Flow>(
+        control, screen);
 }
 
 struct GestureCase {
@@ -171,6 +196,7 @@ void expectGestures(std::span<const GestureCase> rows)
         SCOPED_TRACE(row.name);
         Bench bench(row.element);
         bench.screen.setCopyString(COPIED);
+        bench.control.setArea();
         bench.screen.redraw();
         User(bench.screen, [&] { return stateOf(bench.control, bench.screen); }).does(row.steps);
         EXPECT_EQ(bench.observer.text(), row.heard);
@@ -194,7 +220,7 @@ const std::string DROPDOWN =
 
 // clang-format off
 const GestureCase VALUE_CASES[] = {
-    {"ButtonsPixels",          PUSH,     "click 10,20; click 49,39",                           "pressed released pressed released"},
+    {"ButtonsPixels",          PUSH,     "click 10,20; up; click 49,39; up",                           "pressed released pressed released"},
     {"ButtonsEdges",           PUSH,     "click 50,30; click 30,40",                           ""},
     {"ButtonReleasedOutside",  PUSH,     "down 30,30; up 150,90",                              "pressed"},
     {"ButtonPressedOutside",   PUSH,     "down 60,30; up 30,30",                               ""},
@@ -202,7 +228,7 @@ const GestureCase VALUE_CASES[] = {
     {"ToggleReleasedOutside",  TOGGLE,   "down 30,30; up 150,90; = off",                       ""},
     {"SliderUp",               UPRIGHT,  "down 18,115; = 0; move 18,65; = 0.5; up; move 18,16; = 0.5", "slider"},
     {"SliderBeyondAndAside",   UPRIGHT,  "down 18,115; move 150,1; = 1; move 150,3; = 1",      "slider"},
-    {"SliderBesideTheHandle",  UPRIGHT,  "down 18,66; = 0.5; move 18,16; = 1",                 "slider slider"},
+    {"SliderBesideTheHandle",  UPRIGHT,  "down 18,66; = 0.5; up; down 18,70; = 0.5; up; down 18,100; = 0.16; move 18,50; = 0.66", "slider slider slider"},
     {"SliderToTheRight",       SIDEWAYS, "down 13,18; = 0; move 63,190; = 0.5",                "slider"},
     {"SliderKeys",             UPRIGHT,  "key UP; = 0.05; key END PAGEDOWN; = 0.8; used; key F1; unused", "slider slider slider"},
     {"SliderWheel",            UPRIGHT,  "move 18,60; wheel 2; used; = 0.1",                   "slider"},
@@ -221,7 +247,7 @@ const GestureCase VALUE_CASES[] = {
     {"DropdownNarrow",         "<dropdown><option id='x' name='x'/><area x='10' y='10' w='60' h='20'/></dropdown>", "click 69,29; = x 10 30 70 50", ""},
     {"DropdownFirstRelease",   DROPDOWN, "down 10,10; up; = t 10 30 106 80; click 300,200; = t", ""},
     {"DropdownChoices",        DROPDOWN, "click 20,20; click 20,40; = s; click 20,20; click 20,40; = s; click 20,20; click 20,70; = l", "dropdown dropdown dropdown.same dropdown.same dropdown.a long name"},
-    {"DropdownKeys",           DROPDOWN, "key DOWN DOWN; = l; key UP; = t; key UP UP; = s",    "dropdown dropdown dropdown"},
+    {"DropdownKeys",           DROPDOWN, "key DOWN DOWN; = l; key UP; = t; key UP UP; = s; key F1; unused; key SPACE; = s 10 30 106 80", "dropdown dropdown dropdown"},
     {"ListDownMarks",          DROPDOWN, "click 20,20; key DOWN; used; = t 10 30 106 80; click 300,200; = t", ""},
     {"ListEnterTakesMarked",   DROPDOWN, "click 20,20; key DOWN ENTER; used; = l",             "dropdown dropdown.a long name"},
     {"ListSpaceStopsAtEnds",   DROPDOWN, "click 20,20; key UP UP SPACE; used; = s",            "dropdown dropdown.same"},
@@ -423,6 +449,40 @@ const GestureCase DRAG_CASES[] = {
 TEST(Gestures, Drag)
 {
     expectGestures(DRAG_CASES);
+}
+
+// A line is 10 pixels high and a character 6 wide: 16 of them fit.
+std::string label(const std::string& attributes)
+{
+    return "<label " + attributes + "><area x='10' y='10' w='100' h='80'/></label>";
+}
+// The first has a size, the others share what is left 1 to 3.
+std::string flow(const std::string& direction, const std::string& size)
+{
+    return "<flow direction='" + direction + "'><area w='40' h='300'/><child><container><area " +
+           size + "/></container><container><area percent='1'/></container>" +
+           "<container><area percent='3'/></container></child></flow>";
+}
+
+// clang-format off
+const GestureCase ELEMENT_CASES[] = {
+    {"LabelTopLeft",          label("text='a b'"),                            "= a b 10 15", ""},
+    {"LabelMiddle",           label("text='a' align='center' valign='center'"), "= a 60 50 center", ""},
+    {"LabelByItsOtherName",   label("text='a' valign='middle'"),              "= a 10 50", ""},
+    {"LabelBottomRight",      label("text='a' align='right' valign='bottom'"), "= a 110 85 right", ""},
+    {"LabelUnknownWords",     label("text='a' align='left' valign='up'"),     "= a 10 15", ""},
+    {"LabelShortened",        label("text='0123456789abcdefgh'"),             "= 0123456789abcdef 10 15", ""},
+    {"FlowFixedThenShares",   flow("vertical", "size='100'"),   "= 0 0 40 100, 0 100 40 150, 0 150 40 300", ""},
+    {"FlowRounds",            flow("vertical", "size='99'"),    "= 0 0 40 99, 0 99 40 149, 0 149 40 300", ""},
+    {"FlowNoRoomForShares",   flow("vertical", "size='400'"),   "= 0 0 40 400, 0 400 40 400, 0 400 40 400", ""},
+    {"FlowSidewaysNoRoom",    flow("horisontal", "size='100'"), "= 0 0 100 300, 100 0 100 300, 100 0 100 300", ""},
+    {"FlowSideways",          flow("horisontal", "size='20'"),  "= 0 0 20 300, 20 0 25 300, 25 0 40 300", ""},
+};
+// clang-format on
+
+TEST(Gestures, AreNotNeededForWhatAnElementSays)
+{
+    expectGestures(ELEMENT_CASES);
 }
 
 } // namespace

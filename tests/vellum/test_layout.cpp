@@ -67,41 +67,6 @@ TEST(LayoutStackLoad, ReadsItsDirection)
     }
 }
 
-// clang-format off
-// The first child has a fixed size, the others share what is left 1 to 3.
-constexpr struct FlowCase {
-    const char* name;
-    const char* attributes;
-    const char* first;
-    const char* expected;
-} FLOW_CASES[] = {
-    {"FixedThenShares",       "",                       "size='100'", "0 0 40 100, 0 100 40 150, 0 150 40 300"},
-    {"FractionsAreRounded",   "",                       "size='99'",  "0 0 40 99, 0 99 40 149, 0 149 40 300"  },
-    {"FixedTakesMoreThanAll", "",                       "size='400'", "0 0 40 400, 0 400 40 400, 0 400 40 400"},
-    {"SidewaysLeavesNothing", "direction='horisontal'", "size='100'", "0 0 100 300, 100 0 100 300, 100 0 100 300"},
-    {"SidewaysShares",        "direction='horisontal'", "size='20'", "0 0 20 300, 20 0 25 300, 25 0 40 300"},
-};
-// clang-format on
-
-TEST(FlowLayout, DividesItsRectangle)
-{
-    for (const FlowCase& row : FLOW_CASES) {
-        SCOPED_TRACE(row.name);
-        Screen screen;
-        Control& flow = addLoaded(
-            screen, std::string("<flow ") + row.attributes + "><child><container><area " +
-                        row.first + "/></container><container><area percent='1'/></container>" +
-                        "<container><area percent='3'/></container></child></flow>");
-        flow.setMaximized(false);
-        flow.setFocus(flow.getOrder(0));
-        flow.setArea(Area(5, 5, 45, 305));
-        std::string areas;
-        for (int i = 0; i < 3; ++i)
-            areas += (i ? ", " : "") + text(flow.getOrder(i)->getArea());
-        EXPECT_EQ(areas, row.expected);
-    }
-}
-
 TEST(FlowLayout, AChildStartsTenPixelsLong)
 {
     Bench bench(

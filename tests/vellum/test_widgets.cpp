@@ -9,8 +9,6 @@
 #include "vellum/vel_text_input.h"
 #include "vellum/vel_tree_view.h"
 
-#include "display/dis_font.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
@@ -63,38 +61,6 @@ TEST(Widgets, KeepWhatALaterElementDoesNotMention)
     Bench<Knob> knob("<knob value='1'/>");
     loadFrom(knob.control, "<v><knob value='none'/></v>");
     EXPECT_EQ(knob.control.getValue(), 1.0f);
-}
-
-// A line is 10 pixels high and a character 6 wide: 16 of them fit.
-// clang-format off
-constexpr struct LabelCase {
-    const char* attributes;
-    const char* text;
-    Vector2f position;
-    int align;
-} LABEL_CASES[] = {
-    {"text='a b'", "a b", {10, 15}, display::Font::ALIGN_LEFT},
-    {"text='a' align='center' valign='center'", "a", {60, 50}, display::Font::ALIGN_CENTER},
-    {"text='a' valign='middle'", "a", {10, 50}, display::Font::ALIGN_LEFT},
-    {"text='a' align='right' valign='bottom'", "a", {110, 85}, display::Font::ALIGN_RIGHT},
-    {"text='a' align='left' valign='up'", "a", {10, 15}, display::Font::ALIGN_LEFT},
-    {"text='0123456789abcdefgh'", "0123456789abcdef", {10, 15}, display::Font::ALIGN_LEFT},
-};
-// clang-format on
-
-TEST(LabelText, StandsWhereItIsTold)
-{
-    for (const LabelCase& row : LABEL_CASES) {
-        SCOPED_TRACE(row.attributes);
-        Bench bench(std::string("<label ") + row.attributes +
-                    "><area x='10' y='10' w='100' h='80'/></label>");
-        bench.screen.redraw();
-        ASSERT_EQ(bench.screen.render.texts.size(), 1U);
-        const RecordingRender::Text& drawn = bench.screen.render.texts[0];
-        EXPECT_EQ(drawn.text, row.text);
-        EXPECT_EQ(drawn.align, row.align);
-        EXPECT_EQ(drawn.position, row.position);
-    }
 }
 
 TEST(TextInput, ScrollsToItsCursorAndKeepsNoMoreThanItCanEdit)

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <sstream>
@@ -137,33 +138,23 @@ void User::doStep(std::string_view verb, std::string_view rest)
 
 bool User::doPointer(std::string_view verb, std::string_view rest)
 {
-    constexpr struct {
-        std::string_view verb;
-        int (*act)(Mouse& mouse);
-    } ACTS[] = {
-        {"move",    [](Mouse&) { return 0; }                                        },
-        {"down",    [](Mouse& mouse) { return mouse.press(); }                      },
-        {"up",      [](Mouse& mouse) { return mouse.release(); }                    },
-        {"right",   [](Mouse& mouse) { return mouse.press(display::MOUSE_RIGHT); }  },
-        {"rightup", [](Mouse& mouse) { return mouse.release(display::MOUSE_RIGHT); }},
-        {"click",   [](Mouse& mouse) { return mouse.press() | mouse.release(); }    },
-        {"double",
-         [](Mouse& mouse) {
-             mouse.press();
-             mouse.release();
-             return mouse.press(display::MOUSE_LEFT, true);
-         }                                                                          },
-    };
-    for (const auto& each : ACTS) {
-        if (each.verb != verb)
-            continue;
-        if (!rest.empty())
-            moveTo(rest);
-        if (verb != "move")
-            mAnswer = each.act(mMouse);
-        return true;
-    }
-    return false;
+    constexpr std::string_view VERBS[] = {"move",   "down",  "up",     "click",
+                                          "double", "right", "rightup"};
+    if (std::ranges::find(VERBS, verb) == std::end(VERBS))
+        return false;
+    if (!rest.empty())
+        moveTo(rest);
+    const bool clicks = verb == "click" || verb == "double";
+    if (clicks || verb == "down")
+        mAnswer = mMouse.press();
+    if (clicks || verb == "up")
+        mAnswer = mMouse.release();
+    if (verb == "double")
+        mAnswer = mMouse.press(display::MOUSE_LEFT, true);
+    if (verb == "right" || verb == "rightup")
+        mAnswer = verb == "right" ? mMouse.press(display::MOUSE_RIGHT)
+                                  : mMouse.release(display::MOUSE_RIGHT);
+    return true;
 }
 
 bool User::doToControl(std::string_view verb, std::string_view id)
