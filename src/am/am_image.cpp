@@ -72,9 +72,8 @@ void Image::assign(ImageObject* object)
 {
     std::unique_ptr<ImageObject> owned(object);
     decRef();
-    if (object != nullptr)
-        mObjectRef = new ImageRefCounter{object, 1};
-    owned.release();
+    if (owned) // handed over once there is memory for the counter
+        mObjectRef = new ImageRefCounter{owned.release(), 1};
 }
 
 ImageObject* Image::operator->() const

@@ -57,9 +57,8 @@ public:
     {
         std::unique_ptr<Object> owned(object);
         release();
-        if (object != nullptr)
-            mRef = new PtrRef{object, Counter{}};
-        owned.release();
+        if (owned) // handed over once there is memory for the counter
+            mRef = new PtrRef{owned.release(), Counter{}};
     }
 
     /** Lets go of what is held; the handle is null afterwards. */
