@@ -53,8 +53,8 @@ endfunction()
 # cadenza_test(<folder> SOURCES <file...> LINK <library...> [LABELS <label...>])
 # One executable, registered as one CTest test per GoogleTest case. Tests labelled gl share the pointer,
 # keys and focus of the virtual screen that ./test provides; those labelled e2e have screens of their own
-# but wait for what a program does in time. One of them runs at a time, and one of those labelled sound,
-# which mostly wait for what is played.
+# but wait for what a program does in time, those labelled sound for what it plays. Of each kind one runs
+# at a time.
 function(cadenza_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;LABELS")
     add_executable(test_${name} ${arg_SOURCES})
@@ -68,11 +68,11 @@ function(cadenza_test name)
     gtest_discover_tests(test_${name} PROPERTIES TIMEOUT 300 DISCOVERY_MODE PRE_TEST)
     set(labels ${name} ${arg_LABELS})
     set(lock)
-    if("sound" IN_LIST labels)
-        set(lock "RESOURCE_LOCK sound")
-    elseif("gl" IN_LIST labels OR "e2e" IN_LIST labels)
-        set(lock "RESOURCE_LOCK screen")
-    endif()
+    foreach(kind gl e2e sound)
+        if(kind IN_LIST labels)
+            set(lock "RESOURCE_LOCK ${kind}")
+        endif()
+    endforeach()
     # A list cannot be handed through the discovery: it would end at its first semicolon.
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test_${name}_labels.cmake @ONLY CONTENT [[
 if(test_@name@_TESTS)
