@@ -23,7 +23,7 @@ void Checkbox::setChecked(int index, bool checked)
     switchOption(index, checked);
 }
 
-void Checkbox::choose(int index)
+void Checkbox::chooseOption(int index)
 {
     const bool checked = !isChecked(index);
     setChecked(index, checked);

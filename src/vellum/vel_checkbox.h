@@ -19,7 +19,7 @@ public:
     void setChecked(int index, bool checked) override;
 
 protected:
-    void choose(int index) override;
+    void chooseOption(int index) override;
     void moveOn(int) override {}
     void drawMark(const Area& box, Look look, bool checked, bool focused) override;
 };

@@ -124,8 +124,7 @@ void Dropdown::select(std::int32_t index)
 
 void Dropdown::press(const Event&)
 {
-    // The release goes to the list alone.
-    mPressed = false;
+    // Not held: the release goes to the list alone.
     openList();
 }
 

@@ -105,6 +105,7 @@ float Knob::getValue() const
 
 void Knob::press(const Event& event)
 {
+    Widget::press(event);
     mPressedY = event.mousePos.y;
     mPressedValue = getValue();
 }
@@ -115,9 +116,9 @@ void Knob::drag(const Event& event)
 }
 
 /** Also at either bound, where it moves nothing. */
-bool Knob::turnWheel(float steps)
+bool Knob::turnWheel(const Event& event)
 {
-    moveTo(mRange.unitAfterWheel(steps));
+    moveTo(mRange.unitAfterWheel(event.mouseDeltaWheel));
     return true;
 }
 

@@ -31,7 +31,7 @@ public:
 protected:
     void press(const Event& event) override;
     void drag(const Event& event) override;
-    bool turnWheel(float steps) override;
+    bool turnWheel(const Event& event) override;
     bool pressKey(const Event& event) override;
 
 private:

@@ -111,20 +111,18 @@ void RadioButton::hover(const Event& event)
 
 void RadioButton::press(const Event& event)
 {
+    Widget::press(event);
     mPointed = mPressedRow = rowAt(event);
     if (isOption(mPressedRow))
         mCurrent = mPressedRow;
 }
 
-void RadioButton::drag(const Event& event)
+bool RadioButton::release(const Event& event)
 {
-    mPointed = rowAt(event);
-}
-
-void RadioButton::release(const Event& event)
-{
+    drop();
     if (const int row = rowAt(event); isOption(row) && row == mPressedRow)
-        choose(row);
+        chooseOption(row);
+    return false;
 }
 
 bool RadioButton::pressKey(const Event& event)
@@ -142,13 +140,13 @@ bool RadioButton::pressKey(const Event& event)
         case display::KEY_ENTER:
         case display::KEY_KP_ENTER:
             mCurrent = cursor();
-            choose(mCurrent);
+            chooseOption(mCurrent);
             return true;
         default: return false;
     }
 }
 
-void RadioButton::choose(int index)
+void RadioButton::chooseOption(int index)
 {
     if (isChecked(index))
         return;

@@ -50,15 +50,14 @@ public:
 protected:
     void hover(const Event& event) override;
     void press(const Event& event) override;
-    void drag(const Event& event) override;
-    void release(const Event& event) override;
+    bool release(const Event& event) override;
     bool pressKey(const Event& event) override;
 
     /** What the user's choice of the option at `index`, which is valid, does; may report it. */
-    virtual void choose(int index);
+    virtual void chooseOption(int index);
 
     /** The keyboard moved to the option at `index`, which is valid. */
-    virtual void moveOn(int index) { choose(index); }
+    virtual void moveOn(int index) { chooseOption(index); }
 
     /** Draws the mark of one option, in its square. */
     virtual void drawMark(const Area& box, Look look, bool checked, bool focused);

@@ -70,6 +70,7 @@ float Slider::getValue(bool unit) const
 /** A press beside the handle brings its middle there. */
 void Slider::press(const Event& event)
 {
+    Widget::press(event);
     mGrip = along(event.mousePos) - handleStart();
     if (mGrip >= 0.0f && mGrip < handleLength())
         return;
@@ -85,9 +86,9 @@ void Slider::drag(const Event& event)
 }
 
 /** Also at either bound, where it moves nothing. */
-bool Slider::turnWheel(float steps)
+bool Slider::turnWheel(const Event& event)
 {
-    moveTo(mRange.unitAfterWheel(steps));
+    moveTo(mRange.unitAfterWheel(event.mouseDeltaWheel));
     return true;
 }
 

@@ -59,6 +59,7 @@ void TabCaption::draw(Area area, Area parent, Area clip)
 
 void TabCaption::press(const Event& event)
 {
+    Widget::press(event);
     show(tabAt(event.mousePos));
 }
 

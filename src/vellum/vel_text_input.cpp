@@ -101,6 +101,7 @@ void TextInput::draw(Area area, Area parent, Area clip)
 
 void TextInput::press(const Event& event)
 {
+    Widget::press(event);
     const std::size_t position = positionAt(event.mousePos);
     mWordSelected = event.doubleClick;
     mLine.moveTo(mWordSelected ? mLine.wordBegin(position) : position, event.shift());

@@ -133,6 +133,7 @@ void TreeView::setFolded(std::int32_t item, bool folded)
 
 void TreeView::press(const Event& event)
 {
+    Widget::press(event);
     const std::int32_t row = rowAt(event.mousePos);
     if (row < 0)
         return;

@@ -1,9 +1,7 @@
 #include "vellum/vel_widget.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 
-#include "display/dis_listener.h"
 #include "xml/xml_iteratorconst.h"
 
 namespace zavex::vellum {
@@ -15,55 +13,14 @@ Widget::Widget()
 
 void Widget::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     if (const std::string& inactive = element->getValue("inactive"); !inactive.empty())
         setInactive(inactive == "true");
 }
 
-void Widget::setInactive(bool inactive)
+void Widget::press(const Event&)
 {
-    Control::setInactive(inactive);
-    mPressed = mPressed && !inactive;
-}
-
-bool Widget::acceptEvents(Event& event)
-{
-    return mPressed || Control::acceptEvents(event);
-}
-
-int Widget::handleEvent(Event& event)
-{
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-    if (mInactive || !isShown(*this)) {
-        mPressed = false;
-        return handled;
-    }
-
-    const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == Event::MOUSE_DOWN && left) {
-        mPressed = true;
-        press(event);
-    } else if (event.type == Event::MOUSE_MOVE)
-        mPressed ? drag(event) : hover(event);
-    else if (event.type == Event::MOUSE_UP && left && mPressed) {
-        mPressed = false;
-        release(event);
-    } else if (event.type == Event::MOUSE_WHEEL)
-        return turnWheel(event.mouseDeltaWheel) ? display::Listener::BLOCK : handled;
-    else if (event.type == Event::KEY_DOWN && hasKeyboardFocus(*this))
-        return pressKey(event) ? display::Listener::BLOCK : handled;
-    else if (event.type == Event::CHAR_DOWN && hasKeyboardFocus(*this))
-        return typeCharacter(event) ? display::Listener::BLOCK : handled;
-    return handled;
-}
-
-void Widget::letGo()
-{
-    mPressed = false;
-    Control::letGo();
+    mPressed = true;
 }
 
 Look Widget::look() const
