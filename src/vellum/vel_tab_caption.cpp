@@ -1,7 +1,6 @@
 #include "vellum/vel_tab_caption.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_render.h"
 #include "vellum/vel_tab_view.h"
 
@@ -30,19 +29,6 @@ Control* TabCaption::clone()
     return new TabCaption;
 }
 
-int TabCaption::handleEvent(Event& event)
-{
-    const ControlWatch self(*this);
-    const int handled = Widget::handleEvent(event);
-    if (self.isGone())
-        return handled;
-    if (event.type == Event::RESET)
-        mHovered = -1;
-    else if (event.type == Event::MOUSE_MOVE)
-        mHovered = tabAt(event.mousePos);
-    return handled;
-}
-
 void TabCaption::draw(Area area, Area parent, Area clip)
 {
     fillBox(getRender(), pick(mStyle.mBack, Look::INACTIVE), area);
@@ -55,6 +41,11 @@ void TabCaption::draw(Area area, Area parent, Area clip)
         left = right;
     }
     Control::draw(area, parent, clip);
+}
+
+void TabCaption::hover(const Event& event)
+{
+    mHovered = tabAt(event.mousePos);
 }
 
 void TabCaption::press(const Event& event)

@@ -18,10 +18,11 @@ public:
     TabCaption();
 
     Control* clone() override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
 
 protected:
+    void hover(const Event& event) override;
+    void endHover() override { mHovered = -1; }
     void press(const Event& event) override;
     bool pressKey(const Event& event) override;
 
