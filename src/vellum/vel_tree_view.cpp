@@ -1,11 +1,9 @@
 #include "vellum/vel_tree_view.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_render.h"
 
 #include "display/dis_font.h"
-#include "display/dis_listener.h"
 #include "xml/xml_iteratorconst.h"
 
 #include <algorithm>
@@ -55,21 +53,6 @@ void TreeView::load(xml::IteratorConst& element)
             path.pop_back();
         }
     }
-}
-
-int TreeView::handleEvent(Event& event)
-{
-    const ControlWatch self(*this);
-    const int handled = Widget::handleEvent(event);
-    if (self.isGone())
-        return handled;
-    if (event.type == Event::RESET)
-        mHovered = -1;
-    else if (event.type == Event::MOUSE_MOVE)
-        mHovered = rowAt(event.mousePos);
-    else if (event.type == Event::MOUSE_WHEEL && scroll(event.mouseDeltaWheel))
-        return display::Listener::BLOCK;
-    return handled;
 }
 
 void TreeView::draw(Area area, Area parent, Area clip)
@@ -131,6 +114,11 @@ void TreeView::setFolded(std::int32_t item, bool folded)
         select(item);
 }
 
+void TreeView::hover(const Event& event)
+{
+    mHovered = rowAt(event.mousePos);
+}
+
 void TreeView::press(const Event& event)
 {
     Widget::press(event);
@@ -144,6 +132,17 @@ void TreeView::press(const Event& event)
         toggle(item);
     else
         select(item);
+}
+
+/** Nothing where all rows are shown. */
+bool TreeView::turnWheel(const Event& event)
+{
+    const std::int32_t last = rowCount() - fittingRows();
+    if (last <= 0)
+        return false;
+    mScrolled = std::clamp(mScrolled - event.mouseDeltaWheel * ROWS_PER_STEP, 0.0f,
+                           static_cast<float>(last));
+    return true;
 }
 
 bool TreeView::pressKey(const Event& event)
@@ -247,16 +246,6 @@ void TreeView::scrollTo(std::int32_t row)
         return;
     const std::int32_t top = std::clamp(firstRow(), row - fittingRows() + 1, row);
     mScrolled = static_cast<float>(top);
-}
-
-/** @return whether there is anything to scroll. */
-bool TreeView::scroll(float steps)
-{
-    const std::int32_t last = rowCount() - fittingRows();
-    if (last <= 0 || mInactive)
-        return false;
-    mScrolled = std::clamp(mScrolled - steps * ROWS_PER_STEP, 0.0f, static_cast<float>(last));
-    return true;
 }
 
 /** Selects the row, or the one at the end that it lies beyond. */

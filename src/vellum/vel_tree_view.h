@@ -29,7 +29,6 @@ public:
      * below it. "size" is the height of a row in pixels; one that is not positive changes nothing.
      */
     void load(xml::IteratorConst& element) override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
 
     /** Adds an item at the end. @param depth  0 at the top; clamped to one below the item before.
@@ -55,7 +54,10 @@ public:
     const std::string& getValueText() const { return selected().text; }
 
 protected:
+    void hover(const Event& event) override;
+    void endHover() override { mHovered = -1; }
     void press(const Event& event) override;
+    bool turnWheel(const Event& event) override;
     bool pressKey(const Event& event) override;
 
 private:
@@ -80,7 +82,6 @@ private:
     std::int32_t firstRow() const;
     std::int32_t endOfShown() const;
     void scrollTo(std::int32_t row);
-    bool scroll(float steps);
     void selectRow(std::int32_t row);
     void foldOrLeave();
     void unfoldOrEnter();
