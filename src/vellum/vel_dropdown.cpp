@@ -74,14 +74,6 @@ void Dropdown::load(xml::IteratorConst& element)
     }
 }
 
-int Dropdown::handleEvent(Event& event)
-{
-    if (event.type != Event::CONTEXT)
-        return Widget::handleEvent(event);
-    select(mList.getSelected());
-    return 0;
-}
-
 void Dropdown::draw(Area area, Area parent, Area clip)
 {
     Render& render = getRender();
@@ -138,6 +130,11 @@ bool Dropdown::pressKey(const Event& event)
         return false;
     openList();
     return true;
+}
+
+void Dropdown::choose(const std::string&)
+{
+    select(mList.getSelected());
 }
 
 const Dropdown::Option& Dropdown::selected() const

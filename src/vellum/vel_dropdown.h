@@ -43,9 +43,6 @@ public:
      * one whose "default" is "true", the last of several; else the first option of all.
      */
     void load(xml::IteratorConst& element) override;
-
-    /** A choice from the list arrives as an event of type "context". */
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
 
     /** Adds an option at the end. The first one becomes selected, which is not reported. */
@@ -68,6 +65,9 @@ public:
 protected:
     void press(const Event& event) override;
     bool pressKey(const Event& event) override;
+
+    /** Of what was chosen in the list. */
+    void choose(const std::string& action) override;
 
 private:
     struct Option {
