@@ -1,7 +1,5 @@
 #include "vellum/vel_button.h"
 
-#include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -40,30 +38,10 @@ Control* Button::clone()
 
 void Button::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     setCaption(element->getValue("caption"));
     if (element->getValue("toggled") == "true")
         setToggleMode(true);
-}
-
-bool Button::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mClicked;
-}
-
-int Button::handleEvent(Event& event)
-{
-    const bool over = contains(getArea(), event.mousePos) && isShown(*this);
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone() || event.button != display::MOUSE_LEFT)
-        return handled;
-
-    if (event.type == Event::MOUSE_DOWN && over && !mInactive)
-        press();
-    else if (event.type == Event::MOUSE_UP)
-        release(over);
-    return handled;
 }
 
 void Button::draw(Area area, Area parent, Area clip)
@@ -80,12 +58,6 @@ void Button::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
-void Button::letGo()
-{
-    mClicked = false;
-    Control::letGo();
-}
-
 void Button::setToggleMode(bool toggle)
 {
     mToggle = toggle;
@@ -96,23 +68,24 @@ bool Button::getToggled() const
     return mToggleState;
 }
 
-void Button::press()
+void Button::press(const Event& event)
 {
-    mClicked = true;
-    if (mToggle)
+    if (mInactive || !isInside(event))
         return;
-    sendAction(ACTION_BUTTON_PRESSED);
+    mClicked = true;
+    if (!mToggle)
+        sendAction(ACTION_BUTTON_PRESSED);
 }
 
-void Button::release(bool over)
+bool Button::release(const Event& event)
 {
-    const bool clicked = mClicked;
-    mClicked = false;
-    if (!clicked || !over)
-        return;
+    drop();
+    if (!isInside(event))
+        return false;
     if (mToggle)
         mToggleState = !mToggleState;
     sendAction(mToggle && mToggleState ? ACTION_BUTTON_PRESSED : ACTION_BUTTON_RELEASED);
+    return false;
 }
 
 bool Button::looksPushed() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
@@ -11,7 +11,7 @@ namespace zavex::vellum {
  * `ACTION_BUTTON_RELEASED` when released over itself. A toggle button reports nothing on a press;
  * each release over it flips its state and reports the one it came to, pressed for on.
  */
-class Button : public Control {
+class Button : public Pressable {
 public:
     Button();
 
@@ -20,13 +20,8 @@ public:
     /** Reads "caption", and "toggled": "true" makes it a toggle button. */
     void load(xml::IteratorConst& element) override;
 
-    /** Also while the button is held, so that the release is seen wherever it happens. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
-
     /** The frame runs around the visible part; the caption stays in the middle of the whole. */
     void draw(Area area, Area parent, Area clip) override;
-    void letGo() override;
 
     virtual void setToggleMode(bool toggle);
 
@@ -34,13 +29,19 @@ public:
     virtual bool getToggled() const;
 
 protected:
+    void press(const Event& event) override;
+    bool release(const Event& event) override;
+    bool isHeld() const override { return mClicked; }
+    void drop() override { mClicked = false; }
+
+    /** Also while inactive: a press that came before that ends as any. */
+    bool isUsable() const override { return true; }
+
     bool mClicked = false; // pressed by the left button, which is still down
     bool mToggleState = false;
     bool mToggle = false; // this is a toggle button
 
 private:
-    void press();
-    void release(bool over);
     bool looksPushed() const;
     void drawFace(const Area& face);
     void drawCaption(mathbase::Vector2f center);

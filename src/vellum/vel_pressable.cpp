@@ -1,5 +1,6 @@
 #include "vellum/vel_pressable.h"
 
+#include "vellum/vel_area.h"
 #include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 
@@ -64,6 +65,11 @@ bool Pressable::endsOn(display::MouseButton button) const
 bool Pressable::takesKeys()
 {
     return hasKeyboardFocus(*this);
+}
+
+bool Pressable::isInside(const Event& event) const
+{
+    return contains(atOrigin(getArea()), event.mousePos);
 }
 
 int Pressable::route(const Event& event, int handled)

@@ -81,6 +81,9 @@ protected:
     /** Whether keys and characters that arrive are meant for the control: with the focus. */
     virtual bool takesKeys();
 
+    /** Whether a position in the control's own coordinates lies inside it. */
+    bool isInside(const Event& event) const;
+
     /**
      * Gives an event to the function for its kind.
      *

@@ -1,7 +1,5 @@
 #include "vellum/vel_widget.h"
 
-#include "vellum/vel_area.h"
-
 #include "xml/xml_iteratorconst.h"
 
 namespace zavex::vellum {
@@ -30,12 +28,6 @@ Look Widget::look() const
     if (mPressed)
         return Look::PRESSED;
     return mMouseOver ? Look::HOVERED : Look::NORMAL;
-}
-
-bool Widget::isInside(const Event& event) const
-{
-    const Area area = getArea();
-    return contains(Area(0.0f, 0.0f, area.getWidth(), area.getHeight()), event.mousePos);
 }
 
 void Widget::drawField(const Area& area, Look look)

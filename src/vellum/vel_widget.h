@@ -26,9 +26,6 @@ protected:
 
     Look look() const;
 
-    /** Whether the position of an event that was made local lies inside the control. */
-    bool isInside(const Event& event) const;
-
     // In the control's colours; the border of a body shows the keyboard focus.
 
     void drawField(const Area& area, Look look);
