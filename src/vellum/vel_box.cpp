@@ -3,7 +3,6 @@
 #include "vellum/vel_area.h"
 #include "vellum/vel_box_frame.h"
 #include "vellum/vel_box_view.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
 
@@ -35,7 +34,7 @@ Control* Box::clone()
 
 void Box::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     setCaption(element->getValue("caption"));
     loadStyleClass(*mFrame, "boxframe");
     setArea();
@@ -61,29 +60,6 @@ void Box::setArea()
     mFrame->setArea(belowTopStrip(atOrigin(getArea()), CAPTION_HEIGHT));
 }
 
-bool Box::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mDragged;
-}
-
-int Box::handleEvent(Event& event)
-{
-    const bool onCaption = contains(topStrip(getArea(), CAPTION_HEIGHT), event.mousePos);
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == Event::MOUSE_DOWN && left)
-        mDragged = onCaption && !mInactive && isShown(*this) && dynamic_cast<BoxView*>(mParent);
-    else if (event.type == Event::MOUSE_UP && left)
-        mDragged = false;
-    else if (event.type == Event::MOUSE_MOVE && mDragged)
-        setPosition(mArea.mMin - event.mouseDelta);
-    return handled;
-}
-
 void Box::draw(Area area, Area parent, Area clip)
 {
     const Look look = mInactive ? Look::INACTIVE : Look::NORMAL;
@@ -94,10 +70,15 @@ void Box::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
-void Box::letGo()
+void Box::press(const Event& event)
 {
-    mDragged = false;
-    Control::letGo();
+    const bool onCaption = contains(topStrip(atOrigin(getArea()), CAPTION_HEIGHT), event.mousePos);
+    mDragged = onCaption && dynamic_cast<BoxView*>(mParent);
+}
+
+void Box::drag(const Event& event)
+{
+    setPosition(mArea.mMin - event.mouseDelta);
 }
 
 } // namespace zavex::vellum

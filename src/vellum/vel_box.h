@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
@@ -12,7 +12,7 @@ class BoxFrame;
  * Everything that is added goes into the frame, which belongs to the box like any child. On a
  * `BoxView` the box is moved by its caption.
  */
-class Box : public Control {
+class Box : public Pressable {
 public:
     static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
 
@@ -28,18 +28,18 @@ public:
     void deleteControl(unsigned index) override;
     void deleteControls() override;
 
-    using Control::setArea;
+    using Pressable::setArea;
 
     /** Gives the frame what the caption leaves. */
     void setArea() override;
-
-    /** Also while the box is dragged. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
-    void letGo() override;
 
 protected:
+    void press(const Event& event) override;
+    void drag(const Event& event) override;
+    bool isHeld() const override { return mDragged; }
+    void drop() override { mDragged = false; }
+
     BoxFrame* mFrame = nullptr; // owned as a child
     bool mDragged = false;      // the caption was pressed and is held
 };
