@@ -1,7 +1,6 @@
 #include "vellum/vel_box_view.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 
 #include <algorithm>
@@ -28,31 +27,10 @@ Control* BoxView::clone()
     return new BoxView;
 }
 
-bool BoxView::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mDragged;
-}
-
 int BoxView::handleEvent(Event& event)
 {
-    const Area area = getArea();
-    const bool onSheet =
-        contains(area, event.mousePos) && isEmptyAt(event.mousePos - area.mMin) && isShown(*this);
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == Event::MOUSE_DOWN && left)
-        mDragged = onSheet && !mInactive;
-    else if (event.type == Event::MOUSE_UP && left)
-        mDragged = false;
-    else if (event.type == Event::MOUSE_MOVE && mDragged) {
-        setOffset(getOffset() + event.mouseDelta);
-        sendAction(ACTION_SCROLL_CHANGED);
-    }
-    return handled;
+    mOnSheet = isEmptyAt(event.mousePos - getArea().mMin);
+    return Pressable::handleEvent(event);
 }
 
 void BoxView::draw(Area area, Area parent, Area clip)
@@ -62,17 +40,19 @@ void BoxView::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
-void BoxView::letGo()
+void BoxView::drag(const Event& event)
 {
-    mDragged = false;
-    Control::letGo();
+    setOffset(getOffset() + event.mouseDelta);
+    sendAction(ACTION_SCROLL_CHANGED);
 }
 
-bool BoxView::isEmptyAt(Vector2f point) const
+/** Whether a point of the sheet has no box above it. */
+bool BoxView::isEmptyAt(Vector2f point)
 {
-    return std::ranges::none_of(mChild, [&](Control* child) {
-        return child->getVisible() && contains(child->getArea(), point);
-    });
+    return contains(atOrigin(getArea()), point) &&
+           std::ranges::none_of(mChild, [&](Control* child) {
+               return child->getVisible() && contains(child->getArea(), point);
+           });
 }
 
 /** Lines as boxes one pixel wide, fainter than the borders of what stands on them. */
