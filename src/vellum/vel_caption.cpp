@@ -1,7 +1,5 @@
 #include "vellum/vel_caption.h"
 
-#include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_window.h"
 
@@ -30,38 +28,6 @@ Control* Caption::clone()
     return new Caption;
 }
 
-bool Caption::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mClicked;
-}
-
-int Caption::handleEvent(Event& event)
-{
-    const Area area = getArea();
-    const bool over = contains(area, event.mousePos) && isShown(*this);
-    const Vector2f point = event.mousePos - area.mMin;
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    Window* const window = self.isGone() ? nullptr : dynamic_cast<Window*>(mParent);
-    if (!window || mInactive)
-        return handled;
-
-    const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == Event::MOUSE_DOWN && left && over)
-        press(*window, point, event.doubleClick);
-    else if (event.type == Event::MOUSE_UP && left)
-        mClicked = false;
-    else if (event.type == Event::MOUSE_MOVE && mClicked)
-        window->moveBy(point - mClickedPos);
-    return handled;
-}
-
-void Caption::setInactive(bool inactive)
-{
-    Control::setInactive(inactive);
-    mClicked = mClicked && !inactive;
-}
-
 void Caption::draw(Area area, Area parent, Area clip)
 {
     Look look = mMouseOver ? Look::HOVERED : Look::NORMAL;
@@ -82,20 +48,29 @@ void Caption::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
-void Caption::letGo()
+void Caption::press(const Event& event)
 {
-    mClicked = false;
-    Control::letGo();
+    Window* const moved = window();
+    if (!moved || !isInside(event))
+        return;
+    if (event.doubleClick) {
+        moved->toggleMaximized();
+    } else if (!moved->getMaximized()) {
+        mClicked = true;
+        mClickedPos = event.mousePos;
+    }
 }
 
-void Caption::press(Window& window, Vector2f point, bool doubleClick)
+void Caption::drag(const Event& event)
 {
-    if (doubleClick) {
-        window.toggleMaximized();
-    } else if (!window.getMaximized()) {
-        mClicked = true;
-        mClickedPos = point;
-    }
+    if (Window* const moved = window())
+        moved->moveBy(event.mousePos - mClickedPos);
+}
+
+/** What the caption moves; null where it is not a window's. */
+Window* Caption::window() const
+{
+    return dynamic_cast<Window*>(mParent);
 }
 
 } // namespace zavex::vellum
