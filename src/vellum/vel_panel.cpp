@@ -1,7 +1,6 @@
 #include "vellum/vel_panel.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_layout_stack.h"
 #include "vellum/vel_look.h"
@@ -45,7 +44,7 @@ Control* Panel::clone()
 
 void Panel::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     setCaption(element->getValue("caption"));
     loadStyleClass(*mFrame, "panelframe");
     setArea();
@@ -72,24 +71,6 @@ void Panel::setArea()
     // Hidden content still gets events where it is, so folded content is nowhere.
     mFrame->setArea(mFolded ? belowTopStrip(own, own.getHeight())
                             : belowTopStrip(own, CAPTION_HEIGHT));
-}
-
-int Panel::handleEvent(Event& event)
-{
-    const bool onCaption = contains(topStrip(getArea(), CAPTION_HEIGHT), event.mousePos);
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    if (event.type == Event::MOUSE_MOVE)
-        mCaptionHovered = onCaption;
-    else if (event.type == Event::RESET)
-        mCaptionHovered = false;
-    else if (event.type == Event::MOUSE_DOWN && event.button == display::MOUSE_LEFT && onCaption &&
-             !mInactive && isShown(*this))
-        setFolded(!mFolded);
-    return handled;
 }
 
 void Panel::draw(Area area, Area parent, Area clip)
@@ -127,6 +108,22 @@ void Panel::setFolded(bool folded)
 bool Panel::getFolded() const
 {
     return mFolded;
+}
+
+void Panel::hover(const Event& event)
+{
+    mCaptionHovered = isOnCaption(event);
+}
+
+void Panel::press(const Event& event)
+{
+    if (isOnCaption(event))
+        setFolded(!mFolded);
+}
+
+bool Panel::isOnCaption(const Event& event)
+{
+    return contains(topStrip(atOrigin(getArea()), CAPTION_HEIGHT), event.mousePos);
 }
 
 } // namespace zavex::vellum

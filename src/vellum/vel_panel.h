@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
@@ -13,7 +13,7 @@ class PanelFrame;
  * Everything that is added goes into the frame below the caption, which belongs to the panel like
  * any child. Folding reports `ACTION_WINDOW_RESIZE`.
  */
-class Panel : public Control {
+class Panel : public Pressable {
 public:
     static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
 
@@ -29,11 +29,10 @@ public:
     void deleteControl(unsigned index) override;
     void deleteControls() override;
 
-    using Control::setArea;
+    using Pressable::setArea;
 
     /** Gives the frame what the caption leaves. */
     void setArea() override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
 
     /** A folded panel is as high as its caption, unless it is maximized. */
@@ -41,10 +40,17 @@ public:
     virtual bool getFolded() const;
 
 protected:
+    void hover(const Event& event) override;
+    void endHover() override { mCaptionHovered = false; }
+    void press(const Event& event) override;
+
     PanelFrame* mFrame = nullptr; // owned as a child
     bool mFolded = false;
     bool mCaptionHovered = false;
     float mUnfoldedHeight = 0.0f; // pixels; of the rectangle before it was folded
+
+private:
+    bool isOnCaption(const Event& event);
 };
 
 } // namespace zavex::vellum
