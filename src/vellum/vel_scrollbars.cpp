@@ -1,7 +1,6 @@
 #include "vellum/vel_scrollbars.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_scrollbars_frame.h"
@@ -58,7 +57,7 @@ Control* Scrollbars::clone()
 
 void Scrollbars::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     const std::string& direction = element->getValue("direction");
     if (direction == "horisontal" || direction == "vertical") {
         mHorisontal = direction == "horisontal";
@@ -97,48 +96,12 @@ void Scrollbars::setArea()
     buildScrollbars();
 }
 
-bool Scrollbars::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mVerticalDown || mHorisontalDown || mResize;
-}
-
-int Scrollbars::handleEvent(Event& event)
-{
-    // The child that receives the event makes its position local once more.
-    const Vector2f point = event.mousePos - getArea().mMin;
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    const bool left = event.button == display::MOUSE_LEFT;
-    if (event.type == Event::MOUSE_UP && left)
-        release();
-    else if (event.type == Event::RESET)
-        mVerticalBarHighlight = mHorisontalBarHighlight = false;
-    else if (!isShown(*this))
-        return handled;
-    else if (event.type == Event::MOUSE_DOWN && left && !mInactive)
-        press(point, event.mousePosWorld);
-    else if (event.type == Event::MOUSE_WHEEL && handled != 1)
-        return turnWheel(event) ? 1 : handled;
-    else if (event.type == Event::MOUSE_MOVE)
-        drag(event, point);
-    return handled;
-}
-
 void Scrollbars::draw(Area area, Area parent, Area clip)
 {
     drawBar(AXIS_X, area.mMin);
     drawBar(AXIS_Y, area.mMin);
     drawCorner(area.mMin);
     Control::draw(area, parent, clip);
-}
-
-void Scrollbars::letGo()
-{
-    mVerticalDown = mHorisontalDown = mResize = false;
-    Control::letGo();
 }
 
 void Scrollbars::buildScrollbars()
@@ -223,8 +186,11 @@ void Scrollbars::reportScroll()
     sendAction(ACTION_SCROLL_CHANGED);
 }
 
-void Scrollbars::press(Vector2f point, Vector2f pointer)
+void Scrollbars::press(const Event& event)
 {
+    if (mInactive)
+        return;
+    const Vector2f point = event.mousePos;
     for (const int axis : {AXIS_X, AXIS_Y}) {
         const Bar bar = barOf(axis);
         if (!bar.exists || !contains(bar.track, point))
@@ -236,7 +202,7 @@ void Scrollbars::press(Vector2f point, Vector2f pointer)
         return;
     }
     if (mParent && contains(mFillerArea, point))
-        beginResize(pointer);
+        beginResize(event.mousePosWorld);
 }
 
 void Scrollbars::beginResize(Vector2f pointer)
@@ -248,12 +214,13 @@ void Scrollbars::beginResize(Vector2f pointer)
         mResizePercent[axis] = rangeOf(axis) > 0.0f ? mScrollPosition[axis] / rangeOf(axis) : 0.0f;
 }
 
-void Scrollbars::release()
+bool Scrollbars::release(const Event&)
 {
-    const bool dragged = mVerticalDown || mHorisontalDown;
-    mVerticalDown = mHorisontalDown = mResize = false;
-    if (dragged)
+    const bool scrolled = mVerticalDown || mHorisontalDown;
+    drop();
+    if (scrolled)
         sendAction(ACTION_SCROLL_CHANGED);
+    return false;
 }
 
 /** False when there is no bar to move. */
@@ -266,10 +233,20 @@ bool Scrollbars::turnWheel(const Event& event)
     return true;
 }
 
-void Scrollbars::drag(const Event& event, Vector2f point)
+void Scrollbars::hover(const Event& event)
 {
-    mHorisontalBarHighlight = mHorisontal && contains(mHorisontalBarArea, point);
-    mVerticalBarHighlight = mVertical && contains(mVerticalBarArea, point);
+    mHorisontalBarHighlight = mHorisontal && contains(mHorisontalBarArea, event.mousePos);
+    mVerticalBarHighlight = mVertical && contains(mVerticalBarArea, event.mousePos);
+}
+
+void Scrollbars::endHover()
+{
+    mVerticalBarHighlight = mHorisontalBarHighlight = false;
+}
+
+void Scrollbars::drag(const Event& event)
+{
+    hover(event);
     for (const int axis : {AXIS_X, AXIS_Y}) {
         if (!barOf(axis).down)
             continue;

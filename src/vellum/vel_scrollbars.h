@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
@@ -14,7 +14,7 @@ class ScrollbarsFrame;
  * handles have a fixed length. Scrolling reports `ACTION_SCROLL_CHANGED`, dragging the corner
  * `ACTION_WINDOW_RESIZE`.
  */
-class Scrollbars : public Control {
+class Scrollbars : public Pressable {
 public:
     Scrollbars();
 
@@ -29,16 +29,11 @@ public:
     void deleteControl(unsigned index) override;
     void deleteControls() override;
 
-    using Control::setArea;
+    using Pressable::setArea;
 
     /** Places the bars and the frame, and scrolls anew. */
     void setArea() override;
-
-    /** Also while a handle or the corner is dragged. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
-    void letGo() override;
 
     /** Clamps the scroll position, places the handles and moves the content. */
     virtual void buildScrollbars();
@@ -52,6 +47,18 @@ public:
     virtual void setScrollPosition(mathbase::Vector2f position);
 
 protected:
+    void hover(const Event& event) override;
+    void endHover() override;
+    void press(const Event& event) override;
+    void drag(const Event& event) override;
+    bool release(const Event& event) override;
+    bool turnWheel(const Event& event) override;
+    bool isHeld() const override { return mVerticalDown || mHorisontalDown || mResize; }
+    void drop() override { mVerticalDown = mHorisontalDown = mResize = false; }
+
+    /** The wheel scrolls also while inactive. */
+    bool isUsable() const override { return true; }
+
     bool mVertical = true;
     bool mHorisontal = true;
     mathbase::Vector2f mScrollPosition{0, 0}; // pixels along the tracks
@@ -81,11 +88,7 @@ private:
     mathbase::Vector2f contentSize();
     void scroll(int axis, float contentPixels);
     void reportScroll();
-    void press(mathbase::Vector2f point, mathbase::Vector2f pointer);
     void beginResize(mathbase::Vector2f pointer);
-    void release();
-    bool turnWheel(const Event& event);
-    void drag(const Event& event, mathbase::Vector2f point);
     void resizeParent(mathbase::Vector2f pointer);
     void drawBar(int axis, mathbase::Vector2f origin);
     void drawCorner(mathbase::Vector2f origin);
