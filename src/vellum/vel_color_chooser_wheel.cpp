@@ -1,7 +1,6 @@
 #include "vellum/vel_color_chooser_wheel.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -61,29 +60,6 @@ Control* ColorChooserWheel::clone()
     return new ColorChooserWheel;
 }
 
-bool ColorChooserWheel::acceptEvents(Event& event)
-{
-    return mClicked || Control::acceptEvents(event);
-}
-
-int ColorChooserWheel::handleEvent(Event& event)
-{
-    const Vector2f position = event.mousePos - getArea().mMin;
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    if (event.type == Event::MOUSE_UP || mInactive || !isShown(*this))
-        mClicked = false;
-    else if (event.type == Event::MOUSE_DOWN) {
-        mClicked = true;
-        chooseAt(position);
-    } else if (event.type == Event::MOUSE_MOVE && mClicked)
-        chooseAt(position);
-    return handled;
-}
-
 void ColorChooserWheel::draw(Area area, Area parent, Area clip)
 {
     for (int column = 0; column < COLUMNS; ++column)
@@ -97,15 +73,15 @@ void ColorChooserWheel::draw(Area area, Area parent, Area clip)
     Control::draw(area, parent, clip);
 }
 
-void ColorChooserWheel::letGo()
-{
-    mClicked = false;
-    Control::letGo();
-}
-
 void ColorChooserWheel::setIntensity(float intensity)
 {
     mIntensity = std::clamp(intensity, 0.0f, 1.0f);
+}
+
+void ColorChooserWheel::press(const Event& event)
+{
+    mClicked = true;
+    chooseAt(event.mousePos);
 }
 
 /** All edges belong to the field, so that a drag reaches the pure grey and the last red. */

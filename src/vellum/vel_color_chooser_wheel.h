@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include "mathbase/mb_vector2.h"
 #include "mathbase/mb_vector3.h"
@@ -15,19 +15,14 @@ namespace zavex::vellum {
  * while the button is held, inside the field or not. One that is inactive or hidden ignores clicks
  * and lets go.
  */
-class ColorChooserWheel : public Control {
+class ColorChooserWheel : public Pressable {
 public:
     ColorChooserWheel();
 
     Control* clone() override;
 
-    /** As the base, and everything while the button is held. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
-
     /** Also finds the chosen colour, which depends on the size of the field. */
     void draw(Area area, Area parent, Area clip) override;
-    void letGo() override;
 
     /** Sets the grey at the bottom, in 0..1. */
     void setIntensity(float intensity);
@@ -41,6 +36,15 @@ public:
     mathbase::Vector3f getColor() const { return mCurrentColor; }
 
 protected:
+    void press(const Event& event) override;
+    void pressOther(const Event& event) override { press(event); }
+    void drag(const Event& event) override { chooseAt(event.mousePos); }
+    bool isHeld() const override { return mClicked; }
+    void drop() override { mClicked = false; }
+
+    /** Any button ends what any button began. */
+    bool endsOn(display::MouseButton) const override { return mClicked; }
+
     float mIntensity = 0.0f;
     mathbase::Vector2f mClickedPos{-1, -1}; // the cross-hair, local coordinates; (-1, -1) for none
     mathbase::Vector3f mCurrentColor{0, 0, 0};
