@@ -2,7 +2,6 @@
 
 #include "vellum/vel_area.h"
 #include "vellum/vel_attribute.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_curve.h"
 #include "vellum/vel_look.h"
 
@@ -167,42 +166,11 @@ Control* Spline::clone()
 void Spline::load(xml::IteratorConst& element)
 {
     setSpline(new Curve(Curve::SMOOTH, true), true);
-    Control::load(element);
+    Pressable::load(element);
     setSplineType(element->getValue("type"));
     for (xml::IteratorConst item = element.createIterator("item"); ++item;)
         m_spline->addKey({numberAttribute(item, "x").value_or(0.0f),
                           numberAttribute(item, "y").value_or(0.0f), 0.0f, 0.0f});
-}
-
-bool Spline::acceptEvents(Event& event)
-{
-    return Control::acceptEvents(event) || mClicked >= 0;
-}
-
-int Spline::handleEvent(Event& event)
-{
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-    if (!isShown(*this)) {
-        mClicked = -1;
-        return handled;
-    }
-
-    if (event.type == Event::RESET)
-        mMouseOverIndex = -1;
-    else if (event.type == Event::MOUSE_MOVE)
-        isKey(mClicked) ? dragTo(event.mousePos) : hover(event.mousePos);
-    else if (event.type == Event::MOUSE_DOWN)
-        event.button == display::MOUSE_LEFT ? press() : openMenu(event.mousePos);
-    else if (event.type == Event::MOUSE_UP)
-        release();
-    else if (event.type == Event::KEY_DOWN)
-        pressKey(event.key);
-    else if (event.type == Event::CONTEXT)
-        choose(event.action);
-    return handled;
 }
 
 void Spline::draw(Area area, Area, Area clip)
@@ -223,12 +191,6 @@ void Spline::draw(Area area, Area, Area clip)
     updateSamples(area.getWidth());
     drawCurve(clip);
     drawKeys(clip);
-}
-
-void Spline::letGo()
-{
-    mClicked = -1;
-    Control::letGo();
 }
 
 void Spline::setSplineType(const std::string& type)
@@ -302,17 +264,21 @@ std::int32_t Spline::keyAt(Vector2f point) const
     return -1;
 }
 
-void Spline::hover(Vector2f point)
+void Spline::hover(const Event& event)
 {
-    mMouseOverX = point.x;
-    mMouseOverIndex = keyAt(point);
+    mMouseOverX = event.mousePos.x;
+    mMouseOverIndex = keyAt(event.mousePos);
 }
 
 /** Moves the key that is being dragged and reports it, after which this control may be gone. */
-void Spline::dragTo(Vector2f point)
+void Spline::drag(const Event& event)
 {
-    mMouseOverX = point.x;
-    const Vector2f target = getSplineSpace(point + getArea().mMin);
+    if (!isKey(mClicked)) {
+        hover(event);
+        return;
+    }
+    mMouseOverX = event.mousePos.x;
+    const Vector2f target = getSplineSpace(event.mousePos + getArea().mMin);
     Key& key = (*m_spline)[mClicked];
     key.time = std::min(std::max(target.x, mStartTime), mEndTime);
     key.value = std::clamp(target.y, LOWEST_VALUE, HIGHEST_VALUE);
@@ -322,43 +288,44 @@ void Spline::dragTo(Vector2f point)
     sendAction(ACTION_SPLINE_CHANGED);
 }
 
-void Spline::press()
+void Spline::press(const Event&)
 {
     mClicked = mSelection = isKey(mMouseOverIndex) ? mMouseOverIndex : -1;
 }
 
-void Spline::release()
+bool Spline::release(const Event&)
 {
-    mClicked = -1;
+    drop();
     mMouseOverIndex = -1;
+    return false;
 }
 
-/** Opens the menu of the key under the pointer, or that of the place, at a local point. */
-void Spline::openMenu(Vector2f point)
+void Spline::pressOther(const Event& event)
 {
-    mClicked = -1; // the release goes to the menu
+    drop(); // the release goes to the menu
     const bool onKey = isKey(mMouseOverIndex);
     if (onKey)
         mDeleteIndex = mMouseOverIndex;
     else
-        mAddPosition = point + getArea().mMin;
+        mAddPosition = event.mousePos + getArea().mMin;
     Context& menu = onKey ? mContext2 : mContext;
-    menu.setPosition(point + getAreaWorld().mMin);
+    menu.setPosition(event.mousePos + getAreaWorld().mMin);
     setContext(&menu);
 }
 
-/** Keys that find their way here by the pointer's place alone are left. */
-void Spline::pressKey(display::Key key)
+/** Others may hear of the key as well. */
+bool Spline::pressKey(const Event& event)
 {
-    if (!m_spline || (mParent && !isFocusedChild()))
-        return;
-    switch (key) {
+    if (!m_spline)
+        return false;
+    switch (event.key) {
         case display::KEY_LEFT: moveSelection(-1); break;
         case display::KEY_RIGHT: moveSelection(1); break;
         case display::KEY_DEL: removeSelected(); break;
         case display::KEY_INSERT: insertKey(); break;
         default: break;
     }
+    return false;
 }
 
 void Spline::choose(const std::string& action)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "vellum/vel_context.h"
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include "mathbase/mb_splinebase.h"
 
@@ -28,7 +28,7 @@ std::string getModeName(mathbase::SplineFloat::InterpolationMode mode);
  *
  * Dragging reports ACTION_SPLINE_CHANGED at every move; the menus and the keyboard report nothing.
  */
-class Spline : public Control {
+class Spline : public Pressable {
 public:
     using Curve = mathbase::SplineFloat;
 
@@ -45,13 +45,8 @@ public:
      */
     void load(xml::IteratorConst& element) override;
 
-    /** Also while a key is dragged. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
-
     /** Nothing without a curve. */
     void draw(Area area, Area parent, Area clip) override;
-    void letGo() override;
 
     /** Sets the curve's interpolation to the mode of that name; no other text changes it. */
     virtual void setSplineType(const std::string& type);
@@ -80,6 +75,28 @@ public:
     mathbase::Vector2f getWorldSpace(const mathbase::Vector2f& timeAndValue) const;
 
 protected:
+    void hover(const Event& event) override;
+    void endHover() override { mMouseOverIndex = -1; }
+    void press(const Event& event) override;
+
+    /** Opens the menu of the key under the pointer, or that of the place. */
+    void pressOther(const Event& event) override;
+    void drag(const Event& event) override;
+    bool release(const Event& event) override;
+    bool pressKey(const Event& event) override;
+    void choose(const std::string& action) override;
+    bool isHeld() const override { return mClicked >= 0; }
+    void drop() override { mClicked = -1; }
+
+    /** Any button, held or not: the key under the pointer is forgotten. */
+    bool endsOn(display::MouseButton) const override { return true; }
+
+    /** Also while inactive. */
+    bool isUsable() const override { return true; }
+
+    /** With its parent's focus: keys that come by the pointer's place alone are left. */
+    bool takesKeys() override { return !mParent || isFocusedChild(); }
+
     /** To be called after others changed the curve: its picture is made anew. */
     void curveChanged() { mDirty = true; }
 
@@ -91,13 +108,6 @@ private:
     mathbase::Vector2f placeOf(std::int32_t key, const Scale& scale) const;
     std::int32_t keyAt(mathbase::Vector2f point) const;
 
-    void hover(mathbase::Vector2f point);
-    void dragTo(mathbase::Vector2f point);
-    void press();
-    void release();
-    void openMenu(mathbase::Vector2f point);
-    void pressKey(display::Key key);
-    void choose(const std::string& action);
     void chooseMode(const std::string& action);
     void moveSelection(std::int32_t keys);
     void addKey(const mathbase::SplineBaseKey<float>& key);
