@@ -1,7 +1,6 @@
 #include "vellum/vel_menu_bar.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -28,33 +27,10 @@ Control* MenuBar::clone()
 
 void MenuBar::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     for (xml::IteratorConst item = element.createIterator("item"); ++item;)
         if (!item->getValue("caption").empty())
             addItem(item);
-}
-
-bool MenuBar::acceptEvents(Event& event)
-{
-    return mClicked || Control::acceptEvents(event);
-}
-
-int MenuBar::handleEvent(Event& event)
-{
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone())
-        return handled;
-
-    if (event.type == Event::RESET)
-        hover(-1);
-    else if (event.type == Event::MOUSE_MOVE)
-        hover(titleAt(event.mousePos));
-    else if (event.type == Event::MOUSE_DOWN)
-        press(titleAt(event.mousePos), event.button);
-    else if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT && mClicked)
-        release();
-    return handled;
 }
 
 void MenuBar::resetContext()
@@ -112,7 +88,7 @@ Control::Area MenuBar::titleArea(std::size_t index) const
 }
 
 /** Takes note of the title under the pointer, none at -1; an open menu moves along to it. */
-void MenuBar::hover(std::int32_t index)
+void MenuBar::mark(std::int32_t index)
 {
     for (std::size_t i = 0; i < mMenu.size(); ++i)
         mMenu[i]->mMouseOver = static_cast<std::int32_t>(i) == index;
@@ -123,26 +99,30 @@ void MenuBar::hover(std::int32_t index)
         setMenuContext(index);
 }
 
-/** The left button opens the menu of the title under it, any other one closes what is open. */
-void MenuBar::press(std::int32_t index, display::MouseButton button)
+void MenuBar::press(const Event& event)
 {
-    hover(index);
-    if (button != display::MOUSE_LEFT) {
-        if (mClicked)
-            close();
-    } else if (index >= 0 && !mInactive) {
+    hover(event);
+    if (const std::int32_t index = titleAt(event.mousePos); index >= 0 && !mInactive) {
         mFirstHit = !mClicked;
         mClicked = true;
         setMenuContext(index);
     }
 }
 
-void MenuBar::release()
+void MenuBar::pressOther(const Event& event)
+{
+    hover(event);
+    if (mClicked)
+        close();
+}
+
+bool MenuBar::release(const Event&)
 {
     if (mFirstHit && mMouseInsideIndex)
         mFirstHit = false;
     else
         close();
+    return false;
 }
 
 void MenuBar::close()

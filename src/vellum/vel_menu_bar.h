@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vellum/vel_context.h"
+#include "vellum/vel_pressable.h"
 
 #include <cstdint>
 #include <memory>
@@ -18,7 +19,7 @@ namespace zavex::vellum {
  *
  * The menus belong to the bar and start with the colours that it has when they are added.
  */
-class MenuBar : public Control {
+class MenuBar : public Pressable {
 public:
     MenuBar();
 
@@ -26,10 +27,6 @@ public:
 
     /** Adds a menu for each "item" sub-element. */
     void load(xml::IteratorConst& element) override;
-
-    /** The base result, or true while a menu of the bar is open. */
-    bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
 
     /** Closes the bar's menu. The bar takes all events until the button that did it is released. */
     void resetContext() override;
@@ -40,6 +37,20 @@ public:
     virtual void addItem(xml::IteratorConst& item);
 
 protected:
+    void hover(const Event& event) override { mark(titleAt(event.mousePos)); }
+    void endHover() override { mark(-1); }
+    void press(const Event& event) override;
+
+    /** Closes what is open. */
+    void pressOther(const Event& event) override;
+    bool release(const Event& event) override;
+
+    /** While a menu of the bar is open. */
+    bool isHeld() const override { return mClicked; }
+
+    /** Also while inactive, to close what is open. */
+    bool isUsable() const override { return true; }
+
     /** The menu below one title. */
     struct ContextData : Context {
         using Control::mMouseOver; // the pointer is over the title
@@ -59,9 +70,7 @@ protected:
 private:
     std::int32_t titleAt(mathbase::Vector2f point) const;
     Area titleArea(std::size_t index) const;
-    void hover(std::int32_t index);
-    void press(std::int32_t index, display::MouseButton button);
-    void release();
+    void mark(std::int32_t index);
     void close();
     void drawTitle(std::size_t index, const Area& area);
 };
