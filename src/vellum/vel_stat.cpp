@@ -1,6 +1,5 @@
 #include "vellum/vel_stat.h"
 
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -40,17 +39,7 @@ Control* Stat::clone()
 
 bool Stat::acceptEvents(Event& event)
 {
-    return mCurrent > 0.0f || Control::acceptEvents(event);
-}
-
-int Stat::handleEvent(Event& event)
-{
-    const Vector2f position = event.mousePos - getArea().mMin;
-    const ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (!self.isGone() && event.type == Event::MOUSE_MOVE)
-        pointAt(event, position);
-    return handled;
+    return mCurrent > 0.0f || Pressable::acceptEvents(event);
 }
 
 void Stat::draw(Area area, Area parent, Area clip)
@@ -101,15 +90,14 @@ void Stat::store(float sample)
     mValueMaxWannabe = std::max(*std::ranges::max_element(mValue), 0.0f);
 }
 
-/** @param position  Of the pointer, in local coordinates. */
-void Stat::pointAt(const Event& event, Vector2f position)
+void Stat::hover(const Event& event)
 {
     if (!mMouseOver) {
         mCurrent = NOTHING;
         return;
     }
     mMousePos = event.mousePosWorld - Vector2f(0.0f, ABOVE_POINTER);
-    mCurrent = mValueMax - position.y * mValueMax / getArea().getHeight();
+    mCurrent = mValueMax - event.mousePos.y * mValueMax / getArea().getHeight();
 }
 
 void Stat::drawGraph(const Area& area, const Area& clip)

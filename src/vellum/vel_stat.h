@@ -1,7 +1,7 @@
 #pragma once
 
-#include "vellum/vel_control.h"
 #include "vellum/vel_number_text.h"
+#include "vellum/vel_pressable.h"
 
 #include "mathbase/mb_vector2.h"
 
@@ -18,7 +18,7 @@ namespace zavex::vellum {
  * more often does not scroll faster. The scale follows the highest sample smoothly. Adding values
  * and drawing need a workspace above.
  */
-class Stat : public Control {
+class Stat : public Pressable {
 public:
     static constexpr std::size_t HISTORY = 2000; // samples
 
@@ -26,7 +26,6 @@ public:
 
     Control* clone() override;
     bool acceptEvents(Event& event) override;
-    int handleEvent(Event& event) override;
 
     /** The background fills the visible part; the graph spans the whole control. */
     void draw(Area area, Area parent, Area clip) override;
@@ -41,6 +40,8 @@ public:
     void evaluate();
 
 protected:
+    void hover(const Event& event) override;
+
     float mInterval = 0.2f;             // seconds
     float mStartTime = 0.0f;            // of the current period, seconds
     float lTime = 0.0f;                 // NOLINT: of the previous evaluation, seconds
@@ -54,7 +55,6 @@ protected:
 
 private:
     void store(float sample);
-    void pointAt(const Event& event, mathbase::Vector2f position);
     void drawGraph(const Area& area, const Area& clip);
     void drawReadOut(const Area& area);
 
