@@ -1,13 +1,13 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include <string>
 
 namespace zavex::vellum {
 
 /** A filled rectangle with a border, for other controls to stand on. */
-class Frame : public Control {
+class Frame : public Pressable {
 public:
     Frame();
 

@@ -1,6 +1,5 @@
 #include "vellum/vel_ruler.h"
 
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 
@@ -90,16 +89,6 @@ void Ruler::setArea()
 {
     const Area area = getArea();
     mFrame->setArea(Area(0.0f, mHeight, area.getWidth(), area.getHeight()));
-}
-
-int Ruler::handleEvent(Event& event)
-{
-    const float x = event.mousePos.x;
-    const ControlWatch self(*this);
-    const int handled = Frame::handleEvent(event);
-    if (!self.isGone() && event.type == Event::MOUSE_MOVE)
-        mX = x - getArea().mMin.x;
-    return handled;
 }
 
 void Ruler::draw(Area area, Area parent, Area clip)

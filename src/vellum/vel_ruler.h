@@ -31,7 +31,6 @@ public:
 
     /** Places the content frame below the strip. */
     void setArea() override;
-    int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
 
     /** @param scale  Units per pixel. */
@@ -52,6 +51,8 @@ public:
     virtual void setShadow2(float x);
 
 protected:
+    void hover(const Event& event) override { mX = event.mousePos.x; }
+
     Frame* mFrame;               // the content; owned as a child
     float mScale = 0.1f;         // units per pixel
     float mInterval = 10.0f;     // units between labelled ticks
