@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include <map>
 
@@ -11,7 +11,7 @@ namespace zavex::vellum {
  * along the direction or a share of what the fixed ones leave, and is as wide as the flow across
  * it.
  */
-class Flow : public Control {
+class Flow : public Pressable {
 public:
     enum Direction : int { DIRECTION_HORISONTAL = 0, DIRECTION_VERTICAL = 1 };
 
@@ -25,7 +25,7 @@ public:
     /** As the base; the child starts with a fixed extent of 10 pixels. */
     void addControl(Control* control, int index = -1) override;
 
-    using Control::setArea;
+    using Pressable::setArea;
 
     /** Places the children. */
     void setArea() override;

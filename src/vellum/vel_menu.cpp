@@ -40,12 +40,6 @@ void Menu::setCaption(const std::string& caption)
     getRows().setCaption(caption);
 }
 
-int Menu::handleEvent(Event& event)
-{
-    // A choice has come from the rows and ends here; it has no position to route it by.
-    return event.type == Event::CONTEXT ? 0 : Flow::handleEvent(event);
-}
-
 Context& Menu::getRows()
 {
     return mFrame->getRows();

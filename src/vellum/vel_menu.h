@@ -29,7 +29,6 @@ public:
     /** Colours of the menu's own element are those of the rows. */
     void loadStyle(xml::IteratorConst& element) override;
     void setCaption(const std::string& caption) override;
-    int handleEvent(Event& event) override;
 
     /** The rows, to which more can be added; owned by this menu. */
     Context& getRows();

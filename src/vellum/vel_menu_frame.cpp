@@ -87,11 +87,14 @@ void MenuFrame::loadStyle(xml::IteratorConst& element)
     mRows->setColors(mStyle);
 }
 
-int MenuFrame::handleEvent(Event& event)
+void MenuFrame::choose(const std::string& action)
 {
-    if (event.type == Event::CONTEXT)
-        return mParent ? mParent->handleEvent(event) : 0;
-    return Frame::handleEvent(event);
+    if (!mParent)
+        return;
+    Event choice;
+    choice.type = Event::CONTEXT;
+    choice.action = action;
+    mParent->handleEvent(choice);
 }
 
 void MenuFrame::sendContextAction(Context* context, const std::string& action)

@@ -18,8 +18,6 @@ public:
     /** As the base; the rows and their submenus take the colours over. */
     void loadStyle(xml::IteratorConst& element) override;
 
-    /** A choice, of type "context", goes to the parent. */
-    int handleEvent(Event& event) override;
     void sendContextAction(Context* context, const std::string& action) override;
 
     /** Draws the rows, which cover everything. */
@@ -27,6 +25,10 @@ public:
 
     /** The rows, owned by this frame as its first child. */
     Context& getRows() { return *mRows; }
+
+protected:
+    /** Passes the choice on to the parent. */
+    void choose(const std::string& action) override;
 
 private:
     Context* mRows; // owned, as a child
