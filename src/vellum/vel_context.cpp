@@ -51,30 +51,20 @@ Control* Context::clone()
 
 void Context::load(xml::IteratorConst& element)
 {
-    Control::load(element);
+    Pressable::load(element);
     loadItems(element);
 }
 
 bool Context::acceptEvents(Event& event)
 {
-    return Control::acceptEvents(event);
+    return Pressable::acceptEvents(event);
 }
 
 int Context::handleEvent(Event& event)
 {
-    if (event.type == Event::MOUSE_MOVE)
-        hoverRow(rowAt(event.mousePos));
-
-    const ControlWatch self(*this);
-    if (const int handled = passToSubmenu(event))
-        return handled;
-    if (self.isGone())
-        return 0;
-    if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT && getOrder(mSelected))
-        return choose();
-    if (event.type == Event::MOUSE_DOWN && mSelected < 0)
-        resetContext();
-    return 0;
+    Event own = event; // others go on with theirs
+    own.mousePos = event.mousePos - getArea().mMin;
+    return route(own, 0);
 }
 
 void Context::draw(Area area, Area, Area clip)
@@ -196,6 +186,32 @@ void Context::setColors(const style& owner)
             submenu->setColors(owner);
 }
 
+void Context::hover(const Event& event)
+{
+    hoverRow(rowAt(event.mousePos));
+    passToSubmenu(event);
+}
+
+void Context::press(const Event& event)
+{
+    const ControlWatch self(*this);
+    if (!passToSubmenu(event) && !self.isGone() && mSelected < 0)
+        resetContext();
+}
+
+bool Context::release(const Event& event)
+{
+    const ControlWatch self(*this);
+    if (passToSubmenu(event))
+        return true;
+    return !self.isGone() && getOrder(mSelected) && chooseRow();
+}
+
+bool Context::endsOn(display::MouseButton button) const
+{
+    return button == display::MOUSE_LEFT;
+}
+
 float Context::rowOffset(std::int32_t index) const
 {
     return static_cast<float>(index) * (mRowSpacing + ROW_HEIGHT);
@@ -203,10 +219,10 @@ float Context::rowOffset(std::int32_t index) const
 
 std::int32_t Context::rowAt(Vector2f point) const
 {
-    const Area area = getArea();
+    const float width = getArea().getWidth();
     for (std::int32_t i = 0; i < getChildCount(); ++i) {
-        const float top = area.mMin.y + mBorder + rowOffset(i);
-        if (contains(Area(area.mMin.x, top, area.mMax.x, top + ROW_HEIGHT), point))
+        const float top = mBorder + rowOffset(i);
+        if (contains(Area(0.0f, top, width, top + ROW_HEIGHT), point))
             return i;
     }
     return -1;
@@ -269,18 +285,18 @@ void Context::unfold(std::int32_t index)
         submenu->setPosition(Vector2f(left, submenu->mArea.mMin.y));
 }
 
-int Context::passToSubmenu(const Event& event)
+/** Whether the unfolded submenu used the event. */
+bool Context::passToSubmenu(const Event& event)
 {
     Control* submenu = getOrder(mExpanded);
     if (!submenu)
-        return 0;
+        return false;
     mSelected = mExpanded;
     Event local = event;
-    local.mousePos = event.mousePos - getArea().mMin;
-    return submenu->handleEvent(local);
+    return submenu->handleEvent(local) != 0;
 }
 
-int Context::choose()
+bool Context::chooseRow()
 {
     Event choice;
     choice.type = Event::CONTEXT;
@@ -291,7 +307,7 @@ int Context::choose()
     sendContextEvent(choice);
     if (!watch.isGone())
         parent->resetContext();
-    return 1;
+    return true;
 }
 
 void Context::drawRow(const Area& area, std::int32_t index)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include <cstdint>
 
@@ -15,7 +15,7 @@ namespace zavex::vellum {
  * A chosen row reaches that owner as an event of type "context" whose action is the path of
  * captions, then the owner's observers, and closes the menu.
  */
-class Context : public Control {
+class Context : public Pressable {
 public:
     static constexpr float ROW_HEIGHT = 10.0f; // pixels
 
@@ -83,11 +83,24 @@ public:
     std::int32_t getSelected() const { return mSelected; }
 
 protected:
-    /** The row at a point in the parent's coordinates; -1 when there is none. */
+    void hover(const Event& event) override;
+
+    /** Closes the menu where no row is. */
+    void press(const Event& event) override;
+    void pressOther(const Event& event) override { press(event); }
+
+    /** Chooses the row under the pointer, wherever the press was. */
+    bool release(const Event& event) override;
+    bool endsOn(display::MouseButton button) const override;
+
+    /** Also when what opened the menu is hidden. */
+    bool isReachable() override { return true; }
+
+    /** The row at a point of the menu; -1 when there is none. */
     std::int32_t rowAt(mathbase::Vector2f point) const;
 
-    /** Reports the selected row to the owner and closes the menu; the result is 1. */
-    int choose();
+    /** Reports the selected row to the owner, closes the menu and returns true. */
+    bool chooseRow();
 
     /** Vertical distance of row `index` from the first one, in pixels. */
     float rowOffset(std::int32_t index) const;
@@ -106,7 +119,7 @@ private:
     float captionWidth() const;
     void hoverRow(std::int32_t index);
     void unfold(std::int32_t index);
-    int passToSubmenu(const Event& event);
+    bool passToSubmenu(const Event& event);
     void drawRow(const Area& area, std::int32_t index);
     const style::Color& rowColor(const Control& option, std::int32_t index) const;
 

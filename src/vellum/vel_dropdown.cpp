@@ -3,7 +3,6 @@
 #include "vellum/vel_render.h"
 
 #include "display/dis_font.h"
-#include "display/dis_listener.h"
 #include "xml/xml_iteratorconst.h"
 
 #include <algorithm>
@@ -20,31 +19,28 @@ constexpr int MARKER_SEGMENTS = 3;  // a triangle that points down
 
 } // namespace
 
-int DropdownList::handleEvent(Event& event)
+/** The keys may have taken the mark away from the pointer. */
+void DropdownList::press(const Event& event)
 {
-    if (event.type == Event::KEY_DOWN)
-        return pressKey(event.key);
-    // The keys may have taken the mark away from the pointer.
-    if (event.type == Event::MOUSE_DOWN)
-        mSelected = rowAt(event.mousePos);
-    return Context::handleEvent(event);
+    mSelected = rowAt(event.mousePos);
+    Context::press(event);
 }
 
-int DropdownList::pressKey(display::Key key)
+bool DropdownList::pressKey(const Event& event)
 {
-    switch (key) {
+    switch (event.key) {
         case display::KEY_UP: moveMark(-1); break;
         case display::KEY_DOWN: moveMark(1); break;
         case display::KEY_SPACE:
         case display::KEY_ENTER:
         case display::KEY_KP_ENTER:
             moveMark(0);
-            choose();
+            chooseRow();
             break;
         case display::KEY_ESC: resetContext(); break;
-        default: return 0;
+        default: return false;
     }
-    return display::Listener::BLOCK;
+    return true;
 }
 
 void DropdownList::moveMark(std::int32_t rows)

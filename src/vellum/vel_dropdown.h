@@ -15,13 +15,18 @@ namespace zavex::vellum {
 class DropdownList final : public Context {
 public:
     Control* clone() override { return new DropdownList; }
-    int handleEvent(Event& event) override;
 
     /** @param index  Where the keys start from; -1 without rows. */
     void setCurrent(std::int32_t index) { mCurrent = index; }
 
+protected:
+    void press(const Event& event) override;
+    bool pressKey(const Event& event) override;
+
+    /** Whatever has the focus below. */
+    bool takesKeys() override { return true; }
+
 private:
-    int pressKey(display::Key key);
     void moveMark(std::int32_t rows);
 
     std::int32_t mCurrent = -1;

@@ -17,30 +17,21 @@ namespace {
 class Rows final : public Context {
 public:
     Control* clone() override { return new Rows; }
-    int handleEvent(Event& event) override;
+
+protected:
+    void hover(const Event& event) override { mSelected = rowAt(event.mousePos); }
+    void endHover() override { mSelected = -1; }
+    void press(const Event& event) override;
+    void pressOther(const Event&) override {}
+    bool release(const Event& event) override;
 
 private:
-    void press();
-    int release();
     void openSubmenu(Context& submenu);
 
     std::int32_t mPressed = -1; // the row that the left button went down on
 };
 
-int Rows::handleEvent(Event& event)
-{
-    if (event.type == Event::RESET)
-        mSelected = -1;
-    else if (event.type == Event::MOUSE_MOVE)
-        mSelected = rowAt(event.mousePos);
-    else if (event.type == Event::MOUSE_DOWN && event.button == display::MOUSE_LEFT)
-        press();
-    else if (event.type == Event::MOUSE_UP && event.button == display::MOUSE_LEFT)
-        return release();
-    return 0;
-}
-
-void Rows::press()
+void Rows::press(const Event&)
 {
     mPressed = -1;
     auto* row = dynamic_cast<Context*>(getOrder(mSelected));
@@ -52,11 +43,11 @@ void Rows::press()
         mPressed = mSelected;
 }
 
-int Rows::release()
+bool Rows::release(const Event&)
 {
     const bool chosen = getOrder(mSelected) && mSelected == mPressed;
     mPressed = -1;
-    return chosen ? choose() : 0;
+    return chosen && chooseRow();
 }
 
 void Rows::openSubmenu(Context& submenu)

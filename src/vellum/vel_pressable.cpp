@@ -23,7 +23,7 @@ bool Pressable::acceptEvents(Event& event)
 int Pressable::handleEvent(Event& event)
 {
     if (event.type == Event::CONTEXT) {
-        if (isShown(*this))
+        if (isReachable())
             choose(event.action);
         return 0;
     }
@@ -33,16 +33,8 @@ int Pressable::handleEvent(Event& event)
     const int handled = Control::handleEvent(event);
     if (self.isGone())
         return handled;
-    if (event.type == Event::RESET) {
-        endHover();
-        return handled;
-    }
-
     event.mousePos = point;
-    const bool shown = isShown(*this);
-    if (!shown || !isUsable())
-        drop();
-    return shown ? route(event, handled) : handled;
+    return route(event, handled);
 }
 
 void Pressable::letGo()
@@ -62,6 +54,11 @@ bool Pressable::endsOn(display::MouseButton button) const
     return isHeld() && button == display::MOUSE_LEFT;
 }
 
+bool Pressable::isReachable()
+{
+    return isShown(*this);
+}
+
 bool Pressable::takesKeys()
 {
     return hasKeyboardFocus(*this);
@@ -74,8 +71,15 @@ bool Pressable::isInside(const Event& event) const
 
 int Pressable::route(const Event& event, int handled)
 {
+    const bool reachable = isReachable();
+    if (!reachable || !isUsable())
+        drop();
     bool used = false;
-    if (event.type == Event::MOUSE_MOVE)
+    if (event.type == Event::RESET)
+        endHover();
+    else if (!reachable)
+        return handled;
+    else if (event.type == Event::MOUSE_MOVE)
         isHeld() ? drag(event) : hover(event);
     else if (event.type == Event::MOUSE_UP)
         used = endsOn(event.button) && release(event);

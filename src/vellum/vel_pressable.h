@@ -75,6 +75,9 @@ protected:
     /** Whether letting go of a button concerns the control: the left one while it is held. */
     virtual bool endsOn(display::MouseButton button) const;
 
+    /** Whether the user can have meant the control: while it and everything above it is visible. */
+    virtual bool isReachable();
+
     /** Whether presses, the wheel and keys mean anything at present: while it is active. */
     virtual bool isUsable() const { return !mInactive; }
 
