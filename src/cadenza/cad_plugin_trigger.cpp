@@ -2,7 +2,6 @@
 
 #include "cadenza/cad_timeline.h"
 #include "display/dis_font.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_render.h"
 #include "xml/xml_iterator.h"
 
@@ -177,37 +176,7 @@ std::uint32_t Trigger::get(float time) const
 
 bool Trigger::acceptEvents(vellum::Event& event)
 {
-    return Control::acceptEvents(event) || mPushed || mHighlight >= 0;
-}
-
-int Trigger::handleEvent(vellum::Event& event)
-{
-    const vellum::ControlWatch self(*this);
-    const int handled = Control::handleEvent(event);
-    if (self.isGone() || mAction.empty())
-        return handled;
-    if (!vellum::isShown(*this)) {
-        mPushed = false;
-        return handled;
-    }
-
-    if (event.type == vellum::Event::RESET && !mPushed)
-        mHighlight = -1;
-    else if (event.type == vellum::Event::MOUSE_MOVE)
-        mPushed ? drag(event) : hover(event.mousePos.x);
-    else if (event.type == vellum::Event::MOUSE_DOWN)
-        press(event);
-    else if (event.type == vellum::Event::MOUSE_UP)
-        mPushed = false;
-    else if (event.type == vellum::Event::CONTEXT && event.action == "trigger.adjust")
-        adjustRepeat();
-    return handled;
-}
-
-void Trigger::letGo()
-{
-    mPushed = false;
-    Control::letGo();
+    return mHighlight >= 0 || Pressable::acceptEvents(event);
 }
 
 void Trigger::draw(Area area, Area, Area clip)
@@ -224,15 +193,23 @@ void Trigger::draw(Area area, Area, Area clip)
         drawBars(*action, area, clip);
 }
 
-/** @param x  Of the pointer, from the lane's left edge. */
-void Trigger::hover(float x)
+void Trigger::hover(const vellum::Event& event)
 {
     mHighlight = -1;
+    if (mAction.empty())
+        return;
     const ActionData& action = *mAction.front();
-    const float firing = nearestFiring(action, x);
+    const float firing = nearestFiring(action, event.mousePos.x);
     const float end = std::min(static_cast<float>(action.mRepeat), MOST_FIRINGS);
     if (mMouseOver && firing > -1.0f && firing < end)
         mHighlight = static_cast<std::int32_t>(firing);
+}
+
+/** The bar that is dragged stays marked. */
+void Trigger::endHover()
+{
+    if (!mPushed)
+        mHighlight = -1;
 }
 
 void Trigger::drag(const vellum::Event& event)
@@ -248,21 +225,25 @@ void Trigger::drag(const vellum::Event& event)
     action.mDelay = delay > SHORTEST_DELAY ? delay : SHORTEST_DELAY;
 }
 
-void Trigger::press(const vellum::Event& event)
+void Trigger::press(const vellum::Event&)
 {
-    if (event.button == display::MOUSE_LEFT)
-        mPushed = mHighlight >= 0;
-    else if (event.button == display::MOUSE_RIGHT)
-        openMenu(event.mousePos);
+    mPushed = mHighlight >= 0;
 }
 
-/** @param point  From the lane's top left corner. */
-void Trigger::openMenu(Vector2f point)
+void Trigger::pressOther(const vellum::Event& event)
 {
-    mPushed = false; // the release goes to the menu
-    mStretchPos = point;
-    mContext.setPosition(getAreaWorld().mMin + point);
+    if (event.button != display::MOUSE_RIGHT || mAction.empty())
+        return;
+    drop(); // the release goes to the menu
+    mStretchPos = event.mousePos;
+    mContext.setPosition(getAreaWorld().mMin + event.mousePos);
     setContext(&mContext);
+}
+
+void Trigger::choose(const std::string& action)
+{
+    if (action == "trigger.adjust" && !mAction.empty())
+        adjustRepeat();
 }
 
 void Trigger::adjustRepeat()

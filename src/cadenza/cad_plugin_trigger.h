@@ -3,8 +3,8 @@
 #include "cadenza/cad_plugin.h"
 #include "mathbase/mb_vector2.h"
 #include "vellum/vel_context.h"
-#include "vellum/vel_control.h"
 #include "vellum/vel_look.h"
+#include "vellum/vel_pressable.h"
 
 #include <cstdint>
 #include <memory>
@@ -26,7 +26,7 @@ namespace zavex::cadenza {
  * empty delay or repeat is 1. A script that holds no action gives a single one that does not fire
  * until time has gone back.
  */
-class Trigger final : public PluginBase, public vellum::Control {
+class Trigger final : public PluginBase, public vellum::Pressable {
 public:
     /** A series of firings at `mStart` + j * `mDelay`, j in [0, `mRepeat`). */
     struct ActionData {
@@ -54,18 +54,28 @@ public:
 
     /** Also while a bar is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
-    int handleEvent(vellum::Event& event) override;
-    void letGo() override;
     void draw(Area area, Area parent, Area clip) override;
+
+protected:
+    void hover(const vellum::Event& event) override;
+    void endHover() override;
+    void press(const vellum::Event& event) override;
+    void pressOther(const vellum::Event& event) override;
+    void drag(const vellum::Event& event) override;
+    void choose(const std::string& action) override;
+    bool isHeld() const override { return mPushed; }
+    void drop() override { mPushed = false; }
+
+    /** Any button. */
+    bool endsOn(display::MouseButton) const override { return mPushed; }
+
+    /** Also while inactive. */
+    bool isUsable() const override { return true; }
 
 private:
     void restart(float time);
     static std::uint32_t fire(ActionData& action, float time);
 
-    void hover(float x);
-    void drag(const vellum::Event& event);
-    void press(const vellum::Event& event);
-    void openMenu(mathbase::Vector2f point);
     void adjustRepeat();
 
     void drawBack(const Area& area);
