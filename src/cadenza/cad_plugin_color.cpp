@@ -125,34 +125,7 @@ Vector3f Color::get(float time) const
 
 bool Color::acceptEvents(vellum::Event& event)
 {
-    return Control::acceptEvents(event) || mPushed || mHighlight >= 0;
-}
-
-int Color::handleEvent(vellum::Event& event)
-{
-    const Vector2f point = event.mousePos;
-    const int handled = Control::handleEvent(event);
-    const bool shown = vellum::isShown(*this);
-    if (!shown || event.type == vellum::Event::MOUSE_UP)
-        mPushed = false;
-    if (!shown)
-        return handled;
-
-    if (event.type == vellum::Event::RESET)
-        mHighlight = mPushed ? mHighlight : -1;
-    else if (event.type == vellum::Event::MOUSE_MOVE)
-        mPushed ? dragTo(point) : hover(point);
-    else if (event.type == vellum::Event::MOUSE_DOWN)
-        event.button == display::MOUSE_LEFT ? press(point, event.doubleClick) : openMenu(point);
-    else if (event.type == vellum::Event::CONTEXT)
-        choose(event.action);
-    return handled;
-}
-
-void Color::letGo()
-{
-    mPushed = false;
-    Control::letGo();
+    return mHighlight >= 0 || Pressable::acceptEvents(event);
 }
 
 void Color::draw(Area area, Area /*parent*/, Area clip)
@@ -181,11 +154,10 @@ Vector3f Color::colorAt(float position) const
     return {mR.evaluate(position), mG.evaluate(position), mB.evaluate(position)};
 }
 
-/** Where a point in the parent's coordinates lies on the gradient; no number without a width. */
+/** Where a point of the lane lies on the gradient; no number without a width. */
 float Color::positionOf(float x) const
 {
-    const Area area = getArea();
-    return (x - area.mMin.x) / area.getWidth();
+    return x / getArea().getWidth();
 }
 
 /** @param area  The lane's rectangle, in the coordinates of the result. */
@@ -196,25 +168,26 @@ Area Color::markerOf(std::int32_t key, const Area& area) const
     return vellum::squareAround({x, middle}, MARKER_RADIUS);
 }
 
-/** The last key at a point in the parent's coordinates; -1 for none. */
+/** The last key at a point of the lane; -1 for none. */
 std::int32_t Color::keyAt(Vector2f point) const
 {
-    const Area area = getArea();
+    const Area area = vellum::atOrigin(getArea());
     std::int32_t key = mR.getNumKeys() - 1;
     while (key >= 0 && !vellum::contains(markerOf(key, area), point))
         --key;
     return key;
 }
 
-void Color::hover(Vector2f point)
+/** The key that is dragged stays marked. */
+void Color::endHover()
 {
-    mHighlight = keyAt(point);
+    if (!mPushed)
+        mHighlight = -1;
 }
 
-/** Moves the dragged key; once it has passed a neighbour, that one is dragged on. */
-void Color::dragTo(Vector2f point)
+void Color::drag(const vellum::Event& event)
 {
-    const float time = positionOf(point.x);
+    const float time = positionOf(event.mousePos.x);
     if (!isKey(mHighlight) || !(time > 0.0f && time < 1.0f))
         return;
     for (Curve* const curve : {&mR, &mG, &mB})
@@ -226,24 +199,24 @@ void Color::dragTo(Vector2f point)
         --mHighlight;
 }
 
-void Color::press(Vector2f point, bool doubleClick)
+void Color::press(const vellum::Event& event)
 {
     if (!isKey(mHighlight))
         return;
-    if (doubleClick) {
+    if (event.doubleClick) {
         openPicker();
         return;
     }
     mPushed = true;
-    mPushedPos = point;
+    mPushedPos = event.mousePos;
 }
 
-void Color::openMenu(Vector2f point)
+void Color::pressOther(const vellum::Event& event)
 {
-    mPushed = false; // the release goes to the menu
-    mContextPos = point;
+    drop(); // the release goes to the menu
+    mContextPos = event.mousePos;
     vellum::Context& menu = isKey(mHighlight) ? mContextDel : mContextAdd;
-    menu.setPosition(point - getArea().mMin + getAreaWorld().mMin);
+    menu.setPosition(event.mousePos + getAreaWorld().mMin);
     setContext(&menu);
 }
 

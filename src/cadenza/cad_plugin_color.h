@@ -6,7 +6,7 @@
 #include "mathbase/mb_vector3.h"
 #include "vellum/vel_callback.h"
 #include "vellum/vel_context.h"
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 #include <cstdint>
 #include <string>
@@ -33,7 +33,7 @@ namespace zavex::cadenza {
  * both shared by all gradients; without a "picker" nothing happens. The key is marked and takes
  * every colour that is picked until "picker_ok" is pressed or another gradient takes the picker.
  */
-class Color final : public PluginBase, public vellum::Control, public vellum::Callback {
+class Color final : public PluginBase, public vellum::Pressable, public vellum::Callback {
 public:
     Color();
     Color(const Color&) = delete;
@@ -63,9 +63,27 @@ public:
 
     /** Also while a key is dragged or under the pointer. */
     bool acceptEvents(vellum::Event& event) override;
-    int handleEvent(vellum::Event& event) override;
-    void letGo() override;
     void draw(Area area, Area parent, Area clip) override;
+
+protected:
+    void hover(const vellum::Event& event) override { mHighlight = keyAt(event.mousePos); }
+    void endHover() override;
+    void press(const vellum::Event& event) override;
+
+    /** Opens the menu of the key under the pointer, or that of the place. */
+    void pressOther(const vellum::Event& event) override;
+
+    /** Moves the dragged key; once it has passed a neighbour, that one is dragged on. */
+    void drag(const vellum::Event& event) override;
+    void choose(const std::string& action) override;
+    bool isHeld() const override { return mPushed; }
+    void drop() override { mPushed = false; }
+
+    /** Any button. */
+    bool endsOn(display::MouseButton) const override { return mPushed; }
+
+    /** Also while inactive. */
+    bool isUsable() const override { return true; }
 
 private:
     using Curve = mathbase::SplineFloat;
@@ -77,11 +95,6 @@ private:
     Area markerOf(std::int32_t key, const Area& area) const;
     std::int32_t keyAt(mathbase::Vector2f point) const;
 
-    void hover(mathbase::Vector2f point);
-    void dragTo(mathbase::Vector2f point);
-    void press(mathbase::Vector2f point, bool doubleClick);
-    void openMenu(mathbase::Vector2f point);
-    void choose(const std::string& action);
     void addKey();
     void removeKey(std::int32_t removed);
     void openPicker();
@@ -100,8 +113,8 @@ private:
     bool mPicked = false;                 // the picker was changed since it was opened for that key
     bool mHearsOk = false;                // observes the button that closes the picker
     bool mPushed = false;                 // the key mHighlight is being dragged
-    mathbase::Vector2f mPushedPos{0, 0};  // where the drag started, parent's coordinates
-    mathbase::Vector2f mContextPos{0, 0}; // where the menu was opened, parent's coordinates
+    mathbase::Vector2f mPushedPos{0, 0};  // where the drag started
+    mathbase::Vector2f mContextPos{0, 0}; // where the menu was opened
     vellum::Context mContextAdd;          // "context.add"
     vellum::Context mContextDel;          // "context.edit", "context.delete"
 };
