@@ -51,8 +51,6 @@ public:
 
     /** Also while the header or a handle is under the pointer or dragged. */
     bool acceptEvents(vellum::Event& event) override;
-    int handleEvent(vellum::Event& event) override;
-    void letGo() override;
 
     /** Draws the bar. */
     void draw(Area area, Area parent, Area clip) override;
@@ -145,6 +143,20 @@ public:
     float getEnd() const { return mEnd; }
 
 protected:
+    void hover(const vellum::Event& event) override;
+    void endHover() override;
+    void press(const vellum::Event& event) override;
+
+    /** The right one opens the menu of the header. */
+    void pressOther(const vellum::Event& event) override;
+    void drag(const vellum::Event& event) override;
+    void choose(const std::string& action) override;
+    bool isHeld() const override { return mMouseDown; }
+    void drop() override { mMouseDown = false; }
+
+    /** Also while the effect is off. */
+    bool isUsable() const override { return true; }
+
     enum Grip : int { NOTHING = 0, START_HANDLE = 1, HEADER = 2, END_HANDLE = 3 };
 
     static constexpr float HEADER_WIDTH = 200.0f;
@@ -171,11 +183,8 @@ private:
 
     bool isFocusedBar() const;
     int gripAt(mathbase::Vector2f point) const;
-    void moveTo(const vellum::Event& event, mathbase::Vector2f point);
-    void drag(float distance);
-    void press(const vellum::Event& event, mathbase::Vector2f point);
-    void openMenu(const vellum::Event& event);
-    void choose(const std::string& action);
+    bool isOnHeader(const vellum::Event& event) const;
+    void dragBy(float distance);
     void toggleLock();
     void showLanes();
 

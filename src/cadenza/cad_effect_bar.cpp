@@ -5,7 +5,6 @@
 #include "display/dis_font.h"
 #include "vellum/vel_area.h"
 #include "vellum/vel_container.h"
-#include "vellum/vel_control_watch.h"
 #include "vellum/vel_look.h"
 #include "vellum/vel_render.h"
 #include "xml/xml_iteratorconst.h"
@@ -44,37 +43,7 @@ vellum::Control::Area Effect::getOccupiedArea() const
 
 bool Effect::acceptEvents(vellum::Event& event)
 {
-    return LayoutStack::acceptEvents(event) || mMouseOverIndex != NOTHING;
-}
-
-int Effect::handleEvent(vellum::Event& event)
-{
-    const Vector2f point = event.mousePos;
-    if (event.type == vellum::Event::RESET && !mMouseDown)
-        mMouseOverIndex = NOTHING;
-
-    const vellum::ControlWatch self(*this);
-    const int handled = LayoutStack::handleEvent(event);
-    if (handled != 0 || self.isGone())
-        return handled;
-
-    const bool isRelease =
-        event.type == vellum::Event::MOUSE_UP && event.button == display::MOUSE_LEFT;
-    if (isRelease || !vellum::isShown(*this))
-        mMouseDown = false;
-    else if (event.type == vellum::Event::MOUSE_MOVE)
-        moveTo(event, point);
-    else if (event.type == vellum::Event::MOUSE_DOWN)
-        press(event, point);
-    else if (event.type == vellum::Event::CONTEXT)
-        choose(event.action);
-    return handled;
-}
-
-void Effect::letGo()
-{
-    mMouseDown = false;
-    LayoutStack::letGo();
+    return mMouseOverIndex != NOTHING || LayoutStack::acceptEvents(event);
 }
 
 void Effect::draw(Area area, Area parent, Area clip)
@@ -139,32 +108,46 @@ bool Effect::isFocusedBar() const
     return mParent && mParent->getFocus() == this;
 }
 
-/** What can be dragged at a point of the timeline; the end handle first where a bar is narrow. */
+/** What can be dragged at a point of the bar; the end handle first where a bar is narrow. */
 int Effect::gripAt(Vector2f point) const
 {
-    const Area area = getArea();
-    if (point.y >= area.mMin.y + HEADER_HEIGHT)
+    const Area area = vellum::atOrigin(getArea());
+    if (point.y >= HEADER_HEIGHT)
         return NOTHING;
     if (area.mMax.x - HANDLE_REACH <= point.x && vellum::contains(area, point))
         return END_HANDLE;
-    if (point.x < area.mMin.x + HANDLE_REACH && vellum::contains(area, point))
+    if (point.x < HANDLE_REACH && vellum::contains(area, point))
         return START_HANDLE;
     return HEADER;
 }
 
-void Effect::moveTo(const vellum::Event& event, Vector2f point)
+void Effect::hover(const vellum::Event& event)
 {
-    if (mLocked)
-        return;
-    const bool isFine = event.leftShift() || event.rightShift();
-    if (mMouseDown)
-        drag(-event.mouseDelta.x * (isFine ? FINE : 1.0f));
-    else
-        mMouseOverIndex = mMouseOver ? gripAt(point) : NOTHING;
+    if (!mLocked)
+        mMouseOverIndex = mMouseOver ? gripAt(event.mousePos) : NOTHING;
+}
+
+/** What is dragged stays marked. */
+void Effect::endHover()
+{
+    if (!mMouseDown)
+        mMouseOverIndex = NOTHING;
+}
+
+void Effect::drag(const vellum::Event& event)
+{
+    if (!mLocked)
+        dragBy(-event.mouseDelta.x * (event.shift() ? FINE : 1.0f));
+}
+
+bool Effect::isOnHeader(const vellum::Event& event) const
+{
+    const Area header = vellum::topStrip(vellum::atOrigin(getArea()), HEADER_HEIGHT);
+    return vellum::contains(header, event.mousePos);
 }
 
 /** Moves what is held by pixels, and the effect's span with it. */
-void Effect::drag(float distance)
+void Effect::dragBy(float distance)
 {
     Area area = mArea;
     if (mMouseOverIndex == START_HANDLE) {
@@ -184,19 +167,16 @@ void Effect::drag(float distance)
     updatePlugins();
 }
 
-void Effect::press(const vellum::Event& event, Vector2f point)
+void Effect::press(const vellum::Event& event)
 {
-    if (!vellum::contains(vellum::topStrip(getArea(), HEADER_HEIGHT), point))
-        return;
-    if (event.button == display::MOUSE_RIGHT)
-        openMenu(event);
-    else if (event.button == display::MOUSE_LEFT && mMouseOver)
-        mMouseDown = true;
+    mMouseDown = mMouseDown || (mMouseOver && isOnHeader(event));
 }
 
-void Effect::openMenu(const vellum::Event& event)
+void Effect::pressOther(const vellum::Event& event)
 {
-    mMouseDown = false; // the release goes to the menu
+    if (event.button != display::MOUSE_RIGHT || !isOnHeader(event))
+        return;
+    drop(); // the release goes to the menu
     mContext.setPosition(event.mousePosWorld);
     setContext(&mContext);
 }

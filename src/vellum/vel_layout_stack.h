@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vellum/vel_control.h"
+#include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
@@ -8,7 +8,7 @@ namespace zavex::vellum {
  * Stacks its children one after the other. Each keeps its size along the direction and its extent
  * across it; the area that a child occupies beyond its own rectangle plays no part.
  */
-class LayoutStack : public Control {
+class LayoutStack : public Pressable {
 public:
     enum Direction : int { DIRECTION_HORISONTAL = 0, DIRECTION_VERTICAL = 1 };
 
