@@ -9,6 +9,8 @@
 #include "common/zvx_system.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 namespace zavex::vellum {
@@ -17,10 +19,12 @@ using mathbase::Vector2f;
 
 namespace {
 
+constexpr std::array<std::string_view, 4> KEYBOARD_KINDS = {Event::KEY_UP, Event::KEY_DOWN,
+                                                            Event::CHAR_UP, Event::CHAR_DOWN};
+
 bool isKeyboardEvent(const Event& event)
 {
-    return event.type == Event::KEY_UP || event.type == Event::KEY_DOWN ||
-           event.type == Event::CHAR_UP || event.type == Event::CHAR_DOWN;
+    return std::ranges::find(KEYBOARD_KINDS, event.type) != KEYBOARD_KINDS.end();
 }
 
 /**
