@@ -212,17 +212,22 @@ void Texture_GL::init(am::Image& image)
     }
 }
 
+/** Where none was asked for. */
+void Texture_GL::takeSizeOf(am::Image& image)
+{
+    if (image->getWidth() <= 0 || image->getHeight() <= 0)
+        throw Exception{"Texture_GL; Image '%s' has no pixels (%d x %d)", mRestoreFilename.c_str(),
+                        image->getWidth(), image->getHeight()};
+    if (mDecl.width == -1)
+        mDecl.width = image->getWidth();
+    if (mDecl.height == -1)
+        mDecl.height = image->getHeight();
+}
+
 void Texture_GL::checkSize(am::Image& image)
 {
-    if (!image.isNull()) {
-        if (image->getWidth() <= 0 || image->getHeight() <= 0)
-            throw Exception{"Texture_GL; Image '%s' has no pixels (%d x %d)",
-                            mRestoreFilename.c_str(), image->getWidth(), image->getHeight()};
-        if (mDecl.width == -1)
-            mDecl.width = image->getWidth();
-        if (mDecl.height == -1)
-            mDecl.height = image->getHeight();
-    }
+    if (!image.isNull())
+        takeSizeOf(image);
     ZVX_REQUIRE(mDecl.width != -1 && mDecl.height != -1, "mDecl.width!=-1 && mDecl.height!=-1");
     if (mDecl.width <= 0 || mDecl.height <= 0)
         throw Exception{"Texture_GL; Can not create a texture of %d x %d texels", mDecl.width,

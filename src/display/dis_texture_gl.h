@@ -50,6 +50,7 @@ private:
 
     void initDecl();
     void init(am::Image& image);
+    void takeSizeOf(am::Image& image);
     void checkSize(am::Image& image);
     void setParameters() const;
 
