@@ -133,6 +133,13 @@ void DocumentFile::save(const xml::XmlParser& document, am::SaveSet& set)
     }
 }
 
+/** Whether what the file holds is known here, so that it may be replaced. */
+bool DocumentFile::isOurs(std::string_view bytes) const
+{
+    return mKnown == Known::NOTHING || (!mWritten.empty() && bytes == mWritten) ||
+           (mKnown == Known::BYTES && bytes == mRead);
+}
+
 void DocumentFile::replace(const std::string& text, am::SaveSet& set)
 {
     const am::DiskRead found = am::readDiskFile(mPath, mPath);
@@ -141,10 +148,7 @@ void DocumentFile::replace(const std::string& text, am::SaveSet& set)
     const std::string_view bytes = found.isMissing() ? "" : found.file->bytes();
     if (!found.isMissing() && bytes == text)
         return;
-    const bool isOurs = found.isMissing() || mKnown == Known::NOTHING ||
-                        (!mWritten.empty() && bytes == mWritten) ||
-                        (mKnown == Known::BYTES && bytes == mRead);
-    if (!isOurs)
+    if (!found.isMissing() && !isOurs(bytes))
         return addBeside(mPath, ".mine", text, "was changed by another program; ours is", set);
 
     if (mKeepsCopy) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace zavex::am {
 class SaveSet;
@@ -68,6 +69,7 @@ private:
         UNREADABLE, // the file may hold anything
     };
 
+    bool isOurs(std::string_view bytes) const;
     void replace(const std::string& text, am::SaveSet& set);
 
     std::string mPath;
