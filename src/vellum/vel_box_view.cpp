@@ -47,7 +47,7 @@ void BoxView::drag(const Event& event)
 }
 
 /** Whether a point of the sheet has no box above it. */
-bool BoxView::isEmptyAt(Vector2f point)
+bool BoxView::isEmptyAt(Vector2f point) const
 {
     return contains(atOrigin(getArea()), point) &&
            std::ranges::none_of(mChild, [&](Control* child) {

@@ -27,7 +27,7 @@ protected:
     bool mDragged = false; // the sheet was pressed and is held
 
 private:
-    bool isEmptyAt(mathbase::Vector2f point);
+    bool isEmptyAt(mathbase::Vector2f point) const;
     void drawGrid(const Area& area, const Area& clip);
 
     bool mOnSheet = false; // the latest event came to the empty sheet

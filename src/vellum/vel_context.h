@@ -94,7 +94,7 @@ protected:
     bool endsOn(display::MouseButton button) const override;
 
     /** Also when what opened the menu is hidden. */
-    bool isReachable() override { return true; }
+    bool isReachable() const override { return true; }
 
     /** The row at a point of the menu; -1 when there is none. */
     std::int32_t rowAt(mathbase::Vector2f point) const;

@@ -24,7 +24,7 @@ protected:
     bool pressKey(const Event& event) override;
 
     /** Whatever has the focus below. */
-    bool takesKeys() override { return true; }
+    bool takesKeys() const override { return true; }
 
 private:
     void moveMark(std::int32_t rows);

@@ -121,7 +121,7 @@ void Panel::press(const Event& event)
         setFolded(!mFolded);
 }
 
-bool Panel::isOnCaption(const Event& event)
+bool Panel::isOnCaption(const Event& event) const
 {
     return contains(topStrip(atOrigin(getArea()), CAPTION_HEIGHT), event.mousePos);
 }

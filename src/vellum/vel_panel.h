@@ -50,7 +50,7 @@ protected:
     float mUnfoldedHeight = 0.0f; // pixels; of the rectangle before it was folded
 
 private:
-    bool isOnCaption(const Event& event);
+    bool isOnCaption(const Event& event) const;
 };
 
 } // namespace zavex::vellum

@@ -54,12 +54,12 @@ bool Pressable::endsOn(display::MouseButton button) const
     return isHeld() && button == display::MOUSE_LEFT;
 }
 
-bool Pressable::isReachable()
+bool Pressable::isReachable() const
 {
     return isShown(*this);
 }
 
-bool Pressable::takesKeys()
+bool Pressable::takesKeys() const
 {
     return hasKeyboardFocus(*this);
 }

@@ -7,14 +7,13 @@ namespace zavex::vellum {
 /**
  * What controls share that a pointer or a key works.
  *
- * Routes each event, after the children had it, to one function: a control overrides those that
- * mean something to it. Their positions are in the control's own coordinates, (0, 0) at its
- * top-left corner.
+ * Gives each event, after the children had it, to one function: a control overrides those that
+ * mean something to it. Positions are in its own coordinates, (0, 0) at its top-left corner.
  *
- * A control that is hidden, or below a hidden one, hears of nothing but `endHover`; what it holds is
- * dropped. So does one that is not usable, which still hears of the pointer's moves. Presses, turns
- * of the wheel and keys that a child used are not the control's. Menu choices are sent to the
- * control alone and do not reach its children.
+ * A control that is not reachable hears of nothing but `endHover`, one that is not usable of that
+ * and of the pointer's moves; either drops what it holds. Presses, turns of the wheel and keys that
+ * a child used are not the control's. A choice from a menu is the control's alone and never reaches
+ * its children.
  *
  * Each of these functions may report an action as the last thing it does: an observer may destroy
  * the control.
@@ -76,13 +75,13 @@ protected:
     virtual bool endsOn(display::MouseButton button) const;
 
     /** Whether the user can have meant the control: while it and everything above it is visible. */
-    virtual bool isReachable();
+    virtual bool isReachable() const;
 
     /** Whether presses, the wheel and keys mean anything at present: while it is active. */
     virtual bool isUsable() const { return !mInactive; }
 
     /** Whether keys and characters that arrive are meant for the control: with the focus. */
-    virtual bool takesKeys();
+    virtual bool takesKeys() const;
 
     /** Whether a position in the control's own coordinates lies inside it. */
     bool isInside(const Event& event) const;

@@ -95,7 +95,7 @@ protected:
     bool isUsable() const override { return true; }
 
     /** With its parent's focus: keys that come by the pointer's place alone are left. */
-    bool takesKeys() override { return !mParent || isFocusedChild(); }
+    bool takesKeys() const override { return !mParent || isFocusedChild(); }
 
     /** To be called after others changed the curve: its picture is made anew. */
     void curveChanged() { mDirty = true; }
