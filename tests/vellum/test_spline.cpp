@@ -129,6 +129,7 @@ constexpr struct SplineCase {
     {"RightStopsAtTheLast",    "0:0 1:1",      "key RIGHT RIGHT RIGHT; = 0:0 1:1s",                     ""},
     {"DeleteSelectsTheNext",   "0:0 1:1 2:0",  "= 0:0 1:1 2:0; key RIGHT DEL; = 1:1s 2:0; key RIGHT DEL; = 1:1s; key DEL; = ", ""},
     {"InsertHalfwayToTheNext", "0:0 1:1",      "= 0:0 1:1; key RIGHT INSERT; = 0:0s 0.5:0.5 1:1",       ""},
+    {"InsertIntoSquares",      "0:0 4:1",      "right 220,60; pick type/square; = square 0:0 4:1; key RIGHT INSERT; = square 0:0s 2:0.5 4:1", "spline.type.square"},
     {"InsertWithoutSelection", "0:0 0.5:0.25", "key INSERT; = 0:0 0.5:0.25 1:0.25",                     ""},
     {"InsertAfterTheLast",     "0:0",          "key RIGHT INSERT; = 0:0s 1:0",                          ""},
     {"InsertBeforeSelected",   "0:0 2:0.5",    "key RIGHT RIGHT INSERT; = 0:0 1:0.5 2:0.5s",            ""},
