@@ -215,6 +215,8 @@ TEST_F(Settings, OfAShowThatCannotRunSaySoWhenItIsToRun)
     for (const auto& [sections, said] : {
              std::pair{R"(<display width="0x400" height="-010"/><music mute="nosound"/>)",
                        "setup.xml: display width and height must be positive, found 1024 x -8"},
+             {R"(<display height="8"/><music mute="nosound"/>)",
+                       "setup.xml: display width and height must be positive, found 0 x 8"    },
              {R"(<music filename="a.ogg"/><music filename="b.ogg"/>)",
                        "Could not open the file 'b.ogg'!"                                     },
     }) {
