@@ -196,7 +196,7 @@ constexpr ShapeCase SHAPES[] = {
     {"BoxOfTransformedCorners",
      [] {
          Draw::MatrixGL transform;
-         transform.setScale(Vector3f(1, 1.25f, 1));
+         transform.setScale(Vector3f(1, 1.25f, -1)); // the last corner in the outline
          Draw::drawBox(Draw::boxCorners(transform, {0, 0.2f, 0}, {1, 1, 1}));
      },
      plainBox, lookThrough},
