@@ -1,10 +1,11 @@
-#include "vellum/mouse.h"
-#include "vellum/probe.h"
+#include "vellum/user.h"
 #include "vellum/vel_pressable.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
+#include <utility>
 
 namespace zavex::vellum::test {
 
@@ -13,6 +14,7 @@ namespace {
 /** Notes what it hears; a press inside it is held. */
 class Pad final : public Pressable {
 public:
+    Pad() { mId = "pad"; }
     Control* clone() override { return new Pad; }
 
     std::ostringstream heard;
@@ -38,18 +40,9 @@ protected:
     bool turnWheel(const Event& event) override { return note("wheel", event); }
     bool pressKey(const Event& event) override { return note("key", event); }
     bool typeCharacter(const Event& event) override { return note("type", event); }
-    void choose(const std::string& action) override
-    {
-        Event event;
-        note("choose " + action, event);
-    }
+    void choose(const std::string& action) override { note("choose " + action, {}); }
     bool isHeld() const override { return mHeld; }
-    void drop() override
-    {
-        if (mHeld)
-            heard << "drop ";
-        mHeld = false;
-    }
+    void drop() override { heard << (std::exchange(mHeld, false) ? "drop " : ""); }
     bool endsOn(display::MouseButton button) const override
     {
         return endsOnAny ? mHeld : Pressable::endsOn(button);
@@ -67,147 +60,86 @@ private:
     bool mHeld = false;
 };
 
-constexpr Vector2f INSIDE(15, 25);   // (5, 5) of the pad
-constexpr Vector2f ON_CHILD(35, 45); // (25, 25)
-constexpr Vector2f FAR_AWAY(390, 290);
-
-/** A pad at (10, 20) in a box, with a child at (20, 20) of its own. */
-struct Stage {
-    Stage()
+/** A pad at (10, 20) in a box, with a child at (20, 20) of its own that uses everything. */
+struct PadBench {
+    PadBench()
     {
-        screen.addControl(box);
-        box->setArea(Area(0, 0, 400, 300));
-        box->addControl(pad);
+        screen.addControl(&box);
+        box.addControl(pad);
         pad->setArea(Area(10, 20, 50, 60));
+        child.result = 1;
         pad->setFocus(nullptr);
     }
 
-    int send(const char* kind, Vector2f position = INSIDE)
-    {
-        Event event = eventAt(kind, position);
-        event.action = "menu.row";
-        return (kind == std::string(Event::CONTEXT) ? *pad : static_cast<Control&>(screen))
-            .handleEvent(event);
-    }
-
     Screen screen;
-    Control* box = new Control;
-    Pad* pad = new Pad;
+    Probe box{"box", Area(0, 0, 400, 300)};
+    Pad* pad = new Pad; // owned by the box
     Probe& child = addProbe(*pad, "child", Area(20, 20, 30, 30));
-    Mouse mouse{screen};
+    User user{screen};
 };
 
+// clang-format off
 constexpr struct {
     const char* name;
-    void (*use)(Stage& stage);
+    const char* steps;
     const char* heard;
+    bool endsOnAny = false;
 } USES[] = {
-    {"HeldWhereverThePointerGoes",
-     [](Stage& s) {
-         s.mouse.drag(INSIDE, FAR_AWAY);
-         s.mouse.release();
-         s.mouse.moveTo(FAR_AWAY);
-     },                                                                       "hover 5,5 press 5,5 drag 380,270 drop release 380,270 "},
-    {"OtherButtonDoesNotEnd",
-     [](Stage& s) {
-         s.mouse.drag(INSIDE, INSIDE);
-         s.mouse.press(display::MOUSE_RIGHT);
-         s.mouse.release(display::MOUSE_RIGHT);
-     },                                                                       "hover 5,5 press 5,5 drag 5,5 other 5,5 "               },
-    {"AnyButtonEnds",
-     [](Stage& s) {
-         s.pad->endsOnAny = true;
-         s.mouse.drag(INSIDE, INSIDE);
-         s.mouse.release(display::MOUSE_MIDDLE);
-     },                                                                       "hover 5,5 press 5,5 drag 5,5 drop release 5,5 "        },
-    {"ReleaseOfNothing",           [](Stage& s) { s.send(Event::MOUSE_UP); }, ""                                                      },
-    {"InactiveHearsOfMovesAlone",
-     [](Stage& s) {
-         s.pad->setInactive(true);
-         for (const char* kind : {Event::MOUSE_MOVE, Event::MOUSE_DOWN, Event::MOUSE_UP,
-                                  Event::MOUSE_WHEEL, Event::KEY_DOWN, Event::CHAR_DOWN})
-             EXPECT_EQ(s.send(kind), 0);
-     },                                                                       "hover 5,5 "                                            },
-    {"DroppedOnBecomingInactive",
-     [](Stage& s) {
-         s.mouse.drag(INSIDE, INSIDE);
-         s.pad->setInactive(true);
-     },                                                                       "hover 5,5 press 5,5 drag 5,5 drop "                    },
-    {"BelowAHiddenOne",
-     [](Stage& s) {
-         s.box->setVisible(false);
-         s.mouse.drag(INSIDE, INSIDE);
-         s.send(Event::CONTEXT);
-         EXPECT_GT(s.pad->leaves, 0);
-     },                                                                       ""                                                      },
-    {"DroppedWhenHidden",
-     [](Stage& s) {
-         s.mouse.drag(INSIDE, INSIDE);
-         s.box->setVisible(false);
-         s.box->setVisible(true);
-         s.mouse.release();
-     },                                                                       "hover 5,5 press 5,5 drag 5,5 drop "                    },
-    {"UsedByAChild",
-     [](Stage& s) {
-         s.child.result = 1;
-         s.mouse.moveTo(ON_CHILD);
-         s.mouse.press();
-         EXPECT_EQ(s.mouse.turnWheel(1), 1);
-     },                                                                       "hover 25,25 "                                          },
-    {"ReleasedOverAChild",
-     [](Stage& s) {
-         s.child.result = 1;
-         s.mouse.drag(INSIDE, ON_CHILD);
-         s.mouse.release();
-     },                                                                       "hover 5,5 press 5,5 drag 25,25 drop release 25,25 "    },
-    {"KeysWithoutTheFocus",
-     [](Stage& s) {
-         s.box->setFocus(nullptr);
-         s.send(Event::KEY_DOWN);
-         s.send(Event::CHAR_DOWN);
-     },                                                                       ""                                                      },
-    {"ChoiceIsTheControlsAlone",
-     [](Stage& s) {
-         EXPECT_EQ(s.send(Event::CONTEXT), 0);
-         EXPECT_EQ(s.child.count(Event::CONTEXT), 0);
-     },                                                                       "choose menu.row 0,0 "                                  },
+    {"HeldWhereverThePointerGoes", "down 15,25; move 390,290; up; used; move 390,290",       "hover 5,5 press 5,5 drag 380,270 drop release 380,270 "},
+    {"OtherButtonDoesNotEnd",      "down 15,25; right; rightup; unused",                     "hover 5,5 press 5,5 other 5,5 "},
+    {"AnyButtonEnds",              "down 15,25; rightup; used",                              "hover 5,5 press 5,5 drop release 5,5 ", true},
+    {"ReleaseOfNothing",           "up 15,25; unused",                                       "hover 5,5 "},
+    {"InactiveHearsOfMovesAlone",  "disable pad; move 15,25; unused; down; unused; up; unused; wheel 1; unused; key UP; unused; type a; unused", "hover 5,5 "},
+    {"DroppedOnBecomingInactive",  "down 15,25; disable pad; up",                            "hover 5,5 press 5,5 drop "},
+    {"BelowAHiddenOne",            "hide box; down 15,25",                                   ""},
+    {"DroppedWhenHidden",          "down 15,25; hide box; show box; up",                     "hover 5,5 press 5,5 drop "},
+    {"UsedByAChild",               "move 35,45; down; wheel 1; used",                        "hover 25,25 "},
+    {"ReleasedOverAChild",         "down 15,25; move 35,45; up",                             "hover 5,5 press 5,5 drag 25,25 drop release 25,25 "},
+    {"KeysAndCharacters",          "key UP; used; type a; used; move 15,25; wheel 1; used",  "key -10,-20 type -10,-20 hover 5,5 wheel 5,5 "},
+    {"KeysWithoutTheFocus",        "focus box; key UP; type a",                              ""},
 };
+// clang-format on
 
 TEST(Pressable, TellsApartWhatHappens)
 {
     for (const auto& row : USES) {
         SCOPED_TRACE(row.name);
-        Stage stage;
-        row.use(stage);
-        EXPECT_EQ(stage.pad->heard.str(), row.heard);
+        PadBench bench;
+        bench.pad->endsOnAny = row.endsOnAny;
+        bench.user.does(row.steps);
+        EXPECT_EQ(bench.pad->heard.str(), row.heard);
+        EXPECT_GT(bench.pad->leaves + (row.steps[0] == 'f'), 0);
     }
 }
 
 TEST(Pressable, BearsToBeDeletedAndTellsWhatItUsed)
 {
-    constexpr struct {
-        const char* kind;
-        int used;
-    } KINDS[] = {
-        {Event::MOUSE_MOVE,  0},
-        {Event::MOUSE_DOWN,  0},
-        {Event::MOUSE_UP,    1},
-        {Event::MOUSE_WHEEL, 1},
-        {Event::KEY_DOWN,    1},
-        {Event::CHAR_DOWN,   1},
-        {Event::CONTEXT,     0},
-    };
-    for (const auto& [kind, used] : KINDS) {
+    for (const auto& [kind, used] : {
+             std::pair(Event::MOUSE_MOVE, 0),
+             {Event::MOUSE_DOWN,  0},
+             {Event::MOUSE_UP,    1},
+             {Event::MOUSE_WHEEL, 1},
+             {Event::KEY_DOWN,    1},
+             {Event::CHAR_DOWN,   1}
+    }) {
         SCOPED_TRACE(kind);
-        Stage stage;
-        stage.mouse.drag(INSIDE, INSIDE);
-        stage.pad->onHeard = [&] { stage.box->deleteControls(); };
-        EXPECT_EQ(stage.send(kind), used);
-        EXPECT_EQ(stage.box->getChildCount(), 0);
+        PadBench bench;
+        bench.user.does("down 15,25");
+        bench.pad->onHeard = [&] { bench.box.deleteControls(); };
+        EXPECT_EQ(send(bench.screen, kind, Vector2f(15, 25)), used);
+        EXPECT_EQ(bench.box.getChildCount(), 0);
     }
-    Stage stage;
-    stage.child.onEvent = [&](Event&) { stage.box->deleteControls(); };
-    EXPECT_EQ(stage.send(Event::MOUSE_WHEEL, ON_CHILD), 0) << "gone with the child that had it";
+}
+
+TEST(Pressable, AChoiceIsTheControlsAlone)
+{
+    PadBench bench;
+    bench.pad->onHeard = [&] { bench.pad->onHeard = {}; };
+    Event event = eventAt(Event::CONTEXT, Vector2f(15, 25));
+    event.action = "menu.row";
+    EXPECT_EQ(bench.pad->handleEvent(event), 0);
+    EXPECT_EQ(bench.pad->heard.str(), "choose menu.row 0,0 ");
+    EXPECT_EQ(bench.child.count(Event::CONTEXT), 0);
 }
 
 } // namespace
