@@ -1,7 +1,6 @@
 #include "vellum/vel_box.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_box_frame.h"
 #include "vellum/vel_box_view.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
@@ -21,8 +20,14 @@ constexpr float TEXT_INSET = 4.0f; // pixels between the edges and the caption
 
 } // namespace
 
-Box::Box() : mFrame(addOwn(std::make_unique<BoxFrame>()))
+Control* BoxFrame::clone()
 {
+    return new BoxFrame;
+}
+
+Box::Box()
+{
+    mFrame = addOwn(std::make_unique<BoxFrame>());
     mType = mId = "box";
     mStyle = widgetStyle();
 }
@@ -38,21 +43,6 @@ void Box::load(xml::IteratorConst& element)
     setCaption(element->getValue("caption"));
     loadStyleClass(*mFrame, "boxframe");
     setArea();
-}
-
-void Box::addControl(Control* control, int index)
-{
-    mFrame->addControl(control, index);
-}
-
-void Box::deleteControl(unsigned index)
-{
-    mFrame->deleteControl(index);
-}
-
-void Box::deleteControls()
-{
-    mFrame->deleteControls();
 }
 
 void Box::setArea()

@@ -1,10 +1,18 @@
 #pragma once
 
+#include "vellum/vel_frame.h"
+#include "vellum/vel_frame_holder.h"
 #include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
-class BoxFrame;
+/** The content of a group box. */
+class BoxFrame : public Frame {
+public:
+    BoxFrame() { mType = mId = "boxframe"; }
+
+    Control* clone() override;
+};
 
 /**
  * A group box: a caption above a frame that holds the content.
@@ -12,7 +20,7 @@ class BoxFrame;
  * Everything that is added goes into the frame, which belongs to the box like any child. On a
  * `BoxView` the box is moved by its caption.
  */
-class Box : public Pressable {
+class Box : public FrameHolder<Pressable, BoxFrame> {
 public:
     static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
 
@@ -22,11 +30,6 @@ public:
 
     /** Reads "caption"; the frame takes its colours from the style "boxframe". */
     void load(xml::IteratorConst& element) override;
-
-    /** Forwarded to the frame. */
-    void addControl(Control* control, int index = -1) override;
-    void deleteControl(unsigned index) override;
-    void deleteControls() override;
 
     using Pressable::setArea;
 
@@ -40,8 +43,7 @@ protected:
     bool isHeld() const override { return mDragged; }
     void drop() override { mDragged = false; }
 
-    BoxFrame* mFrame = nullptr; // owned as a child
-    bool mDragged = false;      // the caption was pressed and is held
+    bool mDragged = false; // the caption was pressed and is held
 };
 
 } // namespace zavex::vellum

@@ -1,7 +1,6 @@
 #include "vellum/vel_control_factory.h"
 
 #include "vellum/vel_box.h"
-#include "vellum/vel_box_frame.h"
 #include "vellum/vel_box_view.h"
 #include "vellum/vel_button.h"
 #include "vellum/vel_caption.h"
@@ -19,7 +18,6 @@
 #include "vellum/vel_menu.h"
 #include "vellum/vel_menu_bar.h"
 #include "vellum/vel_panel.h"
-#include "vellum/vel_panel_frame.h"
 #include "vellum/vel_radio_button.h"
 #include "vellum/vel_ruler.h"
 #include "vellum/vel_scrollbars.h"
@@ -32,7 +30,6 @@
 #include "vellum/vel_text_input.h"
 #include "vellum/vel_tree_view.h"
 #include "vellum/vel_window.h"
-#include "vellum/vel_window_frame.h"
 #include "vellum/vel_workspace.h"
 
 #include <memory>

@@ -4,7 +4,6 @@
 #include "vellum/vel_frame.h"
 #include "vellum/vel_layout_stack.h"
 #include "vellum/vel_look.h"
-#include "vellum/vel_panel_frame.h"
 
 #include "display/dis_font.h"
 #include "xml/xml_iteratorconst.h"
@@ -31,8 +30,26 @@ void layOutAgain(Control& parent)
 
 } // namespace
 
-Panel::Panel() : mFrame(addOwn(std::make_unique<PanelFrame>()))
+PanelFrame::PanelFrame()
 {
+    mType = mId = "panelframe";
+    mStyle = widgetStyle();
+}
+
+Control* PanelFrame::clone()
+{
+    return new PanelFrame;
+}
+
+void PanelFrame::draw(Area area, Area parent, Area clip)
+{
+    fillBox(getRender(), pick(mStyle.mBack, Look::NORMAL), area);
+    Control::draw(area, parent, clip);
+}
+
+Panel::Panel()
+{
+    mFrame = addOwn(std::make_unique<PanelFrame>());
     mType = mId = "panel";
     mStyle = widgetStyle();
 }
@@ -48,21 +65,6 @@ void Panel::load(xml::IteratorConst& element)
     setCaption(element->getValue("caption"));
     loadStyleClass(*mFrame, "panelframe");
     setArea();
-}
-
-void Panel::addControl(Control* control, int index)
-{
-    mFrame->addControl(control, index);
-}
-
-void Panel::deleteControl(unsigned index)
-{
-    mFrame->deleteControl(index);
-}
-
-void Panel::deleteControls()
-{
-    mFrame->deleteControls();
 }
 
 void Panel::setArea()

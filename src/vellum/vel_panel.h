@@ -1,10 +1,18 @@
 #pragma once
 
+#include "vellum/vel_frame_holder.h"
 #include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
-class PanelFrame;
+/** The content of a panel: its body without a border, so that panels in a column read as one. */
+class PanelFrame : public Control {
+public:
+    PanelFrame();
+
+    Control* clone() override;
+    void draw(Area area, Area parent, Area clip) override;
+};
 
 /**
  * A captioned section of a screen. A click on the caption folds the content away and brings it
@@ -13,7 +21,7 @@ class PanelFrame;
  * Everything that is added goes into the frame below the caption, which belongs to the panel like
  * any child. Folding reports `ACTION_WINDOW_RESIZE`.
  */
-class Panel : public Pressable {
+class Panel : public FrameHolder<Pressable, PanelFrame> {
 public:
     static constexpr float CAPTION_HEIGHT = 20.0f; // pixels
 
@@ -23,11 +31,6 @@ public:
 
     /** Reads "caption"; the frame takes its colours from the style "panelframe". */
     void load(xml::IteratorConst& element) override;
-
-    /** Forwarded to the frame. */
-    void addControl(Control* control, int index = -1) override;
-    void deleteControl(unsigned index) override;
-    void deleteControls() override;
 
     using Pressable::setArea;
 
@@ -44,7 +47,6 @@ protected:
     void endHover() override { mCaptionHovered = false; }
     void press(const Event& event) override;
 
-    PanelFrame* mFrame = nullptr; // owned as a child
     bool mFolded = false;
     bool mCaptionHovered = false;
     float mUnfoldedHeight = 0.0f; // pixels; of the rectangle before it was folded

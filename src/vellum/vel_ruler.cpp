@@ -50,8 +50,9 @@ void forEachTick(const Render::Area& area, const Render::Area& clip, float step,
 
 } // namespace
 
-Ruler::Ruler() : mFrame(addOwn(std::make_unique<Content>()))
+Ruler::Ruler()
 {
+    mFrame = addOwn(std::make_unique<Content>());
     mType = mId = "ruler";
     const style::colorInfo text = mStyle.mText;
     mStyle.mBack.mInactive1 = mStyle.mBack.mInactive2 = text.mInactive1;
@@ -68,21 +69,6 @@ void Ruler::load(xml::IteratorConst& element)
 {
     Frame::load(element);
     setArea();
-}
-
-void Ruler::addControl(Control* control, int index)
-{
-    mFrame->addControl(control, index);
-}
-
-void Ruler::deleteControl(unsigned index)
-{
-    mFrame->deleteControl(index);
-}
-
-void Ruler::deleteControls()
-{
-    mFrame->deleteControls();
 }
 
 void Ruler::setArea()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vellum/vel_frame.h"
+#include "vellum/vel_frame_holder.h"
 #include "vellum/vel_number_text.h"
 
 namespace zavex::vellum {
@@ -13,7 +14,7 @@ namespace zavex::vellum {
  * pointer stands in the strip, where labels near it fade away. Units are the caller's, seconds on a
  * timeline. Intervals that are not positive draw no ticks; ticks are at least a pixel apart.
  */
-class Ruler : public Frame {
+class Ruler : public FrameHolder<Frame, Frame> {
 public:
     Ruler();
 
@@ -21,11 +22,6 @@ public:
 
     /** As the base; places the content even where nobody lays the ruler out. */
     void load(xml::IteratorConst& element) override;
-
-    /** Forwarded to the content frame. */
-    void addControl(Control* control, int index = -1) override;
-    void deleteControl(unsigned index) override;
-    void deleteControls() override;
 
     using Frame::setArea;
 
@@ -53,7 +49,6 @@ public:
 protected:
     void hover(const Event& event) override { mX = event.mousePos.x; }
 
-    Frame* mFrame;               // the content; owned as a child
     float mScale = 0.1f;         // units per pixel
     float mInterval = 10.0f;     // units between labelled ticks
     float mSubIntervals = 10.0f; // small ticks per labelled interval

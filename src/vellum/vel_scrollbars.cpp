@@ -3,7 +3,6 @@
 #include "vellum/vel_area.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
-#include "vellum/vel_scrollbars_frame.h"
 #include "vellum/vel_window.h"
 
 #include "xml/xml_iteratorconst.h"
@@ -40,8 +39,26 @@ struct Scrollbars::Bar {
     Area& handle;
 };
 
-Scrollbars::Scrollbars() : mFrame(addOwn(std::make_unique<ScrollbarsFrame>()))
+ScrollbarsFrame::ScrollbarsFrame()
 {
+    mType = mId = "scrollbarsframe";
+    mStyle.mBack = style::colorInfo{};
+}
+
+Control* ScrollbarsFrame::clone()
+{
+    return new ScrollbarsFrame;
+}
+
+void ScrollbarsFrame::draw(Area area, Area parent, Area clip)
+{
+    fillBox(getRender(), pairOf(mStyle.mBack), area);
+    Control::draw(area, parent, clip);
+}
+
+Scrollbars::Scrollbars()
+{
+    mFrame = addOwn(std::make_unique<ScrollbarsFrame>());
     mType = mId = "scrollbars";
     mMaximized = true;
     mStyle = widgetStyle();
@@ -65,21 +82,6 @@ void Scrollbars::load(xml::IteratorConst& element)
     }
     loadStyleClass(*mFrame, "scrollbarsframe");
     setArea();
-}
-
-void Scrollbars::addControl(Control* control, int index)
-{
-    mFrame->addControl(control, index);
-}
-
-void Scrollbars::deleteControl(unsigned index)
-{
-    mFrame->deleteControl(index);
-}
-
-void Scrollbars::deleteControls()
-{
-    mFrame->deleteControls();
 }
 
 void Scrollbars::setArea()

@@ -1,10 +1,18 @@
 #pragma once
 
+#include "vellum/vel_frame_holder.h"
 #include "vellum/vel_pressable.h"
 
 namespace zavex::vellum {
 
-class ScrollbarsFrame;
+/** Holds the content of a scroll area; its offset is what scrolls. Transparent unless styled. */
+class ScrollbarsFrame : public Control {
+public:
+    ScrollbarsFrame();
+
+    Control* clone() override;
+    void draw(Area area, Area parent, Area clip) override;
+};
 
 /**
  * A scroll area: content in an inner frame, a bar along the right and the bottom edge, and a corner
@@ -14,7 +22,7 @@ class ScrollbarsFrame;
  * handles have a fixed length. Scrolling reports `ACTION_SCROLL_CHANGED`, dragging the corner
  * `ACTION_WINDOW_RESIZE`.
  */
-class Scrollbars : public Pressable {
+class Scrollbars : public FrameHolder<Pressable, ScrollbarsFrame> {
 public:
     Scrollbars();
 
@@ -23,11 +31,6 @@ public:
     /** Reads "direction": "horisontal" or "vertical" keeps only that bar. The frame takes its
         colours from the style "scrollbarsframe". */
     void load(xml::IteratorConst& element) override;
-
-    /** Forwarded to the frame. */
-    void addControl(Control* control, int index = -1) override;
-    void deleteControl(unsigned index) override;
-    void deleteControls() override;
 
     using Pressable::setArea;
 
@@ -73,7 +76,6 @@ protected:
     Area mFillerArea; // the corner
     Area mVerticalBarArea;
     Area mHorisontalBarArea;
-    ScrollbarsFrame* mFrame = nullptr;    // owned as a child
     mathbase::Vector2f mMousePos{0, 0};   // where the corner was pressed, workspace coordinates
     mathbase::Vector2f mOldAreaMax{0, 0}; // the parent's bottom-right corner at that time
     bool mVerticalBarHighlight = false;   // the pointer is over its handle

@@ -2,7 +2,6 @@
 
 #include "vellum/vel_caption.h"
 #include "vellum/vel_look.h"
-#include "vellum/vel_window_frame.h"
 
 #include "xml/xml_iteratorconst.h"
 
@@ -13,10 +12,19 @@ namespace zavex::vellum {
 
 using mathbase::Vector2f;
 
-Window::Window()
-    : mCaptionbar(addOwn(std::make_unique<Caption>())),
-      mFrame(addOwn(std::make_unique<WindowFrame>()))
+WindowFrame::WindowFrame()
 {
+    mType = mId = "windowframe";
+}
+
+Control* WindowFrame::clone()
+{
+    return new WindowFrame;
+}
+
+Window::Window() : mCaptionbar(addOwn(std::make_unique<Caption>()))
+{
+    mFrame = addOwn(std::make_unique<WindowFrame>());
     mType = mId = "window";
     mStyle.mBack.mBorder1 = mStyle.mBack.mBorder2 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
     mStyle.mBack.mColor1 = style::Color(0.4f, 1.1f, 0.4f, 1.0f);
@@ -57,21 +65,6 @@ void Window::setPosition(Vector2f position)
         position.y = std::max(std::min(position.y, room.y), 0.0f);
     }
     Flow::setPosition(position);
-}
-
-void Window::addControl(Control* control, int index)
-{
-    mFrame->addControl(control, index);
-}
-
-void Window::deleteControl(unsigned index)
-{
-    mFrame->deleteControl(index);
-}
-
-void Window::deleteControls()
-{
-    mFrame->deleteControls();
 }
 
 void Window::draw(Area area, Area parent, Area clip)

@@ -1,11 +1,20 @@
 #pragma once
 
 #include "vellum/vel_flow.h"
+#include "vellum/vel_frame.h"
+#include "vellum/vel_frame_holder.h"
 
 namespace zavex::vellum {
 
 class Caption;
-class WindowFrame;
+
+/** The content of a window. */
+class WindowFrame : public Frame {
+public:
+    WindowFrame();
+
+    Control* clone() override;
+};
 
 /**
  * A panel with a caption bar, by which it is dragged within its parent and maximized with a double
@@ -13,7 +22,7 @@ class WindowFrame;
  *
  * Everything that is added goes into the frame. Bar and frame belong to the window like any child.
  */
-class Window : public Flow {
+class Window : public FrameHolder<Flow, WindowFrame> {
 public:
     static constexpr float CAPTION_HEIGHT = 26.0f; // pixels
 
@@ -32,10 +41,6 @@ public:
     /** Moves the window, but not out of its parent. */
     void setPosition(mathbase::Vector2f position) override;
 
-    /** Forwarded to the frame. */
-    void addControl(Control* control, int index = -1) override;
-    void deleteControl(unsigned index) override;
-    void deleteControls() override;
     void draw(Area area, Area parent, Area clip) override;
 
     /** Drags the window from where it is, by `movement` pixels. */
@@ -51,7 +56,6 @@ public:
 
 protected:
     Caption* mCaptionbar = nullptr; // owned as a child
-    WindowFrame* mFrame = nullptr;  // owned as a child
 };
 
 } // namespace zavex::vellum
