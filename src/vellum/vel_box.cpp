@@ -20,21 +20,11 @@ constexpr float TEXT_INSET = 4.0f; // pixels between the edges and the caption
 
 } // namespace
 
-Control* BoxFrame::clone()
-{
-    return new BoxFrame;
-}
-
 Box::Box()
 {
     mFrame = addOwn(std::make_unique<BoxFrame>());
     mType = mId = "box";
     mStyle = widgetStyle();
-}
-
-Control* Box::clone()
-{
-    return new Box;
 }
 
 void Box::load(xml::IteratorConst& element)

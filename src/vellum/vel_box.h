@@ -11,7 +11,7 @@ class BoxFrame : public Frame {
 public:
     BoxFrame() { mType = mId = "boxframe"; }
 
-    Control* clone() override;
+    Control* clone() override { return new BoxFrame; }
 };
 
 /**
@@ -26,7 +26,7 @@ public:
 
     Box();
 
-    Control* clone() override;
+    Control* clone() override { return new Box; }
 
     /** Reads "caption"; the frame takes its colours from the style "boxframe". */
     void load(xml::IteratorConst& element) override;

@@ -22,11 +22,6 @@ BoxView::BoxView()
     mStyle = widgetStyle();
 }
 
-Control* BoxView::clone()
-{
-    return new BoxView;
-}
-
 int BoxView::handleEvent(Event& event)
 {
     mOnSheet = isEmptyAt(event.mousePos - getArea().mMin);

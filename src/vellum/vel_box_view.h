@@ -12,7 +12,7 @@ class BoxView : public Pressable {
 public:
     BoxView();
 
-    Control* clone() override;
+    Control* clone() override { return new BoxView; }
 
     /** Notes first whether the point is on the empty sheet: a press may remove a box. */
     int handleEvent(Event& event) override;

@@ -31,11 +31,6 @@ Button::Button()
     mStyle.mText.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
 }
 
-Control* Button::clone()
-{
-    return new Button;
-}
-
 void Button::load(xml::IteratorConst& element)
 {
     Pressable::load(element);

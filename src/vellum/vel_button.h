@@ -15,7 +15,7 @@ class Button : public Pressable {
 public:
     Button();
 
-    Control* clone() override;
+    Control* clone() override { return new Button; }
 
     /** Reads "caption", and "toggled": "true" makes it a toggle button. */
     void load(xml::IteratorConst& element) override;

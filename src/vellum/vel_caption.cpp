@@ -23,11 +23,6 @@ Caption::Caption()
     mStyle = widgetStyle();
 }
 
-Control* Caption::clone()
-{
-    return new Caption;
-}
-
 void Caption::draw(Area area, Area parent, Area clip)
 {
     Look look = mMouseOver ? Look::HOVERED : Look::NORMAL;

@@ -11,7 +11,7 @@ class Caption : public Pressable {
 public:
     Caption();
 
-    Control* clone() override;
+    Control* clone() override { return new Caption; }
 
     void draw(Area area, Area parent, Area clip) override;
 

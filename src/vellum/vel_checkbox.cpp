@@ -13,11 +13,6 @@ Checkbox::Checkbox()
     mType = mId = mCaption = "checkbox";
 }
 
-Control* Checkbox::clone()
-{
-    return new Checkbox;
-}
-
 void Checkbox::setChecked(int index, bool checked)
 {
     switchOption(index, checked);

@@ -15,7 +15,7 @@ class Checkbox final : public RadioButton {
 public:
     Checkbox();
 
-    Control* clone() override;
+    Control* clone() override { return new Checkbox; }
     void setChecked(int index, bool checked) override;
 
 protected:

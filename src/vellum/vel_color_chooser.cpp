@@ -22,11 +22,6 @@ ColorChooser::ColorChooser()
     mFrame->setCallback(this);
 }
 
-Control* ColorChooser::clone()
-{
-    return new ColorChooser;
-}
-
 void ColorChooser::load(xml::IteratorConst& element)
 {
     Flow::load(element);

@@ -21,7 +21,7 @@ class ColorChooser : public Flow, public Callback {
 public:
     ColorChooser();
 
-    Control* clone() override;
+    Control* clone() override { return new ColorChooser; }
 
     /** As the base; the stat frame takes the colours of the style "colorchooser". */
     void load(xml::IteratorConst& element) override;

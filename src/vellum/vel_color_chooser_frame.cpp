@@ -24,9 +24,4 @@ ColorChooserFrame::ColorChooserFrame()
     mSlider->setValue(1.0f, true);
 }
 
-Control* ColorChooserFrame::clone()
-{
-    return new ColorChooserFrame;
-}
-
 } // namespace zavex::vellum

@@ -12,7 +12,7 @@ class ColorChooserFrame : public Flow {
 public:
     ColorChooserFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new ColorChooserFrame; }
 
     ColorChooserWheel& getWheel() { return *mWheel; }
     Slider& getSlider() { return *mSlider; }

@@ -1,10 +1,3 @@
 #include "vellum/vel_color_chooser_stat_frame.h"
 
-namespace zavex::vellum {
-
-Control* ColorChooserStatFrame::clone()
-{
-    return new ColorChooserStatFrame;
-}
-
-} // namespace zavex::vellum
+namespace zavex::vellum {} // namespace zavex::vellum

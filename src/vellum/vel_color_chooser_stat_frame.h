@@ -7,7 +7,7 @@ namespace zavex::vellum {
 /** Carries the colours of the style "colorchooser"; it has no extent in a colour chooser. */
 class ColorChooserStatFrame : public Control {
 public:
-    Control* clone() override;
+    Control* clone() override { return new ColorChooserStatFrame; }
 };
 
 } // namespace zavex::vellum

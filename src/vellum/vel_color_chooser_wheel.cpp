@@ -55,11 +55,6 @@ ColorChooserWheel::ColorChooserWheel()
     mType = mId = "colorchooserwheel";
 }
 
-Control* ColorChooserWheel::clone()
-{
-    return new ColorChooserWheel;
-}
-
 void ColorChooserWheel::draw(Area area, Area parent, Area clip)
 {
     for (int column = 0; column < COLUMNS; ++column)

@@ -19,7 +19,7 @@ class ColorChooserWheel : public Pressable {
 public:
     ColorChooserWheel();
 
-    Control* clone() override;
+    Control* clone() override { return new ColorChooserWheel; }
 
     /** Also finds the chosen colour, which depends on the size of the field. */
     void draw(Area area, Area parent, Area clip) override;

@@ -7,9 +7,4 @@ Container::Container()
     mType = mId = "container";
 }
 
-Control* Container::clone()
-{
-    return new Container;
-}
-
 } // namespace zavex::vellum

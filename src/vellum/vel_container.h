@@ -9,7 +9,7 @@ class Container : public Control {
 public:
     Container();
 
-    Control* clone() override;
+    Control* clone() override { return new Container; }
 };
 
 } // namespace zavex::vellum

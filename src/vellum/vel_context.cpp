@@ -44,11 +44,6 @@ Context::Context()
     mStyle = standardStyle();
 }
 
-Control* Context::clone()
-{
-    return new Context;
-}
-
 void Context::load(xml::IteratorConst& element)
 {
     Pressable::load(element);

@@ -21,7 +21,7 @@ public:
 
     Context();
 
-    Control* clone() override;
+    Control* clone() override { return new Context; }
 
     /** Adds a row for each "item" sub-element ("caption"; nested items form submenus). */
     void load(xml::IteratorConst& element) override;

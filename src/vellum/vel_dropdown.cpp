@@ -55,11 +55,6 @@ Dropdown::Dropdown()
     mList.setCaption("dropdown");
 }
 
-Control* Dropdown::clone()
-{
-    return new Dropdown;
-}
-
 void Dropdown::load(xml::IteratorConst& element)
 {
     Widget::load(element);

@@ -41,7 +41,7 @@ class Dropdown : public Widget {
 public:
     Dropdown();
 
-    Control* clone() override;
+    Control* clone() override { return new Dropdown; }
 
     /**
      * Adds an option for each "option" sub-element ("id"; "name", which is shown) and selects the

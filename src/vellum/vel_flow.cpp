@@ -18,11 +18,6 @@ Flow::Flow()
     mType = "flow";
 }
 
-Control* Flow::clone()
-{
-    return new Flow;
-}
-
 void Flow::load(xml::IteratorConst& element)
 {
     Control::load(element);

@@ -17,7 +17,7 @@ public:
 
     Flow();
 
-    Control* clone() override;
+    Control* clone() override { return new Flow; }
 
     /** Reads "direction": "horisontal" is horizontal, anything else vertical. */
     void load(xml::IteratorConst& element) override;

@@ -12,11 +12,6 @@ Frame::Frame()
     mStyle = widgetStyle();
 }
 
-Control* Frame::clone()
-{
-    return new Frame;
-}
-
 void Frame::draw(Area area, Area parent, Area clip)
 {
     drawField(getRender(), mStyle, area, Look::NORMAL, false);

@@ -11,7 +11,7 @@ class Frame : public Pressable {
 public:
     Frame();
 
-    Control* clone() override;
+    Control* clone() override { return new Frame; }
 
     /** Fills the rectangle with the background gradient and the border, then draws the children. */
     void draw(Area area, Area parent, Area clip) override;

@@ -56,11 +56,6 @@ Image::~Image()
     releaseTexture();
 }
 
-Control* Image::clone()
-{
-    return new Image;
-}
-
 void Image::load(xml::IteratorConst& element)
 {
     Control::load(element);

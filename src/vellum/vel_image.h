@@ -25,7 +25,7 @@ public:
     Image& operator=(Image&&) = delete;
     ~Image() override;
 
-    Control* clone() override;
+    Control* clone() override { return new Image; }
 
     /** Reads "filename"; without one the picture stays as it was. */
     void load(xml::IteratorConst& element) override;

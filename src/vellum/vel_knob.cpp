@@ -57,11 +57,6 @@ Knob::Knob()
     mType = mId = mCaption = "knob";
 }
 
-Control* Knob::clone()
-{
-    return new Knob;
-}
-
 void Knob::load(xml::IteratorConst& element)
 {
     Widget::load(element);

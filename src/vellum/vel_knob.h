@@ -17,7 +17,7 @@ class Knob : public Widget {
 public:
     Knob();
 
-    Control* clone() override;
+    Control* clone() override { return new Knob; }
 
     /** Reads "value", cut to 0..1; what is no number is as if absent. */
     void load(xml::IteratorConst& element) override;

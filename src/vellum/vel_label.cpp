@@ -44,11 +44,6 @@ Label::Label()
     mStyle.mBack = style::colorInfo{};
 }
 
-Control* Label::clone()
-{
-    return new Label;
-}
-
 void Label::load(xml::IteratorConst& element)
 {
     Control::load(element);

@@ -16,7 +16,7 @@ public:
 
     Label();
 
-    Control* clone() override;
+    Control* clone() override { return new Label; }
 
     /**
      * Reads "text" (the caption), "align" ("center", "right", anything else left), "valign"

@@ -11,11 +11,6 @@ LayoutStack::LayoutStack()
     mType = "layoutstack";
 }
 
-Control* LayoutStack::clone()
-{
-    return new LayoutStack;
-}
-
 void LayoutStack::load(xml::IteratorConst& element)
 {
     Control::load(element);

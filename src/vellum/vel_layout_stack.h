@@ -14,7 +14,7 @@ public:
 
     LayoutStack();
 
-    Control* clone() override;
+    Control* clone() override { return new LayoutStack; }
 
     /** Reads "direction": "horisontal" is horizontal, anything else vertical. */
     void load(xml::IteratorConst& element) override;

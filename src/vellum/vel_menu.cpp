@@ -15,11 +15,6 @@ Menu::Menu() : mFrame(addOwn(std::make_unique<MenuFrame>()))
     Menu::setCaption("menu");
 }
 
-Control* Menu::clone()
-{
-    return new Menu;
-}
-
 void Menu::load(xml::IteratorConst& element)
 {
     const std::string& styleClass = element->getValue("class");

@@ -18,7 +18,7 @@ class Menu : public Flow {
 public:
     Menu();
 
-    Control* clone() override;
+    Control* clone() override { return new Menu; }
 
     /**
      * Adds a row for each "item" sub-element ("caption"; nested items form submenus). "class" names

@@ -20,11 +20,6 @@ MenuBar::MenuBar()
     mStyle = widgetStyle();
 }
 
-Control* MenuBar::clone()
-{
-    return new MenuBar;
-}
-
 void MenuBar::load(xml::IteratorConst& element)
 {
     Pressable::load(element);

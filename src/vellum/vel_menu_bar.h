@@ -23,7 +23,7 @@ class MenuBar : public Pressable {
 public:
     MenuBar();
 
-    Control* clone() override;
+    Control* clone() override { return new MenuBar; }
 
     /** Adds a menu for each "item" sub-element. */
     void load(xml::IteratorConst& element) override;

@@ -67,11 +67,6 @@ MenuFrame::MenuFrame() : mRows(addOwn(std::make_unique<Rows>()))
     mRows->setMaximized(true);
 }
 
-Control* MenuFrame::clone()
-{
-    return new MenuFrame;
-}
-
 void MenuFrame::loadStyle(xml::IteratorConst& element)
 {
     Frame::loadStyle(element);

@@ -13,7 +13,7 @@ class MenuFrame : public Frame {
 public:
     MenuFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new MenuFrame; }
 
     /** As the base; the rows and their submenus take the colours over. */
     void loadStyle(xml::IteratorConst& element) override;

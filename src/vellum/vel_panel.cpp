@@ -36,11 +36,6 @@ PanelFrame::PanelFrame()
     mStyle = widgetStyle();
 }
 
-Control* PanelFrame::clone()
-{
-    return new PanelFrame;
-}
-
 void PanelFrame::draw(Area area, Area parent, Area clip)
 {
     fillBox(getRender(), pick(mStyle.mBack, Look::NORMAL), area);
@@ -52,11 +47,6 @@ Panel::Panel()
     mFrame = addOwn(std::make_unique<PanelFrame>());
     mType = mId = "panel";
     mStyle = widgetStyle();
-}
-
-Control* Panel::clone()
-{
-    return new Panel;
 }
 
 void Panel::load(xml::IteratorConst& element)

@@ -10,7 +10,7 @@ class PanelFrame : public Control {
 public:
     PanelFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new PanelFrame; }
     void draw(Area area, Area parent, Area clip) override;
 };
 
@@ -27,7 +27,7 @@ public:
 
     Panel();
 
-    Control* clone() override;
+    Control* clone() override { return new Panel; }
 
     /** Reads "caption"; the frame takes its colours from the style "panelframe". */
     void load(xml::IteratorConst& element) override;

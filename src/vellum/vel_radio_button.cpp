@@ -40,11 +40,6 @@ RadioButton::RadioButton()
     mType = mId = mCaption = "radiobutton";
 }
 
-Control* RadioButton::clone()
-{
-    return new RadioButton;
-}
-
 void RadioButton::load(xml::IteratorConst& element)
 {
     Widget::load(element);

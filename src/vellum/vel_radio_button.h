@@ -19,7 +19,7 @@ class RadioButton : public Widget {
 public:
     RadioButton();
 
-    Control* clone() override;
+    Control* clone() override { return new RadioButton; }
 
     /**
      * Reads the sub-elements "option": "name" is the text, "checked" = "true" chooses it (the last

@@ -60,11 +60,6 @@ Ruler::Ruler()
     mStyle.mText.mHighlight1 = mStyle.mText.mHighlight2 = mStyle.mCaption.mHighlight1;
 }
 
-Control* Ruler::clone()
-{
-    return new Ruler;
-}
-
 void Ruler::load(xml::IteratorConst& element)
 {
     Frame::load(element);

@@ -18,7 +18,7 @@ class Ruler : public FrameHolder<Frame, Frame> {
 public:
     Ruler();
 
-    Control* clone() override;
+    Control* clone() override { return new Ruler; }
 
     /** As the base; places the content even where nobody lays the ruler out. */
     void load(xml::IteratorConst& element) override;

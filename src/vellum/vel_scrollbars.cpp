@@ -45,11 +45,6 @@ ScrollbarsFrame::ScrollbarsFrame()
     mStyle.mBack = style::colorInfo{};
 }
 
-Control* ScrollbarsFrame::clone()
-{
-    return new ScrollbarsFrame;
-}
-
 void ScrollbarsFrame::draw(Area area, Area parent, Area clip)
 {
     fillBox(getRender(), pairOf(mStyle.mBack), area);
@@ -65,11 +60,6 @@ Scrollbars::Scrollbars()
     // Tracks lie deeper than the bodies that they border on.
     mStyle.mBack.mColor1 = mStyle.mBack.mInactive1;
     mStyle.mBack.mColor2 = mStyle.mBack.mInactive2;
-}
-
-Control* Scrollbars::clone()
-{
-    return new Scrollbars;
 }
 
 void Scrollbars::load(xml::IteratorConst& element)

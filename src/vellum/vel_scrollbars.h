@@ -10,7 +10,7 @@ class ScrollbarsFrame : public Control {
 public:
     ScrollbarsFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new ScrollbarsFrame; }
     void draw(Area area, Area parent, Area clip) override;
 };
 
@@ -26,7 +26,7 @@ class Scrollbars : public FrameHolder<Pressable, ScrollbarsFrame> {
 public:
     Scrollbars();
 
-    Control* clone() override;
+    Control* clone() override { return new Scrollbars; }
 
     /** Reads "direction": "horisontal" or "vertical" keeps only that bar. The frame takes its
         colours from the style "scrollbarsframe". */

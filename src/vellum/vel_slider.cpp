@@ -23,11 +23,6 @@ Slider::Slider()
     mType = mId = mCaption = "slider";
 }
 
-Control* Slider::clone()
-{
-    return new Slider;
-}
-
 void Slider::load(xml::IteratorConst& element)
 {
     Widget::load(element);

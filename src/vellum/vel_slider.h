@@ -17,7 +17,7 @@ class Slider : public Widget {
 public:
     Slider();
 
-    Control* clone() override;
+    Control* clone() override { return new Slider; }
 
     /**
      * Reads "min" and "max" (bounds, 0 and 1 without them, in either order), "percent" (start value

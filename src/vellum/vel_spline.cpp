@@ -158,11 +158,6 @@ Spline::~Spline()
         delete m_spline;
 }
 
-Control* Spline::clone()
-{
-    return new Spline;
-}
-
 void Spline::load(xml::IteratorConst& element)
 {
     setSpline(new Curve(Curve::SMOOTH, true), true);

@@ -37,7 +37,7 @@ public:
     Spline& operator=(const Spline&) = delete;
     ~Spline() override;
 
-    Control* clone() override;
+    Control* clone() override { return new Spline; }
 
     /**
      * Starts a curve of its own, smooth with automatic tangents. Reads "type", a mode's name, and a

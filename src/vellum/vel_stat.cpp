@@ -32,11 +32,6 @@ Stat::Stat() : mValue(HISTORY, 0.0f)
     mStyle.mText.mColor1 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
 }
 
-Control* Stat::clone()
-{
-    return new Stat;
-}
-
 bool Stat::acceptEvents(Event& event)
 {
     return mCurrent > 0.0f || Pressable::acceptEvents(event);

@@ -24,7 +24,7 @@ public:
 
     Stat();
 
-    Control* clone() override;
+    Control* clone() override { return new Stat; }
     bool acceptEvents(Event& event) override;
 
     /** The background fills the visible part; the graph spans the whole control. */

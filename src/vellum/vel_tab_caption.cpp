@@ -24,11 +24,6 @@ TabCaption::TabCaption()
     mType = mId = mCaption = "tabcaption";
 }
 
-Control* TabCaption::clone()
-{
-    return new TabCaption;
-}
-
 void TabCaption::draw(Area area, Area parent, Area clip)
 {
     fillBox(getRender(), pick(mStyle.mBack, Look::INACTIVE), area);

@@ -17,7 +17,7 @@ class TabCaption : public Widget {
 public:
     TabCaption();
 
-    Control* clone() override;
+    Control* clone() override { return new TabCaption; }
     void draw(Area area, Area parent, Area clip) override;
 
 protected:

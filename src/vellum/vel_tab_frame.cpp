@@ -12,11 +12,6 @@ TabFrame::TabFrame()
     mStyle = widgetStyle();
 }
 
-Control* TabFrame::clone()
-{
-    return new TabFrame;
-}
-
 void TabFrame::load(xml::IteratorConst& element)
 {
     Frame::load(element);

@@ -9,7 +9,7 @@ class TabFrame : public Frame {
 public:
     TabFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new TabFrame; }
 
     /** Reads "caption". */
     void load(xml::IteratorConst& element) override;

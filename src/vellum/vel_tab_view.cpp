@@ -12,11 +12,6 @@ TabView::TabView() : mTabs(addOwn(std::make_unique<TabCaption>()))
     mType = mId = mCaption = "tabview";
 }
 
-Control* TabView::clone()
-{
-    return new TabView;
-}
-
 void TabView::load(xml::IteratorConst& element)
 {
     Flow::load(element);

@@ -20,7 +20,7 @@ public:
 
     TabView();
 
-    Control* clone() override;
+    Control* clone() override { return new TabView; }
 
     /** As the base; then shows the first page. */
     void load(xml::IteratorConst& element) override;

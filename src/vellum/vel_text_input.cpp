@@ -48,11 +48,6 @@ TextInput::TextInput()
     mCaption.clear();
 }
 
-Control* TextInput::clone()
-{
-    return new TextInput;
-}
-
 void TextInput::load(xml::IteratorConst& element)
 {
     Widget::load(element);

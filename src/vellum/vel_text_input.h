@@ -18,7 +18,7 @@ class TextInput final : public Widget {
 public:
     TextInput();
 
-    Control* clone() override;
+    Control* clone() override { return new TextInput; }
 
     /** Reads "text" and "type" ("numeric", "password", anything else plain) where they stand. */
     void load(xml::IteratorConst& element) override;

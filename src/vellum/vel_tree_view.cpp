@@ -32,11 +32,6 @@ TreeView::TreeView()
     mType = mId = mCaption = "treeview";
 }
 
-Control* TreeView::clone()
-{
-    return new TreeView;
-}
-
 void TreeView::load(xml::IteratorConst& element)
 {
     Widget::load(element);

@@ -22,7 +22,7 @@ class TreeView : public Widget {
 public:
     TreeView();
 
-    Control* clone() override;
+    Control* clone() override { return new TreeView; }
 
     /**
      * Adds an item for each "item" sub-element ("id", "text"), unfolded, and those nested in it

@@ -17,11 +17,6 @@ WindowFrame::WindowFrame()
     mType = mId = "windowframe";
 }
 
-Control* WindowFrame::clone()
-{
-    return new WindowFrame;
-}
-
 Window::Window() : mCaptionbar(addOwn(std::make_unique<Caption>()))
 {
     mFrame = addOwn(std::make_unique<WindowFrame>());
@@ -31,11 +26,6 @@ Window::Window() : mCaptionbar(addOwn(std::make_unique<Caption>()))
     mStyle.mBack.mColor2 = style::Color(0.3f, 0.0f, 0.2f, 1.0f);
     setSize(mCaptionbar, CAPTION_HEIGHT);
     setPercent(mFrame, 100.0f);
-}
-
-Control* Window::clone()
-{
-    return new Window;
 }
 
 void Window::load(xml::IteratorConst& element)

@@ -13,7 +13,7 @@ class WindowFrame : public Frame {
 public:
     WindowFrame();
 
-    Control* clone() override;
+    Control* clone() override { return new WindowFrame; }
 };
 
 /**
@@ -28,7 +28,7 @@ public:
 
     Window();
 
-    Control* clone() override;
+    Control* clone() override { return new Window; }
 
     /** Reads "caption", and "class", the style of the frame ("windowframe" when missing); the
         caption bar takes its colours from the style "caption". */

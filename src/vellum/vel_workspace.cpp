@@ -27,11 +27,6 @@ Workspace::Workspace()
     mType = mId = "workspace";
 }
 
-Control* Workspace::clone()
-{
-    return new Workspace;
-}
-
 void Workspace::load(xml::IteratorConst& element)
 {
     Control::load(element);

@@ -24,7 +24,7 @@ class Workspace : public Control {
 public:
     Workspace();
 
-    Control* clone() override;
+    Control* clone() override { return new Workspace; }
 
     /**
      * As the base; then loads the font sheet named by the attribute "font", "fonthelvete2.png"
