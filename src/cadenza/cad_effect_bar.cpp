@@ -208,8 +208,8 @@ void Effect::showLanes()
         return;
 
     mArea.mMax.y = mArea.mMin.y + height;
-    if (auto* timeline = dynamic_cast<LayoutStack*>(mParent))
-        timeline->recalculate(true);
+    if (mParent)
+        mParent->childResized();
 }
 
 /** The header's colours say whether the effect is locked, off or the one clicked last. */

@@ -1,7 +1,6 @@
 #include "vellum/vel_box.h"
 
 #include "vellum/vel_area.h"
-#include "vellum/vel_box_view.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
 
@@ -53,7 +52,7 @@ void Box::draw(Area area, Area parent, Area clip)
 void Box::press(const Event& event)
 {
     const bool onCaption = contains(topStrip(atOrigin(getArea()), CAPTION_HEIGHT), event.mousePos);
-    mDragged = onCaption && dynamic_cast<BoxView*>(mParent);
+    mDragged = onCaption && mParent && mParent->letsBoxesMove();
 }
 
 void Box::drag(const Event& event)

@@ -17,6 +17,7 @@ public:
     /** Notes first whether the point is on the empty sheet: a press may remove a box. */
     int handleEvent(Event& event) override;
     void draw(Area area, Area parent, Area clip) override;
+    bool letsBoxesMove() const override { return true; }
 
 protected:
     void press(const Event&) override { mDragged = mOnSheet; }

@@ -16,7 +16,7 @@ constexpr float MARK_WIDTH = 3.0f; // pixels of the mark at the left edge of the
 
 } // namespace
 
-Caption::Caption()
+Caption::Caption(Window* window) : mWindow(window)
 {
     mType = mId = "caption";
     mCaption.clear();
@@ -45,12 +45,11 @@ void Caption::draw(Area area, Area parent, Area clip)
 
 void Caption::press(const Event& event)
 {
-    Window* const moved = window();
-    if (!moved || !isInside(event))
+    if (!mWindow || !isInside(event))
         return;
     if (event.doubleClick) {
-        moved->toggleMaximized();
-    } else if (!moved->getMaximized()) {
+        mWindow->toggleMaximized();
+    } else if (!mWindow->getMaximized()) {
         mClicked = true;
         mClickedPos = event.mousePos;
     }
@@ -58,14 +57,8 @@ void Caption::press(const Event& event)
 
 void Caption::drag(const Event& event)
 {
-    if (Window* const moved = window())
-        moved->moveBy(event.mousePos - mClickedPos);
-}
-
-/** What the caption moves; null where it is not a window's. */
-Window* Caption::window() const
-{
-    return dynamic_cast<Window*>(mParent);
+    if (mWindow)
+        mWindow->moveBy(event.mousePos - mClickedPos);
 }
 
 } // namespace zavex::vellum

@@ -9,7 +9,8 @@ class Window;
 /** The title bar of a window. Elsewhere it only shows its text. */
 class Caption : public Pressable {
 public:
-    Caption();
+    /** @param window  What the bar drags, around it; or null. */
+    explicit Caption(Window* window = nullptr);
 
     Control* clone() override { return new Caption; }
 
@@ -25,7 +26,7 @@ protected:
     mathbase::Vector2f mClickedPos{0, 0}; // where it started, in local coordinates
 
 private:
-    Window* window() const;
+    Window* const mWindow; // not owned; may be null
 };
 
 } // namespace zavex::vellum

@@ -36,6 +36,9 @@ public:
     mathbase::Vector3f getColor() const;
 
 protected:
+    /** Nothing: the parts share the area. */
+    void loadChildArea(Control&, xml::IteratorConst&) override {}
+
     ColorChooserFrame* mFrame;         // owned as a child
     ColorChooserStatFrame* mStatFrame; // owned as a child
 };

@@ -144,20 +144,8 @@ void Context::open()
 void Context::sendContextEvent(Event& event)
 {
     event.action = mCaption + "." + event.action;
-    if (!mParent)
-        return;
-    if (auto* menu = dynamic_cast<Context*>(mParent)) {
-        menu->sendContextEvent(event);
-        return;
-    }
-
-    Control& owner = *mParent;
-    const std::string action = event.action;
-    const ControlWatch self(*this);
-    const ControlWatch ownerWatch(owner);
-    owner.handleEvent(event);
-    if (!self.isGone() && !ownerWatch.isGone())
-        owner.sendContextAction(this, action);
+    if (mParent)
+        mParent->takeChoice(*this, event);
 }
 
 void Context::loadItems(xml::IteratorConst& element)

@@ -71,6 +71,7 @@ public:
 
     /** Puts this menu's caption before the action and passes it on, up to the owner. */
     virtual void sendContextEvent(Event& event);
+    void takeChoice(Context&, Event& event) override { sendContextEvent(event); }
 
     /**
      * Takes over the colours of an owner, for the submenus too. Where the owner's text has none for

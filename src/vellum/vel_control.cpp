@@ -403,7 +403,6 @@ void Control::resetContext()
 void Control::draw(Area, Area parent, Area clip)
 {
     const Area world = getArea() + parent.mMin;
-    const bool drawsAll = mType == "workspace";
     for (std::size_t i = 0; i < mChild.size(); ++i) {
         Control* child = mChild[i];
         const Area childWorld = child->getArea() + world.mMin;
@@ -413,7 +412,7 @@ void Control::draw(Area, Area parent, Area clip)
         getRender().setClipArea(visible);
 
         const bool showing = visible.getWidth() >= 1.0f && visible.getHeight() >= 1.0f;
-        if ((showing || drawsAll) && child->getVisible())
+        if ((showing || drawsAllChildren()) && child->getVisible())
             child->draw(childWorld, world, visible);
     }
 }
@@ -422,6 +421,21 @@ void Control::letGo()
 {
     for (Control* child : mChild)
         child->letGo();
+}
+
+Workspace* Control::getWorkspace()
+{
+    return mParent ? mParent->getWorkspace() : nullptr;
+}
+
+void Control::takeChoice(Context& menu, Event& event)
+{
+    const std::string action = event.action;
+    const ControlWatch self(*this);
+    const ControlWatch menuWatch(menu);
+    handleEvent(event);
+    if (!self.isGone() && !menuWatch.isGone())
+        sendContextAction(&menu, action);
 }
 
 /** False when a child's handling of the event destroyed this control. */

@@ -26,6 +26,7 @@ class Callback;
 class Context;
 class ControlWatch;
 class Render;
+class Workspace;
 
 /**
  * A node of the tree that makes up the screen: a rectangle with colours, children and observers.
@@ -231,7 +232,38 @@ public:
     /** Ends every drag in this subtree, unreported, once the control was hidden. */
     virtual void letGo();
 
+    /** The workspace that the root of this tree is; null without one. */
+    virtual Workspace* getWorkspace();
+
+    // What those in or below the control ask it.
+
+    /** Whether the user can drag boxes about on the control. */
+    virtual bool letsBoxesMove() const { return false; }
+
+    /** Whether events reach the tree, too, while a pop-up menu of the control is open. */
+    virtual bool letsEventsThrough() const { return false; }
+
+    /** A child changed its height. Lays the children out. */
+    virtual void childResized() { setArea(); }
+
+    /**
+     * A scroll area moves the control's bottom-right corner.
+     *
+     * @param corner  In the parent's coordinates.
+     * @return  whether that is possible; unless overridden it is not.
+     */
+    virtual bool moveCorner([[maybe_unused]] mathbase::Vector2f corner) { return false; }
+
+    /**
+     * A choice came up from `menu`, whose owner this control is: handles the event and reports it
+     * to the control's observers.
+     */
+    virtual void takeChoice(Context& menu, Event& event);
+
 protected:
+    /** Whether children are drawn even where they are out of sight. */
+    virtual bool drawsAllChildren() const { return false; }
+
     /**
      * Makes `child` the last of this control's own children, whatever the `addControl` of a
      * subclass does with it. Destroys it when there is no memory for that.

@@ -69,9 +69,6 @@ void Flow::setPercent(Control* child, float percent)
 
 void Flow::loadChildArea(Control& child, xml::IteratorConst& area)
 {
-    // Windows and other subclasses arrange their content themselves.
-    if (mType != "flow")
-        return;
     if (!area->getValue("size").empty())
         setSize(&child, area->getValueFloat("size"));
     if (!area->getValue("percent").empty())

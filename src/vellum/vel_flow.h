@@ -37,7 +37,7 @@ public:
     void setPercent(Control* child, float percent);
 
 protected:
-    /** "size" and "percent" of a child's area, read by plain flows only. */
+    /** Reads "size" and "percent" of a child's area. */
     void loadChildArea(Control& child, xml::IteratorConst& area) override;
 
     Direction mDirection = DIRECTION_VERTICAL;

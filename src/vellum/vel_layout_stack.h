@@ -26,6 +26,9 @@ public:
     /** Fills the rectangle with the background gradient and draws the children over it. */
     void draw(Area area, Area parent, Area clip) override;
 
+    /** Closes the gap or makes room. */
+    void childResized() override { recalculate(true); }
+
     virtual void setVertical();
     virtual void setHorisontal();
 

@@ -33,6 +33,10 @@ public:
     /** The rows, to which more can be added; owned by this menu. */
     Context& getRows();
 
+protected:
+    /** Nothing: the rows have the whole area. */
+    void loadChildArea(Control&, xml::IteratorConst&) override {}
+
 private:
     MenuFrame* mFrame; // owned, as a child
 };

@@ -31,6 +31,7 @@ public:
     /** Closes the bar's menu. The bar takes all events until the button that did it is released. */
     void resetContext() override;
     void draw(Area area, Area parent, Area clip) override;
+    bool letsEventsThrough() const override { return true; }
 
     /** Adds a menu at the right end: its title is the "caption" of `item`, its rows are the "item"
         elements below that. */

@@ -2,7 +2,6 @@
 
 #include "vellum/vel_area.h"
 #include "vellum/vel_frame.h"
-#include "vellum/vel_layout_stack.h"
 #include "vellum/vel_look.h"
 
 #include "display/dis_font.h"
@@ -18,15 +17,6 @@ namespace {
 
 constexpr float TEXT_INSET = 8.0f;  // pixels between the edges and the caption
 constexpr float MARK_SPACE = 12.0f; // pixels kept for the fold mark at the right
-
-/** Lets a column close up behind a child whose height changed. */
-void layOutAgain(Control& parent)
-{
-    if (auto* stack = dynamic_cast<LayoutStack*>(&parent))
-        stack->recalculate(true);
-    else
-        parent.setArea();
-}
 
 } // namespace
 
@@ -93,7 +83,7 @@ void Panel::setFolded(bool folded)
     mArea.mMax.y = mArea.mMin.y + (folded ? CAPTION_HEIGHT : mUnfoldedHeight);
     setArea();
     if (mParent)
-        layOutAgain(*mParent);
+        mParent->childResized();
     sendAction(ACTION_WINDOW_RESIZE);
 }
 

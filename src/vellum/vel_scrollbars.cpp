@@ -3,7 +3,6 @@
 #include "vellum/vel_area.h"
 #include "vellum/vel_frame.h"
 #include "vellum/vel_look.h"
-#include "vellum/vel_window.h"
 
 #include "xml/xml_iteratorconst.h"
 
@@ -19,7 +18,6 @@ namespace {
 
 constexpr float STEP = 50.0f;            // pixels of content that a page or a wheel notch scrolls
 constexpr float SMALLEST_PARENT = 80.0f; // pixels, width and height
-constexpr const char* RESIZED_TYPE = "windowframe";
 
 Look handleLook(bool down, bool highlighted)
 {
@@ -246,23 +244,17 @@ void Scrollbars::drag(const Event& event)
         reportScroll();
         return;
     }
-    if (mResize && mParent && mParent->getType() == RESIZED_TYPE)
+    if (mResize && mParent)
         resizeParent(event.mousePosWorld);
 }
 
 void Scrollbars::resizeParent(Vector2f pointer)
 {
-    auto* const window = dynamic_cast<Window*>(mParent->getParent());
-    if (window && window->getMaximized())
-        return;
     const Area frame = mParent->getArea();
     Vector2f corner = frame.mMin + Vector2f(SMALLEST_PARENT, SMALLEST_PARENT);
     corner.maxi(mOldAreaMax + pointer - mMousePos);
-    if (window)
-        window->resizeFrame(corner);
-    else
-        mParent->setArea(Area(frame.mMin, corner));
-
+    if (!mParent->moveCorner(corner))
+        return;
     mScrollPosition = {mResizePercent.x * rangeOf(AXIS_X), mResizePercent.y * rangeOf(AXIS_Y)};
     buildScrollbars();
     sendAction(ACTION_WINDOW_RESIZE);

@@ -19,7 +19,7 @@ constexpr float MARK_HEIGHT = 2.0f; // pixels of the line above the selected tab
 
 } // namespace
 
-TabCaption::TabCaption()
+TabCaption::TabCaption(TabView* view) : mView(view)
 {
     mType = mId = mCaption = "tabcaption";
 }
@@ -27,7 +27,7 @@ TabCaption::TabCaption()
 void TabCaption::draw(Area area, Area parent, Area clip)
 {
     fillBox(getRender(), pick(mStyle.mBack, Look::INACTIVE), area);
-    const std::int32_t selected = view() ? view()->getSelected() : -1;
+    const std::int32_t selected = mView ? mView->getSelected() : -1;
     const float common = commonWidth();
     float left = area.mMin.x;
     for (std::int32_t page = 0; page < pageCount(); ++page) {
@@ -53,25 +53,20 @@ bool TabCaption::pressKey(const Event& event)
 {
     if (event.key != display::KEY_LEFT && event.key != display::KEY_RIGHT)
         return false;
-    if (TabView* tabs = view())
-        show(tabs->getSelected() + (event.key == display::KEY_LEFT ? -1 : 1));
+    if (mView)
+        show(mView->getSelected() + (event.key == display::KEY_LEFT ? -1 : 1));
     return true;
-}
-
-TabView* TabCaption::view() const
-{
-    return dynamic_cast<TabView*>(mParent);
 }
 
 std::int32_t TabCaption::pageCount() const
 {
-    return view() ? view()->getPageCount() : 0;
+    return mView ? mView->getPageCount() : 0;
 }
 
 /** Width of the tab of a page that exists, in pixels, where there is room for all. */
 float TabCaption::wantedWidth(std::int32_t page) const
 {
-    return getRender().getTextLength(view()->getPage(page)->getCaption()) + 2.0f * PADDING;
+    return getRender().getTextLength(mView->getPage(page)->getCaption()) + 2.0f * PADDING;
 }
 
 /** What every tab is as wide as, in pixels; -1 where each is as wide as it wants to be. */
@@ -104,7 +99,7 @@ void TabCaption::show(std::int32_t page)
 {
     if (page < 0 || page >= pageCount())
         return;
-    view()->select(page);
+    mView->select(page);
     setFocus(nullptr);
 }
 
@@ -117,7 +112,7 @@ void TabCaption::drawTab(std::int32_t page, const Area& tab, bool selected)
         fillBox(render,
                 pick(mStyle.mCaption, hasKeyboardFocus(*this) ? Look::HOVERED : Look::NORMAL),
                 {tab.mMin.x, tab.mMin.y, tab.mMax.x, tab.mMin.y + MARK_HEIGHT});
-    drawLabel(view()->getPage(page)->getCaption(),
+    drawLabel(mView->getPage(page)->getCaption(),
               {tab.getCenter(), tab.getWidth() - PADDING, display::Font::ALIGN_CENTER},
               mInactive ? Look::INACTIVE : Look::NORMAL);
 }

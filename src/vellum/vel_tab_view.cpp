@@ -7,7 +7,7 @@
 
 namespace zavex::vellum {
 
-TabView::TabView() : mTabs(addOwn(std::make_unique<TabCaption>()))
+TabView::TabView() : mTabs(addOwn(std::make_unique<TabCaption>(this)))
 {
     mType = mId = mCaption = "tabview";
 }

@@ -34,12 +34,6 @@ bool isTyping(display::Key key)
            (key >= display::KEY_KP_0 && key <= display::KEY_KP_EQUAL);
 }
 
-/** Null where the tree has no workspace. */
-Workspace* clipboardOf(Control& control)
-{
-    return dynamic_cast<Workspace*>(control.getRoot());
-}
-
 } // namespace
 
 TextInput::TextInput()
@@ -153,7 +147,7 @@ bool TextInput::moveByKey(const Event& event)
 
 bool TextInput::pressShortcut(const Event& event)
 {
-    Workspace* const clipboard = clipboardOf(*this);
+    Workspace* const clipboard = getWorkspace();
     switch (event.key) {
         case display::KEY_a:
             mLine.moveTo(0, false);
@@ -175,7 +169,7 @@ bool TextInput::pressShortcut(const Event& event)
 /** False when there is nothing to copy or nowhere to. */
 bool TextInput::copy()
 {
-    Workspace* const clipboard = clipboardOf(*this);
+    Workspace* const clipboard = getWorkspace();
     const std::string text = mLine.selected();
     if (!clipboard || text.empty())
         return false;

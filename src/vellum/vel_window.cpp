@@ -12,14 +12,25 @@ namespace zavex::vellum {
 
 using mathbase::Vector2f;
 
-WindowFrame::WindowFrame()
+WindowFrame::WindowFrame(Window* window) : mWindow(window)
 {
     mType = mId = "windowframe";
 }
 
-Window::Window() : mCaptionbar(addOwn(std::make_unique<Caption>()))
+bool WindowFrame::moveCorner(Vector2f corner)
 {
-    mFrame = addOwn(std::make_unique<WindowFrame>());
+    if (mWindow && mWindow->getMaximized())
+        return false;
+    if (mWindow)
+        mWindow->resizeFrame(corner);
+    else
+        setArea(Area(getArea().mMin, corner));
+    return true;
+}
+
+Window::Window() : mCaptionbar(addOwn(std::make_unique<Caption>(this)))
+{
+    mFrame = addOwn(std::make_unique<WindowFrame>(this));
     mType = mId = "window";
     mStyle.mBack.mBorder1 = mStyle.mBack.mBorder2 = style::Color(0.0f, 0.0f, 0.0f, 1.0f);
     mStyle.mBack.mColor1 = style::Color(0.4f, 1.1f, 0.4f, 1.0f);

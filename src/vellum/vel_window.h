@@ -7,13 +7,21 @@
 namespace zavex::vellum {
 
 class Caption;
+class Window;
 
-/** The content of a window. */
+/** The content of a window. A scroll area that fills it resizes the window, or this alone. */
 class WindowFrame : public Frame {
 public:
-    WindowFrame();
+    /** @param window  The window around it; or null. */
+    explicit WindowFrame(Window* window = nullptr);
 
     Control* clone() override { return new WindowFrame; }
+
+    /** Nothing while the window is maximized. */
+    bool moveCorner(mathbase::Vector2f corner) override;
+
+private:
+    Window* const mWindow; // not owned; may be null
 };
 
 /**

@@ -89,6 +89,11 @@ void Workspace::resetContext()
     Control::resetContext();
 }
 
+Workspace* Workspace::getWorkspace()
+{
+    return mParent ? Control::getWorkspace() : this;
+}
+
 void Workspace::draw()
 {
     if (!getVisible())
@@ -130,7 +135,7 @@ void Workspace::letGo()
 std::optional<int> Workspace::passToMenu(Event& event)
 {
     Context* const menu = mContext;
-    const bool lettingThrough = menu->getParent()->getType() == "menubar";
+    const bool lettingThrough = menu->getParent()->letsEventsThrough();
     const ControlWatch self(*this);
     const ControlWatch menuWatch(*menu);
     const int handled = menu->handleEvent(event);

@@ -48,7 +48,7 @@ public:
      * menu at the second release of the left button after its opening.
      *
      * Nothing but the menu sees an event as long as a menu is open, and nothing but the menu sees a
-     * press that closes it. A menu whose owner is of type "menubar" lets all events through.
+     * press that closes it, unless the owner of the menu lets events through.
      */
     int handleEvent(Event& event) override;
 
@@ -60,12 +60,16 @@ public:
 
     /** Also closes the open menu. */
     void letGo() override;
+    Workspace* getWorkspace() override;
 
     /** Draws the tree, then the open menu. `Render::setupDraw` must have been called. */
     void draw();
 
     void setCopyString(const std::string& text);
     const std::string& getCopyString() const;
+
+protected:
+    bool drawsAllChildren() const override { return true; }
 
 private:
     std::optional<int> passToMenu(Event& event);

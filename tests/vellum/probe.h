@@ -134,11 +134,12 @@ public:
 /** The top of a tree: answers for the render, styles and the pop-up menu, as the workspace does. */
 class Root : public Probe {
 public:
-    explicit Root(Area area = Area(0, 0, 200, 100)) : Probe("root", area) { mType = "workspace"; }
+    explicit Root(Area area = Area(0, 0, 200, 100)) : Probe("root", area) {}
 
     Render& getRender() override { return render; }
     void setContext(Context* context) override { menu = context; }
     void resetContext() override { menu = nullptr; }
+    bool drawsAllChildren() const override { return true; }
     xml::IteratorConst getStyle(const std::string& name) const override
     {
         return std::as_const(styles).createIterator(name);

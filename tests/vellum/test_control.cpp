@@ -347,12 +347,12 @@ TEST(ControlClip, DecidesWhetherTheChildIsDrawnExceptOnAWorkspace)
     for (const ClipCase& row : CLIP_CASES) {
         SCOPED_TRACE(row.name);
         const Area place(100, 50, 200, 150);
-        for (Probe* panel : {new Probe("panel", place), static_cast<Probe*>(new Root(place))}) {
+        for (const bool always : {false, true}) {
+            Probe* const panel = always ? new Root(place) : new Probe("panel", place);
             Root root(Area(0, 0, 300, 300));
             root.addControl(panel);
             Probe& child = addProbe(*panel, "child", row.child);
             root.draw(root.getArea(), root.getArea(), root.getArea());
-            const bool always = panel->getType() == "workspace";
             EXPECT_EQ(child.drawn.size(), row.drawn || always ? 1u : 0u);
             auto& render = dynamic_cast<RecordingRender&>(panel->getRender());
             EXPECT_EQ(text(render.clips.back()), row.clip);
