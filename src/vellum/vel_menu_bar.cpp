@@ -120,10 +120,15 @@ bool MenuBar::release(const Event&)
     return false;
 }
 
+void MenuBar::drop()
+{
+    mClicked = mFirstHit = false;
+    mMouseOverIndex = -1;
+}
+
 void MenuBar::close()
 {
-    mClicked = false;
-    mFirstHit = false;
+    drop();
     resetContext();
 }
 

@@ -49,6 +49,9 @@ protected:
     /** While a menu of the bar is open. */
     bool isHeld() const override { return mClicked; }
 
+    /** Leaves the menu itself open. */
+    void drop() override;
+
     /** Also while inactive, to close what is open. */
     bool isUsable() const override { return true; }
 
