@@ -47,8 +47,9 @@ public:
     /** Creates nothing unless overridden. */
     void setup() override {}
 
-    /** Draws one frame by `drawFrame`. */
-    void draw(float time, float delta, float progress) final;
+    /** Draws one frame by `drawFrame`. What overrides this instead answers for all states itself.
+     */
+    void draw(float time, float delta, float progress) override;
     using Effect::draw;
 
     /** @param common  Not owned; must outlive this effect. Set right after the effect was created.
@@ -59,8 +60,10 @@ public:
     void rehearse() final;
 
 protected:
-    /** Draws one frame, with what `draw` is given. */
-    virtual void drawFrame(float time, float delta, float progress) = 0;
+    /** Draws one frame, with what `draw` is given; nothing unless overridden. */
+    virtual void drawFrame([[maybe_unused]] float time, [[maybe_unused]] float delta,
+                           [[maybe_unused]] float progress)
+    {}
 
     /**
      * Draws as `drawFrame` does for a `delta` of 0, and leaves all members of this effect that

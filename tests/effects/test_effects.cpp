@@ -94,7 +94,9 @@ TEST_F(Effects, TheGlowLooksAsItDidWhateverWasDrawnBefore)
         EXPECT_EQ(Immediate::live().color(), colour);
         EXPECT_EQ(mWindow->getFBO(), mCommon.mVaddr[0]);
 
-        // A small bright square, off the middle so that a mirrored picture would show.
+        // A small bright square, off the middle so that a mirrored picture would show, and plain
+        // even if a texture that is still bound were laid on it.
+        Immediate::live().change().texturing = true;
         DisplayObsolete::setProject(mathbase::Matrix4x4Col());
         DisplayObsolete::setColor(1.0f, 0.9f, 0.7f, 1.0f);
         DisplayObsolete::drawBox(-0.65f, 0.35f, -0.35f, 0.65f, DisplayObsolete::SOLID);
