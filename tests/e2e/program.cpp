@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <thread>
@@ -23,54 +22,6 @@
 namespace zavex::test {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-Clock::time_point after(double seconds)
-{
-    return Clock::now() +
-           std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-}
-
-int millisecondsUntil(Clock::time_point deadline)
-{
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return static_cast<int>(std::max<long>(left.count(), 0));
-}
-
-/** In the child: replaces the process image, or ends with 127 as a shell does. */
-[[noreturn]] void execute(const std::vector<std::string>& arguments, const Environment& environment)
-{
-    for (const auto& [name, value] : environment)
-        setenv(name.c_str(), value.c_str(), 1);
-    std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 1);
-    for (const std::string& argument : arguments)
-        pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-    execvp(pointers[0], pointers.data());
-    _exit(127);
-}
-
-int statusOf(int wait)
-{
-    return WIFEXITED(wait) ? WEXITSTATUS(wait) : 128 + WTERMSIG(wait);
-}
-
-std::string readAll(int descriptor)
-{
-    std::string text;
-    std::array<char, 4096> buffer{};
-    ssize_t count = 0;
-    while ((count = ::read(descriptor, buffer.data(), buffer.size())) > 0)
-        text.append(buffer.data(), static_cast<std::size_t>(count));
-    return text;
-}
-
-} // namespace
 
 bool isReplaced(const Files::value_type& found, const Files::value_type& before,
                 const Files::value_type& after)
@@ -97,36 +48,13 @@ ShowCopy::ShowCopy(std::string_view sections)
     write("setup.xml", "<demo>\n" + std::string(sections) + "\n</demo>\n");
 }
 
-VirtualScreen::VirtualScreen(int width, int height)
+VirtualScreen::VirtualScreen(const std::string& size)
+    : mServer({"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "+extension", "GLX",
+               "-nolisten", "tcp", "-noreset"}),
+      mDisplay(":" + mServer.readUntil('\n'))
 {
-    const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
-    std::array<int, 2> ready{};
-    if (pipe(ready.data()) != 0)
-        throw Exception("No pipe for the virtual screen");
-    mPid = fork();
-    if (mPid == 0) {
-        close(ready[0]);
-        execute({"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0", size, "+extension",
-                 "GLX", "-nolisten", "tcp", "-noreset"},
-                {});
-    }
-    close(ready[1]);
-    // The number and the end of its line may come one after the other.
-    std::string number;
-    for (char digit = 0; ::read(ready[0], &digit, 1) == 1 && digit != '\n';)
-        number += digit;
-    close(ready[0]);
-    if (number.empty()) {
-        waitpid(mPid, nullptr, 0);
+    if (mDisplay == ":")
         throw Exception("The virtual screen does not start");
-    }
-    mDisplay = ":" + number;
-}
-
-VirtualScreen::~VirtualScreen()
-{
-    kill(mPid, SIGTERM);
-    waitpid(mPid, nullptr, 0);
 }
 
 Program::Program(const fs::path& folder, const Environment& environment,
@@ -168,7 +96,7 @@ Program::~Program()
 bool Program::readSome(double seconds)
 {
     pollfd waiting{mTerminal, POLLIN, 0};
-    if (poll(&waiting, 1, millisecondsUntil(after(seconds))) <= 0)
+    if (poll(&waiting, 1, static_cast<int>(1000.0 * std::max(0.0, seconds))) <= 0)
         return false;
     std::array<char, 4096> buffer{};
     const ssize_t count = ::read(mTerminal, buffer.data(), buffer.size());
@@ -176,7 +104,7 @@ bool Program::readSome(double seconds)
         return false;
     mPartial.append(buffer.data(), static_cast<std::size_t>(count));
     for (std::size_t end = 0; (end = mPartial.find('\n')) != std::string::npos;) {
-        mLines.push_back({Clock::now(), mPartial.substr(0, end)});
+        mLines.push_back({steadySeconds(), mPartial.substr(0, end)});
         mPartial.erase(0, end + 1);
     }
     return true;
@@ -184,30 +112,29 @@ bool Program::readSome(double seconds)
 
 int Program::waitForLine(std::string_view part, std::size_t from, double seconds)
 {
-    const Clock::time_point deadline = after(seconds);
+    const double deadline = steadySeconds() + seconds;
     for (std::size_t index = from;;) {
         for (; index < mLines.size(); ++index) {
             if (mLines[index].text.find(part) != std::string::npos)
                 return static_cast<int>(index);
         }
-        if (!readSome(millisecondsUntil(deadline) / 1000.0) && mLines.size() <= index)
+        if (!readSome(deadline - steadySeconds()) && mLines.size() <= index)
             return -1;
     }
 }
 
 void Program::listen(double seconds)
 {
-    const Clock::time_point deadline = after(seconds);
-    while (millisecondsUntil(deadline) > 0) {
-        if (!readSome(millisecondsUntil(deadline) / 1000.0))
+    const double deadline = steadySeconds() + seconds;
+    while (steadySeconds() < deadline)
+        if (!readSome(deadline - steadySeconds()))
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
 }
 
 int Program::waitForEnd(double seconds)
 {
-    const Clock::time_point deadline = after(seconds);
-    while (millisecondsUntil(deadline) > 0) {
+    const double deadline = steadySeconds() + seconds;
+    while (steadySeconds() < deadline) {
         readSome(0.02);
         int wait = 0;
         if (waitpid(mPid, &wait, WNOHANG) != mPid)
@@ -257,28 +184,6 @@ Files record(const TemporaryFolder& show, const VirtualScreen& screen)
     if (program.waitForEnd(240.0) != 0)
         throw Exception("The recording does not end well:\n%s", program.output().c_str());
     return filesIn(show, "frames");
-}
-
-std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment)
-{
-    std::array<int, 2> out{};
-    if (pipe(out.data()) != 0)
-        throw Exception("No pipe for '%s'", arguments[0].c_str());
-    const int pid = fork();
-    if (pid == 0) {
-        dup2(out[1], STDOUT_FILENO);
-        close(out[0]);
-        close(out[1]);
-        execute(arguments, environment);
-    }
-    close(out[1]);
-    std::string text = readAll(out[0]);
-    close(out[0]);
-    int wait = 0;
-    waitpid(pid, &wait, 0);
-    if (statusOf(wait) != 0)
-        throw Exception("'%s' ended with status %d", arguments[0].c_str(), statusOf(wait));
-    return text;
 }
 
 std::string runOnScreen(const VirtualScreen& screen, const std::vector<std::string>& arguments)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "support/process.h"
 #include "support/temporary_folder.h"
 
-#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -11,15 +11,6 @@
 #include <vector>
 
 namespace zavex::test {
-
-using Environment = std::vector<std::pair<std::string, std::string>>;
-
-inline Environment variable(const std::string& name, const std::string& value)
-{
-    return {
-        std::pair{name, value}
-    };
-}
 
 /** Files by name, in order, and what they hold. */
 using Files = std::vector<std::pair<std::string, std::string>>;
@@ -49,24 +40,21 @@ public:
 /** An X server without a screen, for one test. Throws when none starts. */
 class VirtualScreen {
 public:
-    explicit VirtualScreen(int width = 1024, int height = 768);
-    VirtualScreen(const VirtualScreen&) = delete;
-    VirtualScreen& operator=(const VirtualScreen&) = delete;
-    ~VirtualScreen();
+    explicit VirtualScreen(const std::string& size = "1024x768");
 
     /** For the environment: ":7". */
     const std::string& display() const { return mDisplay; }
 
-    int pid() const { return mPid; }
+    int pid() const { return mServer.pid(); }
 
 private:
-    int mPid = -1;
+    Process mServer;
     std::string mDisplay;
 };
 
 /** One line of what a program printed, and when it was read. */
 struct OutputLine {
-    std::chrono::steady_clock::time_point when;
+    double when = 0.0; // steady seconds
     std::string text;
 };
 
@@ -142,10 +130,7 @@ double demoTimeIn(const OutputLine& line);
  */
 Files record(const TemporaryFolder& show, const VirtualScreen& screen);
 
-/** Runs a program to its end. @return its standard output; throws when its status is not 0. */
-std::string runProgram(const std::vector<std::string>& arguments, const Environment& environment);
-
-/** As `runProgram`, on a screen. */
+/** Runs a program to its end on a screen. @return its output; throws when its status is not 0. */
 std::string runOnScreen(const VirtualScreen& screen, const std::vector<std::string>& arguments);
 
 } // namespace zavex::test

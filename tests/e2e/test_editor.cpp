@@ -254,7 +254,7 @@ struct Editor : testing::Test {
         Point origin;
     };
 
-    VirtualScreen mScreen{WIDTH, HEIGHT};
+    VirtualScreen mScreen{"720x1500"};
     ShowCopy mShow{"<display/>"};
 };
 

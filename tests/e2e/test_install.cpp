@@ -27,23 +27,21 @@ class Installed : public testing::Test {
 protected:
     Installed()
     {
-        runProgram({CADENZA_CMAKE, "--install", CADENZA_BUILD_DIR, "--prefix", mPlace.path(PREFIX)},
-                   {});
-        runProgram({"chmod", "-R", "a-w", mPlace.path(SHOW)}, {});
+        runProgram(
+            {CADENZA_CMAKE, "--install", CADENZA_BUILD_DIR, "--prefix", mPlace.path(PREFIX)});
+        runProgram({"chmod", "-R", "a-w", mPlace.path(SHOW)});
         fs::create_directory(mPlace.path("a home"));
     }
 
     void TearDown() override { allowWriting(); }
 
-    void allowWriting() { runProgram({"chmod", "-R", "u+w", mPlace.path(SHOW)}, {}); }
+    void allowWriting() { runProgram({"chmod", "-R", "u+w", mPlace.path(SHOW)}); }
 
     /** Starts the launcher from somewhere else. */
     std::unique_ptr<Program> start(const std::string& home)
     {
-        const Environment user{
-            std::pair{"HOME",          mPlace.path(home)},
-            {"XDG_DATA_HOME", ""               }
-        };
+        auto user = variable("HOME", mPlace.path(home));
+        user.emplace_back("XDG_DATA_HOME", "");
         return std::make_unique<Program>("/", mScreen, user, std::nullopt,
                                          mPlace.path(PREFIX + "/bin/afterglow"));
     }
@@ -123,8 +121,7 @@ TEST_F(Installed, WithoutAPlaceForTheCopyTheLauncherSaysSoInOneLine)
 TEST_F(Installed, TheDesktopFindsIt)
 {
     runProgram(
-        {"desktop-file-validate", mPlace.path(PREFIX + "/share/applications/afterglow.desktop")},
-        {});
+        {"desktop-file-validate", mPlace.path(PREFIX + "/share/applications/afterglow.desktop")});
     EXPECT_TRUE(fs::exists(mPlace.path(PREFIX + "/share/icons/hicolor/48x48/apps/afterglow.png")));
 }
 

@@ -78,7 +78,7 @@ struct KilledSave : testing::Test {
         }
         const auto& lines = program.lines();
         // Behind the line that names the last file, and where that was printed, something follows.
-        return std::chrono::duration<double>(lines[end + 2].when - lines[begin].when).count();
+        return lines[end + 2].when - lines[begin].when;
     }
 
     /** @return whether saving had begun. */
@@ -89,8 +89,8 @@ struct KilledSave : testing::Test {
         EXPECT_GE(begin, 0) << program.output();
         if (begin < 0)
             return false;
-        std::this_thread::sleep_until(program.lines()[begin].when +
-                                      std::chrono::duration<double>(seconds));
+        std::this_thread::sleep_for(
+            std::chrono::duration<double>(program.lines()[begin].when + seconds - steadySeconds()));
         kill(program.pid(), SIGKILL);
         program.waitForEnd();
         return program.waitForLine(SAVING, begin, 0.0) >= 0;

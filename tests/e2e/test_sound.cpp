@@ -135,7 +135,7 @@ struct Reading {
 
 Reading readingOf(const OutputLine& line)
 {
-    return {demoTimeIn(line), std::chrono::duration<double>(line.when.time_since_epoch()).count()};
+    return {demoTimeIn(line), line.when};
 }
 
 /** The program on a sound server and a screen of its own, and what is heard of it. */

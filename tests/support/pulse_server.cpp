@@ -1,22 +1,11 @@
 #include "support/pulse_server.h"
 
-#include <sys/prctl.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <sys/wait.h>
-
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
-#include <cstdlib>
+#include <csignal>
 #include <cstring>
 #include <limits>
-#include <stdexcept>
 
 namespace zavex::test {
 
@@ -25,136 +14,54 @@ namespace {
 constexpr int FRAME_BYTES = 4; // two channels of 16 bits
 // The sink hands to the recording what it mixes, and states that it plays it this much later.
 constexpr double SINK_BLOCK_SECONDS = 0.010;
-constexpr std::chrono::seconds START_LIMIT{20};
-
-/** Starts a program that ends with this one; `output` becomes its standard output when not -1. */
-pid_t startProgram(std::vector<std::string> arguments, int output,
-                   const std::vector<std::pair<std::string, std::string>>& environment)
-{
-    std::vector<char*> argv;
-    for (std::string& argument : arguments)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
-    const pid_t child = fork();
-    if (child < 0)
-        throw std::runtime_error("cannot start " + arguments.front());
-    if (child > 0)
-        return child;
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (output != -1)
-        dup2(output, STDOUT_FILENO);
-    dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
-    for (const auto& [name, value] : environment)
-        setenv(name.c_str(), value.c_str(), 1);
-    execvp(argv[0], argv.data());
-    _exit(127);
-}
-
-void endProgram(pid_t& program)
-{
-    if (program == -1)
-        return;
-    kill(program, SIGTERM);
-    waitpid(program, nullptr, 0);
-    program = -1;
-}
-
-bool canConnect(const std::string& path)
-{
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
-    const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool connected =
-        connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
-    close(connection);
-    return connected;
-}
 
 } // namespace
-
-PulseServer::PulseServer()
-{
-    start();
-}
 
 void PulseServer::start()
 {
     const std::string folder = mFolder.path().string();
-    mServer = startProgram(
-        {
+    const std::string socket = "socket=" + mFolder.path("native");
+    mServer.emplace(
+        std::vector<std::string>{
             "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-            "--disable-shm=yes", "--log-target=stderr", "-L",
-            "module-native-protocol-unix auth-anonymous=1 socket=" + socketPath(), "-L",
+            "--disable-shm=yes", "--log-target=file:" + mFolder.path("log"), "-L",
+            "module-native-protocol-unix auth-anonymous=1 " + socket, "-L",
             "module-null-sink sink_name=cadenza rate=44100 channels=2"
     },
-        -1, {{"HOME", folder}, {"XDG_RUNTIME_DIR", folder}});
-
-    const auto limit = std::chrono::steady_clock::now() + START_LIMIT;
-    while (!canConnect(socketPath())) {
-        const bool hasEnded = waitpid(mServer, nullptr, WNOHANG) != 0;
-        if (hasEnded || std::chrono::steady_clock::now() > limit) {
-            endProgram(mServer);
-            throw std::runtime_error("the sound server does not start");
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-}
-
-PulseServer::~PulseServer()
-{
-    signal(SIGCONT);
-    endProgram(mServer);
-}
-
-void PulseServer::signal(int number) const
-{
-    kill(mServer, number);
+        Environment{{"HOME", folder}, {"XDG_RUNTIME_DIR", folder}});
+    runProgram(
+        {"timeout", "20", "sh", "-c", "until pactl info >&2; do sleep 0.05; done 2>/dev/null"},
+        environment());
 }
 
 void PulseServer::restart()
 {
-    signal(SIGKILL);
-    waitpid(mServer, nullptr, 0);
+    mServer->end(SIGKILL);
     start();
 }
 
-std::vector<std::pair<std::string, std::string>> PulseServer::environment() const
+Environment PulseServer::environment() const
 {
     return {
-        {"ALSOFT_DRIVERS", "pulse"               },
-        {"PULSE_SERVER",   "unix:" + socketPath()},
-        {"PULSE_COOKIE",   mFolder.path("cookie")}
+        {"ALSOFT_DRIVERS", "pulse"                         },
+        {"PULSE_SERVER",   "unix:" + mFolder.path("native")},
+        {"PULSE_COOKIE",   mFolder.path("cookie")          }
     };
 }
 
 PulseRecording::PulseRecording(const PulseServer& server)
-{
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("cannot make a pipe");
-    mPipe = ends[0];
-    mRecorder = startProgram({"parec", "--device=cadenza.monitor", "--format=s16le", "--channels=2",
-                              "--rate=" + std::to_string(SAMPLE_RATE), "--latency-msec=20"},
-                             ends[1], server.environment());
-    close(ends[1]);
-    mReceiver = std::thread([this] { receive(); });
-}
-
-PulseRecording::~PulseRecording()
-{
-    stop();
-}
+    : mRecorder({"parec", "--device=cadenza.monitor", "--format=s16le", "--channels=2",
+                 "--rate=" + std::to_string(SAMPLE_RATE), "--latency-msec=20"},
+                server.environment()),
+      mReceiver([this] { receive(); })
+{}
 
 void PulseRecording::stop()
 {
-    if (mRecorder == -1)
-        return;
     mStopping = true;
-    endProgram(mRecorder);
-    mReceiver.join();
-    close(mPipe);
+    mRecorder.end(SIGTERM);
+    if (mReceiver.joinable())
+        mReceiver.join();
 }
 
 std::size_t PulseRecording::frameCount() const
@@ -193,7 +100,7 @@ void PulseRecording::receive()
 {
     std::array<std::byte, 65536> piece = {};
     for (;;) {
-        const ssize_t count = read(mPipe, piece.data(), piece.size());
+        const ssize_t count = mRecorder.read(piece.data(), piece.size());
         if (count <= 0)
             return;
         const std::scoped_lock lock(mMutex);
@@ -226,12 +133,6 @@ SoundMatch findSound(std::span<const float> piece, std::span<const float> whole,
             best = {start, correlation};
     }
     return best;
-}
-
-double steadySeconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
 }
 
 } // namespace zavex::test

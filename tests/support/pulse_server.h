@@ -1,16 +1,16 @@
 #pragma once
 
+#include "support/process.h"
 #include "support/temporary_folder.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
-#include <sys/types.h>
 #include <thread>
-#include <utility>
 #include <vector>
 
 namespace zavex::test {
@@ -24,16 +24,12 @@ namespace zavex::test {
 class PulseServer {
 public:
     /** Returns when the server can be reached. Throws std::runtime_error when it does not start. */
-    PulseServer();
-    ~PulseServer();
-    PulseServer(const PulseServer&) = delete;
-    PulseServer& operator=(const PulseServer&) = delete;
+    PulseServer() { start(); }
 
-    /** Environment variables, names and values. */
-    std::vector<std::pair<std::string, std::string>> environment() const;
+    Environment environment() const;
 
     /** Sends it a signal, such as SIGSTOP; it may end by that. */
-    void signal(int number) const;
+    void signal(int number) const { mServer->signal(number); }
 
     /** Starts it again at the same place, what is left of it is killed; throws as the constructor.
      */
@@ -41,10 +37,9 @@ public:
 
 private:
     void start();
-    std::string socketPath() const { return mFolder.path("native"); }
 
     TemporaryFolder mFolder;
-    pid_t mServer = -1;
+    std::optional<Process> mServer;
 };
 
 /**
@@ -58,7 +53,7 @@ public:
     static constexpr int SAMPLE_RATE = 44100; // sample frames per second
 
     explicit PulseRecording(const PulseServer& server);
-    ~PulseRecording();
+    ~PulseRecording() { stop(); }
     PulseRecording(const PulseRecording&) = delete;
     PulseRecording& operator=(const PulseRecording&) = delete;
 
@@ -85,8 +80,7 @@ private:
 
     void receive();
 
-    pid_t mRecorder = -1;
-    int mPipe = -1;
+    Process mRecorder;
     std::atomic<bool> mStopping = false;
     mutable std::mutex mMutex;
     std::vector<std::byte> mBytes;
@@ -103,8 +97,5 @@ struct SoundMatch {
 /** Searches `piece` in `whole` at every start in [first, last), as far as it fits. */
 SoundMatch findSound(std::span<const float> piece, std::span<const float> whole, std::int64_t first,
                      std::int64_t last);
-
-/** Seconds of std::chrono::steady_clock. */
-double steadySeconds();
 
 } // namespace zavex::test
