@@ -17,7 +17,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <link.h>
+#include <sys/auxv.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -97,27 +97,12 @@ int openWatched(const char* path, Open open)
 /** Whether code of the program itself lies there, not that of a library. */
 bool isOfProgram(const void* address)
 {
-    struct Range {
-        ElfW(Addr) begin = 0;
-        ElfW(Addr) end = 0;
+    const auto objectOf = [](const void* place) {
+        Dl_info info{};
+        return dladdr(place, &info) != 0 ? info.dli_fbase : nullptr;
     };
-    static const Range program = [] {
-        Range range;
-        const auto first = [](dl_phdr_info* info, std::size_t, void* found) {
-            for (int part = 0; part < info->dlpi_phnum; ++part) {
-                const auto& header = info->dlpi_phdr[part];
-                if (header.p_type == PT_LOAD && (header.p_flags & PF_X) != 0)
-                    *static_cast<Range*>(found) = {info->dlpi_addr + header.p_vaddr,
-                                                   info->dlpi_addr + header.p_vaddr +
-                                                       header.p_memsz};
-            }
-            return 1;
-        };
-        dl_iterate_phdr(first, &range);
-        return range;
-    }();
-    const auto place = reinterpret_cast<ElfW(Addr)>(address);
-    return program.begin <= place && place < program.end;
+    static const void* const program = objectOf(reinterpret_cast<void*>(getauxval(AT_PHDR)));
+    return objectOf(address) == program;
 }
 
 void* allocate(std::size_t size, const char* name, const void* caller)
@@ -139,17 +124,6 @@ int open(const char* path, int flags, ...)
     va_end(rest);
     return openWatched(path,
                        [&] { return next<int(const char*, int, ...)>("open")(path, flags, mode); });
-}
-
-int openat(int folder, const char* path, int flags, ...)
-{
-    va_list rest;
-    va_start(rest, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
-    va_end(rest);
-    return openWatched(path, [&] {
-        return next<int(int, const char*, int, ...)>("openat")(folder, path, flags, mode);
-    });
 }
 
 ssize_t read(int descriptor, void* bytes, std::size_t size)
