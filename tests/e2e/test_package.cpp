@@ -42,6 +42,9 @@ TEST(Package, ShowsTheSameWithItsScriptsBesideOneArchive)
     const Files expected = record(folder, screen);
     const Files found = record(package, screen);
     ASSERT_EQ(expected.size(), 8u);
+    EXPECT_EQ(expected.front().first, "shot.000000.png");
+    EXPECT_EQ(expected.back().first, "shot.000007.png");
+    EXPECT_NE(expected.front().second, expected.back().second);
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t index = 0; index < found.size(); ++index)
         EXPECT_TRUE(found[index] == expected[index]) << expected[index].first;
@@ -82,14 +85,12 @@ public:
         write("run", "#!/bin/sh\n" + lines);
         fs::permissions(path("run"), fs::perms::owner_all);
         fs::create_directory(path(SCRATCH));
-        Program program(
-            path(ROOT),
-            {
-                {"TMPDIR",  path(SCRATCH)   },
-                {"PROGRAM", CADENZA_PROGRAM },
-                {"OUT",     path(ROOT + "o")}
-        },
-            std::nullopt, path("run"));
+        const Environment places{
+            std::pair("TMPDIR", path(SCRATCH)),
+            {"OUT",     path(ROOT + "o")},
+            {"PROGRAM", CADENZA_PROGRAM }
+        };
+        Program program(path(ROOT), places, std::nullopt, path("run"));
         const int status = program.waitForEnd();
         EXPECT_TRUE(fs::is_empty(path(SCRATCH))) << program.output();
         return {status, program.output()};

@@ -11,28 +11,22 @@
 namespace zavex::test {
 namespace {
 
-TEST(Playback, GoesToFullScreenAndEscapeLeavesUntouchedScriptsAsTheyWere)
+TEST(Recording, AFullDiskLosesFramesAndSaysHowMany)
 {
     const VirtualScreen screen;
-    const ShowCopy show(
-        R"(<display width="480" height="120" title="playback"/><music mute="nosound"/>)");
-    const Files before = show.scripts();
-    EXPECT_GE(before.size(), 5u);
-    Program program(show.path(), screen);
-    // Keys that are pressed before the first frame may find nobody.
-    ASSERT_GE(program.waitForLine("---"), 0) << program.output();
-    Keyboard(screen, "playback").press("alt+Return");
-    EXPECT_GE(program.waitForLine("restoreResources"), 0) << program.output();
-    // The window is another one, and gets the keyboard when it is there.
-    int answer = -1;
-    for (int attempt = 0; attempt < 20 && answer < 0; ++attempt) {
-        const std::size_t from = program.lines().size();
-        Keyboard(screen, "playback").press("p");
-        answer = program.waitForLine("[onKeyDown], ", from, 1.0);
-    }
-    Keyboard(screen, "playback").press("Escape");
+    const ShowCopy show(R"(<display width="160" height="120" title="full"/>)"
+                        R"(<dump name="frames/shot.png" rate="25" length="0.2"/>)"
+                        R"(<music mute="nosound"/>)");
+    const auto before = show.scripts();
+    constexpr std::size_t LARGEST_FILE = 100; // bytes: no picture and no script fits
+    Program program(show.path(), screen, {}, LARGEST_FILE);
     EXPECT_EQ(program.waitForEnd(), 0) << program.output();
+    EXPECT_NE(program.output().find("Dumped 5 frames, 5 lost"), std::string::npos)
+        << program.output();
     EXPECT_EQ(show.scripts(), before);
+    EXPECT_NE(program.output().find("script/plasma.plasma.xml"), std::string::npos);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(show.path() / "frames"))
+        ADD_FAILURE() << entry.path() << " was left behind";
 }
 
 /** How a run ends that is not ended by a key. */
