@@ -98,10 +98,11 @@ int openWatched(const char* path, Open open)
 bool isOfProgram(const void* address)
 {
     const auto objectOf = [](const void* place) {
-        Dl_info info{};
-        return dladdr(place, &info) != 0 ? info.dli_fbase : nullptr;
+        dl_find_object found{};
+        _dl_find_object(const_cast<void*>(place), &found);
+        return found.dlfo_link_map;
     };
-    static const void* const program = objectOf(reinterpret_cast<void*>(getauxval(AT_PHDR)));
+    static const auto* const program = objectOf(reinterpret_cast<void*>(getauxval(AT_ENTRY)));
     return objectOf(address) == program;
 }
 
