@@ -7,13 +7,14 @@
 #include "support/log_capture.h"
 #include "support/temporary_folder.h"
 
-#include <cstdio>
 #include <gtest/gtest.h>
-#include <jpeglib.h>
 #include <png.h>
 #include <zlib.h>
 
+#include <algorithm>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <tuple>
 #include <vector>
@@ -60,49 +61,16 @@ std::string smallPng()
     return encodePng(PNG_COLOR_TYPE_RGB, 8, 2, 3, RED_AND_BLUE);
 }
 
-/** @param scans  1 for a plain picture, else at least 2 and at most 65. */
-std::string encodeJpeg(int width, int height, bool arithmetic = false, int scans = 1)
+/** A picture of one colour, (0xe0, 0x40, 0x10), that lies beside this test. */
+std::string jpegFile(const std::string& name)
 {
-    jpeg_compress_struct info{};
-    jpeg_error_mgr errors{};
-    info.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&info);
-    unsigned char* bytes = nullptr;
-    unsigned long size = 0;
-    jpeg_mem_dest(&info, &bytes, &size);
-    info.image_width = static_cast<JDIMENSION>(width);
-    info.image_height = static_cast<JDIMENSION>(height);
-    info.input_components = 3;
-    info.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&info);
-    jpeg_set_quality(&info, 95, TRUE);
-    info.arith_code = arithmetic ? TRUE : FALSE;
-    // All that lies lowest, then one coefficient after another; the 65th scan is of another colour.
-    std::vector<jpeg_scan_info> script(1);
-    script[0].comps_in_scan = 3;
-    std::ranges::copy(std::vector{0, 1, 2}, script[0].component_index);
-    for (int at = 1; at < scans; ++at) {
-        const int coefficient = (at - 1) % 63 + 1;
-        script.push_back({1, {(at - 1) / 63}, coefficient, coefficient, 0, 0});
-    }
-    if (scans > 1) {
-        info.scan_info = script.data();
-        info.num_scans = scans;
-    }
-    jpeg_start_compress(&info, TRUE);
-    std::vector<JSAMPLE> row;
-    for (int x = 0; x < width; ++x)
-        row.insert(row.end(), {0xe0, 0x40, 0x10});
-    while (info.next_scanline < info.image_height) {
-        JSAMPROW line = row.data();
-        jpeg_write_scanlines(&info, &line, 1);
-    }
-    jpeg_finish_compress(&info);
-    jpeg_destroy_compress(&info);
-    std::string file(reinterpret_cast<char*>(bytes), size);
-    std::free(bytes);
-    return file;
+    std::ifstream file(CADENZA_TEST_SOURCE_DIR "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
+
+const std::string PLAIN = jpegFile("plain.jpg");             // 17 x 9 pixels
+const std::string ARITHMETIC = jpegFile("arithmetic.jpg");   // 2048 x 2048 pixels
+const std::string PROGRESSIVE = jpegFile("progressive.jpg"); // 65 scans of 16 x 16 pixels
 
 std::string bigEndian(std::size_t number)
 {
@@ -161,12 +129,9 @@ TEST(Png, OtherThanColourOfEightBitsSaysWhatItIs)
 
 TEST(Jpeg, DecodesWithinItsLossAndOpaqueHoweverSmallItsArithmeticCode)
 {
-    constexpr int SIDE = 2048;
-    const std::string tiny = encodeJpeg(SIDE, SIDE, true);
-    ASSERT_LT(tiny.size(), 2000u);
     const std::tuple<std::string, int, int> rows[] = {
-        {encodeJpeg(17, 9), 17,    9},
-        {tiny,             SIDE,            SIDE}
+        {PLAIN,      17,   9   },
+        {ARITHMETIC, 2048, 2048}
     };
     for (const auto& [bytes, width, height] : rows) {
         const Image image = decode("a.jpg", bytes);
@@ -187,9 +152,8 @@ TEST(Images, CutAtAnyByteAreRefused)
         EXPECT_EQ(refusal("a.png", png.substr(0, size)),
                   size < 8 ? "[loadPNG] Not a png-file! Header is wrong!" : DAMAGED)
             << size;
-    const std::string jpeg = encodeJpeg(16, 16);
-    for (std::size_t size = 0; size < jpeg.size(); ++size)
-        EXPECT_TRUE(refusal("a.jpg", jpeg.substr(0, size)).starts_with("Internal jpeglib error; "))
+    for (std::size_t size = 0; size < PLAIN.size(); ++size)
+        EXPECT_TRUE(refusal("a.jpg", PLAIN.substr(0, size)).starts_with("Internal jpeglib error; "))
             << size;
 }
 
@@ -211,13 +175,11 @@ std::string claimingPng(std::size_t width, std::size_t height, std::size_t defla
            chunk("IDAT", std::string(deflated, '\0'), deflated) + chunk("IEND", "", 0);
 }
 
-std::string claimingJpeg(bool arithmetic, const std::string& behind)
+/** That picture with a height and a width of 32639 pixels. */
+std::string claimingJpeg(std::string jpeg)
 {
-    std::string jpeg = encodeJpeg(16, 16, arithmetic);
-    const std::size_t frame = jpeg.find(arithmetic ? "\xff\xc9" : "\xff\xc0");
-    for (std::size_t byte = 5; byte < 9; ++byte)
-        jpeg.at(frame + byte) = '\x7f'; // height and width of 32639
-    return jpeg + behind;
+    const std::size_t frame = std::min(jpeg.find("\xff\xc0"), jpeg.find("\xff\xc9"));
+    return jpeg.replace(frame + 5, 4, "\x7f\x7f\x7f\x7f");
 }
 
 long peakMegabytes()
@@ -234,7 +196,7 @@ TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
     const std::string most =
         " bytes: one may take at most 268435456, all together 1073741824, of which 0 are taken";
     const std::string implausible = "error; 32639 x 32639 pixels cannot be in ";
-    const std::string largeJpeg = claimingJpeg(false, std::string(600000, ' '));
+    const std::string largeJpeg = claimingJpeg(PLAIN) + std::string(600000, ' ');
     // clang-format off
     const std::tuple<const char*, std::string, std::string> rows[] = {
         {"no side.png", claimingPng(0, 0, 100), DAMAGED},
@@ -243,10 +205,10 @@ TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
         {"longest.png", claimingPng(0x7fffffff, 0x7fffffff, 100), DAMAGED},
         {"beyond end.png", claimingPng(1, 1, 100, lying), DAMAGED},
         {"large.png", claimingPng(8193, 8192, 300000), "x 8192 pixels, 268468224" + most},
-        {"few bits.jpg", claimingJpeg(false, ""), implausible},
-        {"arithmetic.jpg", claimingJpeg(true, ""), implausible},
+        {"few bits.jpg", claimingJpeg(PLAIN), implausible},
+        {"arithmetic.jpg", claimingJpeg(ARITHMETIC), implausible},
         {"large.jpg", largeJpeg, " 4261217284" + most},
-        {"scans.jpg", encodeJpeg(16, 16, false, 65), "error; More than 64 scans"},
+        {"scans.jpg", PROGRESSIVE, "error; More than 64 scans"},
     };
     // clang-format on
     const long before = peakMegabytes();
@@ -256,7 +218,8 @@ TEST(Images, ThatClaimTooMuchAreRefusedBeforeMemoryIsTaken)
         EXPECT_NE(message.find(expected), std::string::npos) << message;
         EXPECT_LT(peakMegabytes(), before + 50);
     }
-    EXPECT_EQ(decode("a.jpg", encodeJpeg(16, 16, false, 64))->getWidth(), 16);
+    const std::string allowed = PROGRESSIVE.substr(0, PROGRESSIVE.rfind("\xff\xda")) + "\xff\xd9";
+    EXPECT_EQ(decode("a.jpg", allowed)->getWidth(), 16);
 }
 
 TEST(Images, TogetherTakeNoMoreThanTheirManagerAllows)
