@@ -11,6 +11,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace zavex::display {
@@ -49,6 +52,19 @@ inline GLint stateOf(GLenum name)
     glGetIntegerv(name, &value);
     return value;
 }
+
+/** A display whose driver lacks some extensions. */
+class OldDisplay : public DisplayGLFW {
+public:
+    explicit OldDisplay(std::set<std::string> lacking) : mLacking(std::move(lacking)) {}
+    bool hasExtension(const std::string& name) const override
+    {
+        return !mLacking.contains(name) && DisplayGLFW::hasExtension(name);
+    }
+
+private:
+    std::set<std::string> mLacking;
+};
 
 /** A small window whose display loads from a folder of its own. */
 class DisplayTest : public test::GlDisplayTest {
