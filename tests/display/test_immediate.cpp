@@ -86,21 +86,14 @@ std::vector<Vector3f> rectangle(float x0, float y0, float x1, float y1)
     return {Vector3f(x0, y0, 0), Vector3f(x1, y0, 0), Vector3f(x1, y1, 0), Vector3f(x0, y1, 0)};
 }
 
-std::vector<Vector3f> circle(int points, float radiusX, float radiusY)
+/** Points of a circle of radius 18 around (20, 22), the first one again at the end. */
+std::vector<Vector3f> circle(std::vector<Vector3f> found = {})
 {
-    std::vector<Vector3f> found;
-    for (int k = 0; k < points; ++k) {
+    for (int k = 0; k < 33; ++k) {
         const float angle = static_cast<float>(k) * 0.19634955f;
-        found.emplace_back(20.0f + radiusX * std::cos(angle), 22.0f + radiusY * std::sin(angle), 0);
+        found.emplace_back(20.0f + 18.0f * std::cos(angle), 22.0f + 18.0f * std::sin(angle), 0);
     }
     return found;
-}
-
-std::vector<Vector3f> filledCircle(float radiusX, float radiusY)
-{
-    std::vector<Vector3f> points = circle(33, radiusX, radiusY);
-    points.insert(points.begin(), {20.0f, 22.0f, 0.0f});
-    return points;
 }
 
 /** A camera that sees a box from a corner. */
@@ -161,12 +154,11 @@ constexpr ShapeCase SHAPES[] = {
          Draw::drawLine(3.5f, 40.5f, 50.5f, 4.5f);
      },
      [] {
-         const auto color = Immediate::live().color();
          Draw::setLineWidth(5.0f);
          Draw::setColor(0, 1, 0, 1);
          drawPlainly(GL_LINES, {{3.5f, 4.5f, 0}, {50.5f, 40.5f, 0}});
          Draw::setLineWidth(1.0f);
-         Draw::setColor(color[0], color[1], color[2], color[3]);
+         Draw::setColor(1.0f, 0.4f, 0.2f, 1.0f);
          drawPlainly(GL_LINES, {{3.5f, 40.5f, 0}, {50.5f, 4.5f, 0}});
      }},
     {"DashesBeginAndEndTheLine",
@@ -181,9 +173,9 @@ constexpr ShapeCase SHAPES[] = {
     {"WireRectangle", [] { Draw::drawBox(3.5f, 4.5f, 30.5f, 20.5f, Draw::WIRE); },
      [] { drawPlainly(GL_LINE_LOOP, rectangle(3.5f, 4.5f, 30.5f, 20.5f)); }},
     {"SolidCircle", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, Draw::SOLID); },
-     [] { drawPlainly(GL_TRIANGLE_FAN, filledCircle(18.0f, 18.0f)); }},
+     [] { drawPlainly(GL_TRIANGLE_FAN, circle({{20, 22, 0}})); }},
     {"WireCircle", [] { Draw::drawCircle(20.0f, 22.0f, 18.0f, Draw::WIRE); },
-     [] { drawPlainly(GL_LINE_LOOP, circle(32, 18.0f, 18.0f)); }},
+     [] { drawPlainly(GL_LINE_STRIP, circle()); }},
     {"SolidBox", [] { Draw::drawBox({-1.0f, -1.0f, -1.0f}, {1.0f, 1.5f, 1.0f}); }, plainBox,
      lookThrough},
     {"BoxAroundItsCentreFacesOutwards",
