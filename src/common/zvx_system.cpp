@@ -55,10 +55,9 @@ void Exception::log() const
     zvx_megasuperlogger("error", "system", __FILE__, __LINE__, "Exception", "%s", argMsg);
 }
 
-void requirePrecondition(bool holds, const char* text)
+void failPrecondition(const char* text)
 {
-    if (!holds)
-        throw Exception("%s", text);
+    throw Exception("%s", text);
 }
 
 } // namespace zavex

@@ -61,8 +61,8 @@ private:
     char argMsg[MESSAGE_SIZE] = {};
 };
 
-/** Throws `Exception` with `text` when `holds` is false. Called through `ZVX_REQUIRE`. */
-void requirePrecondition(bool holds, const char* text);
+/** Throws `Exception` with `text`. Called through `ZVX_REQUIRE`. */
+[[noreturn]] void failPrecondition(const char* text);
 
 } // namespace zavex
 
@@ -75,4 +75,4 @@ void requirePrecondition(bool holds, const char* text);
  * build. `text` is the condition as it is reported, which may be plainer than the expression.
  */
 #define ZVX_REQUIRE(condition, text)                                                               \
-    ::zavex::requirePrecondition(static_cast<bool>(condition), text)
+    (static_cast<bool>(condition) ? void() : ::zavex::failPrecondition(text))

@@ -27,6 +27,8 @@ constexpr float POINTER_SIZE = 0.16f;  // of the body's radius
 constexpr float FIRST_TURN = -0.375f;  // whole turns clockwise from the top
 constexpr float TURNS = 0.75f;
 
+constexpr int EDGE_LAYERS = 4; // of a circle whose edge fades
+
 Render::Area circleAround(Vector2f centre, float radius)
 {
     return {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius};
@@ -42,10 +44,9 @@ Vector2f pointAt(Vector2f centre, float radius, float value)
 /** A circle whose edge fades within a pixel: translucent layers that add up to even steps. */
 void fillSmoothCircle(Render& render, style::Color color, Vector2f centre, float radius)
 {
-    constexpr int LAYERS = 4;
-    for (int left = LAYERS; left > 0; --left) {
+    for (int left = EDGE_LAYERS; left > 0; --left) {
         color.w = 1.0f / static_cast<float>(left);
-        const float outwards = (static_cast<float>(left) - 0.5f) / LAYERS - 0.5f;
+        const float outwards = (static_cast<float>(left) - 0.5f) / EDGE_LAYERS - 0.5f;
         fillCircle(render, {color, color}, circleAround(centre, std::max(radius + outwards, 0.0f)));
     }
 }
